@@ -1,0 +1,187 @@
+#include "frame/log.h"
+
+#include <ctype.h>
+#include <fcntl.h>
+#include <pthread.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <syslog.h>
+#include <time.h>
+#include <unistd.h>
+
+const LogFiles kLogFiles = {"/tmp/k9100.log", "/tmp/k9100.log.old", "/tmp/devmgr_log_level"};
+
+namespace {
+
+constexpr long kRotateBytes = 1048576;
+constexpr int kDefaultLevel = 6;
+
+struct Logger {
+  const LogFiles *files = &kLogFiles;
+  int mode = -1;
+  int facility = -1;
+  char ident[64] = {};
+  bool started = false;
+  char *levelByte = nullptr;
+  int levelFd = -1;
+  FILE *file = nullptr;
+  int fileSize = 0;
+  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+};
+Logger g;
+
+const char *levelName(int level) {
+  switch (level) {
+    case 3: return "ERROR";
+    case 4: return "WARN";
+    case 5: return "NOTICE";
+    case 6: return "INFO";
+    case 7: return "DEBUG";
+    default: return "";
+  }
+}
+
+void mapLevelFile() {
+  int fd = open(g.files->level, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (fd < 0) return;
+  void *p = MAP_FAILED;
+  if (ftruncate(fd, 4) == 0) p = mmap(nullptr, 4, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  if (p == MAP_FAILED) {
+    close(fd);
+    return;
+  }
+  g.levelByte = static_cast<char *>(p);
+  g.levelFd = fd;
+  if (!isdigit(static_cast<unsigned char>(*g.levelByte))) *g.levelByte = '0' + kDefaultLevel;
+}
+
+void unmapLevelFile() {
+  if (g.levelByte) munmap(g.levelByte, 4);
+  if (g.levelFd >= 0) close(g.levelFd);
+  g.levelByte = nullptr;
+  g.levelFd = -1;
+}
+
+void openLogFile() {
+  pthread_mutex_lock(&g.mutex);
+  g.file = fopen(g.files->log, "a+");
+  if (g.file) {
+    struct stat st = {};
+    g.fileSize = fstat(fileno(g.file), &st) == 0 ? static_cast<int>(st.st_size) : 0;
+  }
+  pthread_mutex_unlock(&g.mutex);
+}
+
+void closeLogFile() {
+  pthread_mutex_lock(&g.mutex);
+  if (g.file) fclose(g.file);
+  g.file = nullptr;
+  pthread_mutex_unlock(&g.mutex);
+}
+
+int currentLevel() {
+  if (!g.levelByte || !isdigit(static_cast<unsigned char>(*g.levelByte))) return kDefaultLevel;
+  return *g.levelByte - '0';
+}
+
+void identFromProc() {
+  FILE *f = fopen("/proc/self/status", "r");
+  if (!f) return;
+  char line[64];
+  while (fgets(line, sizeof line, f)) {
+    if (strncmp(line, "Name:", 5) != 0) continue;
+    char *save = nullptr;
+    strtok_r(line, "\t\n", &save);
+    if (const char *name = strtok_r(nullptr, "\t\n", &save)) snprintf(g.ident, sizeof g.ident, "%s", name);
+    break;
+  }
+  fclose(f);
+}
+
+void lazyStart() {
+  if (g.mode < 0) g.mode = LOG_TO_STDOUT;
+  if (g.facility < 0) g.facility = 8;
+  if (!g.ident[0] && g.mode != LOG_TO_STDOUT) identFromProc();
+  if (g.mode & LOG_TO_SYSLOG) openlog(g.ident, 0, g.facility);
+  g.started = true;
+}
+
+void rotate() {
+  fclose(g.file);
+  unlink(g.files->oldLog);
+  rename(g.files->log, g.files->oldLog);
+  g.file = fopen(g.files->log, "a+");
+  g.fileSize = 0;
+}
+
+void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
+  timespec ts = {};
+  tm local = {};
+  char when[64];
+  int prefix;
+  if (clock_gettime(CLOCK_REALTIME, &ts) == 0 && localtime_r(&ts.tv_sec, &local)) {
+    snprintf(when, sizeof when, "%04d-%02d-%02d %02d:%02d:%02d.%03ld", local.tm_year + 1900, local.tm_mon + 1,
+             local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, ts.tv_nsec / 1000000);
+    prefix = fprintf(stream, "%s (%s): %s: ", when, levelName(level), g.ident);
+  } else {
+    prefix = fprintf(stream, "(%s): %s: ", levelName(level), g.ident);
+  }
+  int message = vfprintf(stream, format, args);
+  if (stream != g.file) return;
+  g.fileSize += (prefix > 0 ? prefix : 0) + (message > 0 ? message : 0);
+  if (g.fileSize > kRotateBytes) rotate();
+  if (g.file) fflush(g.file);
+}
+
+}  // namespace
+
+void logUseFiles(const LogFiles *files) { g.files = files ? files : &kLogFiles; }
+
+void logOpen(int mode, int facility, const char *ident) {
+  bool wasStarted = g.started;
+  if (wasStarted) {
+    if (g.mode & LOG_TO_SYSLOG) closelog();
+    if (g.mode & LOG_TO_FILE) closeLogFile();
+    unmapLevelFile();
+    g.started = false;
+  }
+  g.mode = mode;
+  g.facility = facility;
+  snprintf(g.ident, sizeof g.ident, "%s", ident ? ident : "");
+  if (wasStarted || !g.levelByte) mapLevelFile();
+  if (mode & LOG_TO_FILE) openLogFile();
+}
+
+void logMessage(int level, const char *format, ...) {
+  if (level > currentLevel()) return;
+  if (!g.started) lazyStart();
+  va_list args;
+  if (g.mode & LOG_TO_STDOUT) {
+    va_start(args, format);
+    logWriteStream(stdout, level, format, args);
+    va_end(args);
+  }
+  if (g.mode & LOG_TO_FILE) {
+    pthread_mutex_lock(&g.mutex);
+    va_start(args, format);
+    logWriteStream(g.file ? g.file : stdout, level, format, args);
+    va_end(args);
+    pthread_mutex_unlock(&g.mutex);
+  }
+  if (g.mode & LOG_TO_SYSLOG) {
+    va_start(args, format);
+    vsyslog(level, format, args);
+    va_end(args);
+  }
+}
+
+void logClose(void) {
+  if (!g.started) return;
+  if (g.mode & LOG_TO_SYSLOG) closelog();
+  if (g.mode & LOG_TO_FILE) closeLogFile();
+  unmapLevelFile();
+  g.started = false;
+}

@@ -1,0 +1,21 @@
+// interfaces_v2.cgi: one HTTP request under /api/v2/interfaces per run.
+#include "api/routes.h"
+#include "frame/log.h"
+#include "frame/route_table.h"
+#include "switch/open_client.h"
+
+int main() {
+  logOpen(LOG_TO_FILE, 8, "quill_cgi");
+  if (initHandler("interfaces_v2.cgi", &gOpenClient) < 0) {
+    // The web server gets an empty reply; the reason is in the log.
+    logClose();
+    return -1;
+  }
+  RouteTable *table = routeTableCreate();
+  if (!table) return 1;
+  registerRoutes(table);
+  httpdProcessRequest(table);
+  openapiClientTearDown(&gOpenClient);
+  logClose();
+  return 0;
+}

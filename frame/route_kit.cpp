@@ -1,0 +1,76 @@
+#include "frame/route_kit.h"
+
+namespace kit {
+
+namespace {
+
+const char *lookupValue(Request &r, const char *name) { return queryParamValue(name, r.query); }
+
+void describeText(Slot &s, const char *text, size_t longest) {
+  size_t n = strnlen(text, longest < kSlotText ? longest : kSlotText - 1);
+  memcpy(s.buf, text, n);
+  s.buf[n] = '\0';
+  s.desc = {static_cast<uint32_t>(n + 1), s.buf};
+}
+
+}  // namespace
+
+void splitQuery(Request &r) {
+  char *data = requestDataGet();
+  r.query = queryParamsSplit(data);
+  free(data);
+}
+
+void loadArg(const Arg &a, Slot &s, Request &r) {
+  switch (a.kind) {
+    case Kind::Scan:
+      s.num = queryScanUint(a.name.s);
+      break;
+    case Kind::Lookup: {
+      const char *v = lookupValue(r, a.name.s);
+      s.num = v ? static_cast<uint32_t>(strtoul(v, nullptr, 10)) : 0;
+      break;
+    }
+    case Kind::LookupText: {
+      // Points into the query list, which lives as long as the request.
+      const char *v = lookupValue(r, a.name.s);
+      if (!v) v = "";
+      s.desc = {static_cast<uint32_t>(strlen(v) + 1), const_cast<char *>(v)};
+      break;
+    }
+    case Kind::Body:
+      s.num = bodyU32(r.body, a.name.s);
+      break;
+    case Kind::BodyWord: {
+      const char *key = a.fallback.empty() || cJSON_GetObjectItem(r.body, a.name.s) ? a.name.s : a.fallback.s;
+      s.num = bodyWord(r.body, key, a.word.s);
+      break;
+    }
+    case Kind::BodyMapped:
+      s.num = a.value->value(bodyText(r.body, a.name.s));
+      break;
+    case Kind::BodyText: {
+      const char *t = bodyText(r.body, a.name.s);
+      describeText(s, t ? t : "", a.n);
+      break;
+    }
+    case Kind::Out:
+      s.num = a.n;
+      break;
+    case Kind::OutText:
+      memset(s.buf, 0, a.n);
+      s.desc = {a.n, s.buf};
+      break;
+  }
+}
+
+void renderArg(cJSON *data, const Arg &a, const Slot &s) {
+  if (a.kind == Kind::OutText) {
+    cJSON_AddStringToObject(data, a.name.s, s.buf);
+  } else if (a.kind == Kind::Out) {
+    if (a.text->text) cJSON_AddStringToObject(data, a.name.s, a.text->text(s.num));
+    else cJSON_AddNumberToObject(data, a.name.s, s.num);
+  }
+}
+
+}  // namespace kit

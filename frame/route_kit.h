@@ -1,0 +1,246 @@
+// The skeleton most routes share, written once: read one or two request
+// values, make one OpEN call, render its outputs under the group key.
+//
+// A route lists the OpEN call's arguments after the client handle, in the
+// call's own order: where each input comes from (query scan, query lookup,
+// body key) and how each output renders (number, text mapping, buffer
+// text). The argument list is checked against the call's parameter types
+// at compile time, so a row cannot pass an output where an input belongs.
+#ifndef FRAME_ROUTE_KIT_H
+#define FRAME_ROUTE_KIT_H
+
+#include <stddef.h>
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <type_traits>
+#include <utility>
+
+#include "frame/envelope.h"
+#include "frame/params.h"
+#include "frame/route_table.h"
+#include "frame/value_map.h"
+#include "open_api.h"
+#include "switch/open_client.h"
+
+namespace kit {
+
+// A short text usable as a template argument.
+struct Name {
+  char s[40] = {};
+  constexpr Name() = default;
+  constexpr Name(const char *t) {
+    for (size_t i = 0; t[i]; ++i) s[i] = t[i];
+  }
+  constexpr bool empty() const { return s[0] == '\0'; }
+};
+
+// Mappings are referred to through variables (TextMap, ValueMap), which
+// can stand in template arguments where bare function pointers cannot.
+using TextOf = const TextMap *;
+using ValueOf = const ValueMap *;
+
+// "No mapping": an output renders as a JSON number.
+inline constexpr TextMap asNumber{nullptr};
+inline constexpr ValueMap noValue{nullptr};
+
+enum class Kind : uint8_t {
+  Scan,        // query "name=" at a segment start, unsigned decimal
+  Lookup,      // first query piece containing the name, unsigned decimal
+  LookupText,  // the same, as a descriptor of the text (size = length + 1)
+  Body,        // body number, truncated and saturated to 32 bits
+  BodyWord,    // 1 when the body text equals the keyword exactly
+  BodyMapped,  // body text through a mapping function
+  BodyText,    // body text, cut, as a descriptor (size = length + 1)
+  Out,         // output number, rendered as number or mapped text
+  OutText,     // output text buffer of a fixed size
+};
+
+struct Arg {
+  Kind kind = Kind::Scan;
+  Name name;      // query parameter, body key or reply key
+  Name word;      // BodyWord: the keyword that means 1
+  Name fallback;  // BodyWord: key read when `name` is absent
+  TextOf text = &asNumber;
+  ValueOf value = &noValue;
+  uint32_t n = 0;  // Out: preset; OutText: buffer size; BodyText: longest text kept
+
+  constexpr bool isOutput() const { return kind == Kind::Out || kind == Kind::OutText; }
+  constexpr bool isBody() const { return kind >= Kind::Body && kind <= Kind::BodyText; }
+  constexpr bool isLookup() const { return kind == Kind::Lookup || kind == Kind::LookupText; }
+};
+
+consteval Arg arg(Kind kind, const char *name, uint32_t n = 0) {
+  Arg a;
+  a.kind = kind;
+  a.name = Name(name);
+  a.n = n;
+  return a;
+}
+consteval Arg scan(const char *param) { return arg(Kind::Scan, param); }
+consteval Arg lookup(const char *param) { return arg(Kind::Lookup, param); }
+consteval Arg lookupText(const char *param) { return arg(Kind::LookupText, param); }
+consteval Arg body(const char *key) { return arg(Kind::Body, key); }
+consteval Arg bodyIs(const char *key, const char *word, const char *fallback = "") {
+  Arg a = arg(Kind::BodyWord, key);
+  a.word = Name(word);
+  a.fallback = Name(fallback);
+  return a;
+}
+consteval Arg bodyMapped(const char *key, const ValueMap &value) {
+  Arg a = arg(Kind::BodyMapped, key);
+  a.value = &value;
+  return a;
+}
+consteval Arg bodyText(const char *key, uint32_t longest) { return arg(Kind::BodyText, key, longest); }
+consteval Arg out(const char *key, const TextMap &text = asNumber, uint32_t preset = 0) {
+  Arg a = arg(Kind::Out, key, preset);
+  a.text = &text;
+  return a;
+}
+consteval Arg outText(const char *key, uint32_t size) { return arg(Kind::OutText, key, size); }
+
+inline constexpr size_t kSlotText = 512;
+
+// One OpEN argument's storage.
+struct Slot {
+  uint32_t num = 0;
+  open_buffdesc desc = {};
+  char buf[kSlotText];
+};
+
+// Request input gathered once per handler and released at its end.
+struct Request {
+  char **query = nullptr;
+  cJSON *body = nullptr;
+  Request() = default;
+  Request(const Request &) = delete;
+  Request &operator=(const Request &) = delete;
+  ~Request() {
+    queryParamsFree(query);
+    cJSON_Delete(body);
+  }
+};
+
+void loadArg(const Arg &a, Slot &s, Request &r);
+void renderArg(cJSON *data, const Arg &a, const Slot &s);
+void splitQuery(Request &r);
+
+template <class P>
+constexpr bool fits(const Arg &a) {
+  if constexpr (std::is_same_v<P, uint32_t>) return !a.isOutput() && a.kind != Kind::LookupText && a.kind != Kind::BodyText;
+  else if constexpr (std::is_same_v<P, uint32_t *>) return a.kind == Kind::Out;
+  else if constexpr (std::is_same_v<P, open_buffdesc *>) return a.kind == Kind::OutText;
+  else if constexpr (std::is_same_v<P, const open_buffdesc *>) return a.kind == Kind::LookupText || a.kind == Kind::BodyText;
+  else return false;
+}
+
+template <class P>
+P pass(Slot &s) {
+  if constexpr (std::is_same_v<P, uint32_t>) return s.num;
+  else if constexpr (std::is_same_v<P, uint32_t *>) return &s.num;
+  else return &s.desc;
+}
+
+template <class... P, size_t... I>
+int invoke(int (*fn)(openapiClientHandle_t *, P...), Slot *slots, std::index_sequence<I...>) {
+  return fn(&gOpenClient, pass<P>(slots[I])...);
+}
+
+template <class... P, size_t N>
+consteval bool argsFit(int (*)(openapiClientHandle_t *, P...), const Arg (&args)[N]) {
+  if (sizeof...(P) != N) return false;
+  size_t i = 0;
+  return (fits<P>(args[i++]) && ...);
+}
+
+template <class... P>
+int callWith(int (*fn)(openapiClientHandle_t *, P...), Slot *slots) {
+  return invoke(fn, slots, std::index_sequence_for<P...>{});
+}
+
+template <size_t N>
+consteval bool any(const Arg (&args)[N], bool (Arg::*test)() const) {
+  for (const Arg &a : args)
+    if ((a.*test)()) return true;
+  return false;
+}
+
+// A table row's description, for route-dump and API descriptions.
+struct RouteDoc {
+  const char *group;  // reply group key; null when the reply has none
+  const Arg *args;
+  size_t argCount;
+};
+
+// A read: one call, outputs rendered under `Group`, no trailing newline.
+template <Name Group, auto Call, Arg... A>
+struct Read {
+  static constexpr Arg args[] = {A...};
+  static_assert(argsFit(Call, args), "arguments do not match the OpEN call");
+  static constexpr RouteDoc doc = {Group.s, args, sizeof...(A)};
+
+  static uint32_t handle() {
+    Request req;
+    if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
+    Slot slots[sizeof...(A)];
+    for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);
+    uint32_t code = openResultToCode(callWith(Call, slots));
+    JsonPtr data(code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
+    for (size_t i = 0; data && i < sizeof...(A); ++i) renderArg(data.get(), args[i], slots[i]);
+    replyRead(code, Group.s, data.get());
+    return 0;
+  }
+};
+
+// A set, clear or move: one call, the code alone with a newline. A body
+// that is not JSON answers 10003 before anything reaches the switch.
+template <auto Call, Arg... A>
+struct Set {
+  static constexpr Arg args[] = {A...};
+  static_assert(argsFit(Call, args), "arguments do not match the OpEN call");
+  static constexpr RouteDoc doc = {nullptr, args, sizeof...(A)};
+
+  static uint32_t handle() {
+    Request req;
+    if constexpr (any(args, &Arg::isBody)) {
+      req.body = requestBodyParse();
+      if (!req.body) {
+        replyInvalidArgument();
+        return 0;
+      }
+    }
+    if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
+    Slot slots[sizeof...(A)];
+    for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);
+    replySetResult(openResultToCode(callWith(Call, slots)));
+    return 0;
+  }
+};
+
+// A route that answers one fixed code without asking the switch.
+template <Name Group, uint32_t Code, LineEnd End = LineEnd::None>
+struct Fixed {
+  static constexpr RouteDoc doc = {Group.empty() ? nullptr : Group.s, nullptr, 0};
+  static uint32_t handle() {
+    replyEnvelope(Code, Group.s, nullptr, End);
+    return 0;
+  }
+};
+
+}  // namespace kit
+
+// One registration: where, which method, which name, and what answers.
+struct RouteRow {
+  const char *path;
+  uint32_t method;
+  const char *name;
+  ApiHandler handler;
+  const kit::RouteDoc *doc;  // null for hand-written handlers
+};
+
+#define ROUTE(path, method, name, ...) {path, method, name, &__VA_ARGS__::handle, &__VA_ARGS__::doc}
+#define HANDLER(path, method, name, fn) {path, method, name, fn, nullptr}
+
+#endif

@@ -1,0 +1,123 @@
+#include "frame/route_table.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <strings.h>
+
+#include "frame/log.h"
+#include "frame/session.h"
+
+namespace {
+
+constexpr size_t kPathBuf = 1024;
+
+void copyCut(char *dst, const char *src, size_t size) { snprintf(dst, size, "%s", src); }
+
+RouteNode *newNode(const char *segment) {
+  RouteNode *node = static_cast<RouteNode *>(calloc(1, sizeof(RouteNode)));
+  if (node) node->segment = strdup(segment);
+  return node;
+}
+
+RouteNode *childNamed(RouteNode *parent, const char *segment) {
+  for (RouteNode *c = parent->firstChild; c; c = c->nextSibling)
+    if (strcmp(c->segment, segment) == 0) return c;
+  RouteNode *c = newNode(segment);
+  c->nextSibling = parent->firstChild;
+  parent->firstChild = c;
+  return c;
+}
+
+void printHeader(const char *text) { fputs(text, stdout); }
+
+}  // namespace
+
+const char *httpMethodName(uint32_t method) {
+  switch (method) {
+    case METHOD_GET: return "GET";
+    case METHOD_POST: return "POST";
+    case METHOD_DELETE: return "DELETE";
+    case METHOD_PUT: return "PUT";
+    default: {
+      static char invalid[255];
+      snprintf(invalid, sizeof invalid, "Invalid method '%d'", static_cast<int>(method));
+      return invalid;
+    }
+  }
+}
+
+RouteTable *routeTableCreate(void) {
+  RouteTable *table = static_cast<RouteTable *>(calloc(1, sizeof(RouteTable)));
+  if (table) table->root = newNode("");
+  return table;
+}
+
+RouteNode *routeDirGet(RouteTable *table, const char *path) {
+  if (!table || !table->root || !path) return nullptr;
+  char copy[kPathBuf];
+  copyCut(copy, path, sizeof copy);
+  RouteNode *node = table->root;
+  char *save = nullptr;
+  for (char *seg = strtok_r(copy, "/", &save); seg; seg = strtok_r(nullptr, "/", &save)) node = childNamed(node, seg);
+  return node;
+}
+
+int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint32_t method, RouteAccess access,
+                     ApiHandler handler) {
+  RouteNode *dir = routeDirGet(table, path);
+  if (!dir) {
+    LOG_AT(3, "httpdAddCContent", 180, "httpdAddCContent, dirPtr == NULL\n");
+    return -1;
+  }
+  Route *entry = static_cast<Route *>(calloc(1, sizeof(Route)));
+  if (!entry) {
+    LOG_AT(3, "httpdAddCContent", 185, "httpdAddCContent, newEntry == NULL\n");
+    return -1;
+  }
+  entry->name = strdup(name);
+  entry->method = method;
+  entry->access = access;
+  entry->handler = handler;
+  entry->next = dir->entries;
+  dir->entries = entry;
+  return 0;
+}
+
+const Route *routeFind(const RouteNode *node, const char *name, const char *method) {
+  if (!node || !method) return nullptr;
+  for (const Route *r = node->entries; r; r = r->next)
+    if (strcasecmp(httpMethodName(r->method), method) == 0 && strcmp(r->name, name) == 0) return r;
+  return nullptr;
+}
+
+void httpdProcessRequest(RouteTable *table) {
+  const char *uri = getenv("REQUEST_URI");
+  if (!uri) return;
+  char path[kPathBuf];
+  copyCut(path, uri, sizeof path);
+  char *slash = strrchr(path, '/');
+  if (!slash) {
+    printf("Invalid request path '%s'\n", path);
+    return;
+  }
+  char name[kPathBuf];
+  copyCut(name, slash + 1, sizeof name);
+  if (char *query = strchr(name, '?')) *query = '\0';
+  if (slash == path) slash[1] = '\0';
+  else *slash = '\0';
+
+  RouteNode *dir = routeDirGet(table, path);
+  const Route *route = routeFind(dir, name, getenv("REQUEST_METHOD"));
+  if (!route) {
+    LOG_AT(3, "httpdProcessRequest", 231, "method not found:%s\n%s\n%s\n", uri, dir ? dir->segment : "", name);
+    return;
+  }
+  if (route->access != 0 && checkSessionX(getenv("HTTP_SESSION"), getenv("HTTP_REFRESH"), route) == -1) {
+    LOG_AT(3, "httpdProcessRequest", 236, "403 Forbidden\n");
+    printHeader("Status:403\r\n\r\n");
+    return;
+  }
+  if (strncmp(uri, "/api/v2/", 8) == 0) printHeader("Content-Type: application/json\r\n\r\n");
+  route->handler();
+}

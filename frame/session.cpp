@@ -1,0 +1,120 @@
+#include "frame/session.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/file.h>
+#include <sys/sysinfo.h>
+#include <unistd.h>
+
+#include "frame/log.h"
+#include "frame/route_table.h"
+
+namespace {
+
+constexpr size_t kPathBuf = 512;
+constexpr int kUserLine = 200;
+constexpr int kStampLine = 200;
+constexpr int kPrivilegeLine = 16;
+constexpr size_t kRefreshText = 256;
+
+bool systemUptime(long *now) {
+  struct sysinfo info = {};
+  if (sysinfo(&info) != 0) return false;
+  *now = info.uptime;
+  return true;
+}
+
+void readLine(FILE *f, char *buf, int size) {
+  if (!fgets(buf, size, f)) buf[0] = '\0';
+}
+
+int refuse(FILE *f) {
+  fclose(f);
+  return -1;
+}
+
+void rewriteSession(FILE *f, const char *text) {
+  if (ftruncate(fileno(f), 0) != 0) return;
+  rewind(f);
+  fputs(text, f);
+  fflush(f);
+}
+
+}  // namespace
+
+const SessionEnv kSessionEnv = {"/tmp/session/", systemUptime};
+
+bool sessionIsAdmin(const char *userLine) { return memcmp(userLine, "admin\n", 7) == 0; }
+
+Privilege sessionPrivilege(const char *privilegeLine, uint32_t method, uint32_t access) {
+  if (strncmp(privilegeLine, "ro", 2) == 0)
+    return access != 2 && method == METHOD_GET ? Privilege::Allowed : Privilege::Denied;
+  if (strncmp(privilegeLine, "rw", 2) == 0) return access != 2 ? Privilege::Allowed : Privilege::Denied;
+  return Privilege::Invalid;
+}
+
+bool sessionExpired(long uptime, long stamp) { return stamp != 0 && uptime - stamp > kSessionLifetime; }
+
+bool sessionTokenUsable(const char *token, const char *dir) {
+  return token && *token && !strchr(token, '/') && strlen(dir) + strlen(token) < kPathBuf;
+}
+
+int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
+  char path[kPathBuf];
+  snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
+  FILE *f = sessionTokenUsable(token, env.dir) ? fopen(path, "r+") : nullptr;
+  if (!f) {
+    LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", path);
+    return -1;
+  }
+  if (flock(fileno(f), LOCK_EX) != 0) {
+    LOG_AT(3, "checkSessionX", 50, "File lock failed\n");
+    return refuse(f);
+  }
+  char user[kUserLine] = {}, stamp[kStampLine] = {}, privilege[kPrivilegeLine] = {};
+  readLine(f, user, sizeof user);
+  readLine(f, stamp, sizeof stamp);
+  bool admin = sessionIsAdmin(user);
+  if (!admin) {
+    readLine(f, privilege, sizeof privilege);
+    Privilege p = sessionPrivilege(privilege, route->method, route->access);
+    if (p == Privilege::Invalid) {
+      LOG_AT(3, "checkSessionX", 63, "Invalid priviledged level in user session\n");
+      return refuse(f);
+    }
+    if (p == Privilege::Denied) {
+      LOG_AT(3, "checkSessionX", 72, "Permission denied, not a priviledged user\n");
+      return refuse(f);
+    }
+  }
+  long now = 0;
+  if (!env.uptime(&now)) {
+    LOG_AT(3, "checkSessionX", 79, "Failed to get sysinfo\r\n");
+    return refuse(f);
+  }
+  long stored = strtol(stamp, nullptr, 10);
+  if (sessionExpired(now, stored)) {
+    LOG_AT(6, "checkSessionX", 86, "Token timeout(%ld - %ld).please login again. (userName: %s timestamp: %s)\r\n", now,
+           stored, user, stamp);
+    unlink(path);
+    return refuse(f);
+  }
+  if (!refresh) {
+    char text[kRefreshText];
+    if (admin) snprintf(text, sizeof text, "%s%ld\n%s", user, now, token);
+    else snprintf(text, sizeof text, "%s%ld\n%s%s", user, now, privilege, token);
+    rewriteSession(f, text);
+    LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
+  }
+  if (flock(fileno(f), LOCK_UN) != 0) {
+    LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
+    return refuse(f);
+  }
+  fclose(f);
+  return 0;
+}
+
+int checkSessionX(const char *token, const char *refresh, const Route *route) {
+  return checkSessionIn(kSessionEnv, token, refresh, route);
+}

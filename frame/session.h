@@ -1,0 +1,32 @@
+// Session check: is the caller's session alive, and may its user call this
+// route? Sessions are files written at login; this program reads them,
+// ages them out and refreshes their time stamp.
+#ifndef FRAME_SESSION_H
+#define FRAME_SESSION_H
+
+#include <stdint.h>
+
+struct Route;
+
+// 0 allowed, -1 refused. `refresh` is HTTP_REFRESH, null when absent.
+int checkSessionX(const char *token, const char *refresh, const Route *route);
+
+// Where sessions live and what time it is; tests supply their own.
+struct SessionEnv {
+  const char *dir;           // with a trailing "/"
+  bool (*uptime)(long *now); // whole seconds since boot
+};
+extern const SessionEnv kSessionEnv;
+int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route);
+
+// The decisions, apart from the file handling.
+constexpr long kSessionLifetime = 7200;
+enum class Privilege { Allowed, Denied, Invalid };
+bool sessionIsAdmin(const char *userLine);
+Privilege sessionPrivilege(const char *privilegeLine, uint32_t method, uint32_t access);
+bool sessionExpired(long uptime, long stamp);
+// A token that could reach outside the session folder, or not fit its
+// path, is refused before any path is formed.
+bool sessionTokenUsable(const char *token, const char *dir);
+
+#endif

@@ -1,0 +1,66 @@
+/* The OpEN client calls this program makes, declared in one place.
+ *
+ * Every call takes the client handle first (openapiClientRegister excepts,
+ * it fills the handle), returns 0 on success or a small negative result,
+ * and passes text through buffer descriptors whose size counts the
+ * terminating zero. A descriptor declared const is read by the platform;
+ * a non-const one is a caller-owned buffer the platform writes into.
+ *
+ * The program links either the simulated service's client library or the
+ * switch's own; nothing above this header knows which. */
+#ifndef PLATFORM_OPEN_API_H
+#define PLATFORM_OPEN_API_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+enum {
+  OPEN_E_NONE = 0,
+  OPEN_E_FAIL = -1,
+  OPEN_E_PARAM = -22,
+  OPEN_E_EXISTS = -24,
+  OPEN_E_UNAVAIL = -28,
+  OPEN_E_NOT_FOUND = -29,
+};
+
+enum {
+  OPEN_INTF_TYPE_PHY = 0,
+  OPEN_INTF_TYPE_CPU = 1,
+  OPEN_INTF_TYPE_LAG = 2,
+  OPEN_INTF_TYPE_VLAN = 3,
+};
+
+typedef struct {
+  uint32_t size;
+  char *pstart;
+} open_buffdesc;
+
+typedef struct {
+  int32_t sock;
+  uint32_t connected;
+  char name[100];
+} openapiClientHandle_t;
+
+typedef struct {
+  int32_t release;
+  int32_t version;
+  int32_t maint_level;
+  int32_t build_num;
+} open_revision_data_t;
+
+int openapiClientRegister(const char *clientName, openapiClientHandle_t *client);
+int openapiClientTearDown(openapiClientHandle_t *client);
+int l7proc_crashlog_register(const char *processName, uint32_t flags);
+
+#define OPEN_CALL(name, params, args) int name params;
+#include "open_calls.inc"
+#undef OPEN_CALL
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,63 @@
+#include "sim/client_io.h"
+
+#include <errno.h>
+#include <poll.h>
+#include <stdint.h>
+#include <string.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "sim/socket_path.h"
+
+int simConnect(const char *explicitPath, int timeoutMs) {
+  const char *path = simSocketPath(explicitPath);
+  sockaddr_un addr = {};
+  addr.sun_family = AF_UNIX;
+  if (strlen(path) >= sizeof addr.sun_path) return -1;
+  strncpy(addr.sun_path, path, sizeof addr.sun_path - 1);
+
+  int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return -1;
+  if (connect(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0) {
+    close(fd);
+    return -1;
+  }
+  timeval tv = {timeoutMs / 1000, (timeoutMs % 1000) * 1000};
+  setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
+  setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof tv);
+  return fd;
+}
+
+bool simSendAll(int fd, const char *buf, size_t n, int) {
+  while (n > 0) {
+    ssize_t k = send(fd, buf, n, MSG_NOSIGNAL);
+    if (k < 0 && errno == EINTR) continue;
+    if (k <= 0) return false;
+    buf += k;
+    n -= static_cast<size_t>(k);
+  }
+  return true;
+}
+
+bool simRecvAll(int fd, char *buf, size_t n, int) {
+  while (n > 0) {
+    ssize_t k = recv(fd, buf, n, 0);
+    if (k < 0 && errno == EINTR) continue;
+    if (k <= 0) return false;  // closed peer, or the socket's time-out
+    buf += k;
+    n -= static_cast<size_t>(k);
+  }
+  return true;
+}
+
+bool simExchange(int fd, const char *request, size_t requestLen, char *reply, size_t cap,
+                 size_t *replyLen, int timeoutMs) {
+  if (!simSendAll(fd, request, requestLen, timeoutMs)) return false;
+  uint32_t len = 0;
+  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4, timeoutMs)) return false;
+  if (len > cap) return false;
+  if (!simRecvAll(fd, reply, len, timeoutMs)) return false;
+  *replyLen = len;
+  return true;
+}

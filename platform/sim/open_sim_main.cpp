@@ -1,0 +1,127 @@
+// open-sim: the simulated OpEN service and its control client.
+//   open-sim serve [--socket PATH] [--scenario FILE.json]
+//   open-sim ctl [--socket PATH] COMMAND...
+//   open-sim default-scenario
+#include <stdio.h>
+#include <string.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "sim/client_io.h"
+#include "sim/sim.h"
+#include "sim/sim_server.h"
+#include "sim/socket_path.h"
+
+namespace {
+
+constexpr int kControlTimeoutMs = 10000;
+
+int usage() {
+  fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json]\n"
+        "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
+        "                    | journal [--clear] | reset | dump | load FILE\n"
+        "       open-sim default-scenario\n",
+        stderr);
+  return 2;
+}
+
+bool readFile(const char *path, std::string *out) {
+  std::ifstream f(path, std::ios::binary);
+  if (!f) return false;
+  std::ostringstream ss;
+  ss << f.rdbuf();
+  *out = ss.str();
+  return true;
+}
+
+// Takes "--socket PATH" from the front of the arguments.
+const char *takeSocket(int *argc, char ***argv) {
+  if (*argc >= 2 && strcmp((*argv)[0], "--socket") == 0) {
+    const char *path = (*argv)[1];
+    *argc -= 2;
+    *argv += 2;
+    return path;
+  }
+  return nullptr;
+}
+
+int serveCommand(int argc, char **argv) {
+  const char *socket = nullptr, *scenarioFile = nullptr;
+  for (int i = 0; i < argc; ++i) {
+    if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
+    else if (strcmp(argv[i], "--scenario") == 0 && i + 1 < argc) scenarioFile = argv[++i];
+    else return usage();
+  }
+  std::string scenario = sim::defaultScenario(), error;
+  if (scenarioFile && !readFile(scenarioFile, &scenario)) {
+    fprintf(stderr, "open-sim: cannot read %s\n", scenarioFile);
+    return 1;
+  }
+  sim::Sim s;
+  if (!sim::loadScenario(s, scenario, &error)) {
+    fprintf(stderr, "open-sim: bad scenario: %s\n", error.c_str());
+    return 1;
+  }
+  return sim::serve(s, simSocketPath(socket));
+}
+
+bool receiveReply(int fd, std::string *frame) {
+  uint32_t len = 0;
+  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4, kControlTimeoutMs) || len > wire::kMaxFrame) return false;
+  frame->resize(len);
+  return simRecvAll(fd, frame->data(), len, kControlTimeoutMs);
+}
+
+int ctlCommand(int argc, char **argv) {
+  const char *socket = takeSocket(&argc, &argv);
+  if (argc < 1) return usage();
+  sim::Json words(cJSON_CreateArray());
+  for (int i = 0; i < argc; ++i) {
+    std::string word = argv[i];
+    if (i == 1 && strcmp(argv[0], "load") == 0 && !readFile(argv[1], &word)) {
+      fprintf(stderr, "open-sim: cannot read %s\n", argv[1]);
+      return 1;
+    }
+    cJSON_AddItemToArray(words.get(), cJSON_CreateString(word.c_str()));
+  }
+  char *payload = cJSON_PrintUnformatted(words.get());
+  std::string request(4, '\0');
+  uint32_t nameLen = sizeof wire::kControlCall - 1, payloadLen = static_cast<uint32_t>(strlen(payload));
+  request.append(reinterpret_cast<char *>(&nameLen), 4).append(wire::kControlCall, nameLen);
+  request += static_cast<char>(1);
+  request += static_cast<char>(wire::kInString);
+  request.append(reinterpret_cast<char *>(&payloadLen), 4).append(payload, payloadLen);
+  cJSON_free(payload);
+  uint32_t frameLen = static_cast<uint32_t>(request.size() - 4);
+  memcpy(&request[0], &frameLen, 4);
+
+  int fd = simConnect(socket, kControlTimeoutMs);
+  std::string frame;
+  if (fd < 0 || !simSendAll(fd, request.data(), request.size(), kControlTimeoutMs) || !receiveReply(fd, &frame)) {
+    fprintf(stderr, "open-sim: no daemon answering at %s\n", simSocketPath(socket));
+    return 1;
+  }
+  wire::Reader r{frame.data(), frame.size()};
+  int status = static_cast<int32_t>(r.u32());
+  r.u8();
+  r.u8();
+  uint32_t n = 0;
+  const char *text = r.text(&n);
+  if (text) fwrite(text, 1, n, status == 0 ? stdout : stderr);
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  if (argc < 2) return usage();
+  if (strcmp(argv[1], "serve") == 0) return serveCommand(argc - 2, argv + 2);
+  if (strcmp(argv[1], "ctl") == 0) return ctlCommand(argc - 2, argv + 2);
+  if (strcmp(argv[1], "default-scenario") == 0) {
+    fputs(sim::defaultScenario().c_str(), stdout);
+    fputc('\n', stdout);
+    return 0;
+  }
+  return usage();
+}

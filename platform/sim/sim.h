@@ -1,0 +1,136 @@
+// The simulated OpEN service: the switch state it holds across client
+// processes, the calls it answers and the controls of `open-sim ctl`.
+#ifndef PLATFORM_SIM_SIM_H
+#define PLATFORM_SIM_SIM_H
+
+#include <cjson/cJSON.h>
+#include <stdint.h>
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "open_api.h"
+#include "sim/wire.h"
+
+namespace sim {
+
+struct JsonDelete {
+  void operator()(cJSON *j) const { cJSON_Delete(j); }
+};
+using Json = std::unique_ptr<cJSON, JsonDelete>;
+
+// One stored output of a call: a number or a text.
+struct Value {
+  bool isText = false;
+  int64_t num = 0;
+  std::string text;
+};
+using Outputs = std::vector<Value>;
+Value num(int64_t n);
+Value text(std::string t);
+
+struct Arg {
+  wire::Kind kind = wire::kInNum;
+  uint8_t width = 4;
+  uint64_t num = 0;  // input value, or the preset of an output
+  uint32_t size = 0; // descriptor size
+  std::string text;  // input text, written text, or record bytes
+  bool written = false;
+
+  bool isInput() const { return kind == wire::kInNum || kind == wire::kInText || kind == wire::kInString; }
+};
+
+struct Call {
+  std::string name;
+  std::vector<Arg> args;
+
+  std::vector<const Arg *> inputs() const;
+  std::vector<Arg *> outputs();
+  // Inputs joined by ",": numbers in decimal, texts as they are.
+  std::string key() const;
+  std::string keyOf(size_t firstInputs) const;
+  uint64_t in(size_t i) const;        // i-th input as a number
+  std::string inText(size_t i) const; // i-th input as text
+  void setOut(size_t i, uint64_t v);
+  void setOutText(size_t i, const std::string &t);
+};
+
+struct Fault {
+  int result = 0;
+  int64_t remaining = -1;  // -1: every call from now on
+};
+
+struct Interface {
+  uint32_t ifNum = 0;
+  uint32_t type = 0;
+};
+
+struct Sim;
+using Behavior = int (*)(Sim &, Call &);
+
+enum class Rule { Get, Set, Custom };
+
+// One line per OpEN call: how the simulator answers it.
+struct CallRule {
+  const char *name;
+  Rule rule;
+  const char *target;  // Set: the getter whose state it writes
+  uint8_t keyInputs;   // Set: how many leading inputs form the state key
+  Behavior custom;
+};
+
+#define SIM_GET(call) {#call, ::sim::Rule::Get, nullptr, 0, nullptr}
+#define SIM_SET(call, getter, keyInputs) {#call, ::sim::Rule::Set, #getter, keyInputs, nullptr}
+#define SIM_CUSTOM(call, fn) {#call, ::sim::Rule::Custom, nullptr, 0, fn}
+
+struct Sim {
+  std::vector<Interface> interfaces;
+  std::map<std::string, std::map<std::string, Outputs>> state;
+  Json model{cJSON_CreateObject()};  // structured state of custom behaviours
+  std::map<std::string, Fault> faults;
+  std::deque<std::string> journal;
+  std::string scenario;  // the loaded scenario, for `reset`
+  int64_t startedAt = 0; // monotonic seconds at load
+
+  const Outputs *stored(const std::string &call, const std::string &key) const;
+  void put(const std::string &call, const std::string &key, Outputs v);
+};
+
+// Call table, assembled from each group's lines.
+const CallRule *findRule(const std::string &name);
+struct RuleGroup {
+  const CallRule *rules;
+  size_t count;
+};
+extern const RuleGroup kRuleGroups[];
+extern const size_t kRuleGroupCount;
+
+// Answers one call: journal, faults, stored answers, then the rule.
+int handleCall(Sim &s, Call &c);
+// Runs one `open-sim ctl` command; returns the exit status and its output.
+int handleControl(Sim &s, const std::vector<std::string> &words, std::string *out);
+
+bool loadScenario(Sim &s, const std::string &json, std::string *error);
+std::string dumpScenario(const Sim &s);
+std::string defaultScenario();
+int64_t monotonicSeconds();
+
+// Interface walks over the scenario's list, by type.
+const Interface *firstOfType(const Sim &s, uint32_t type);
+const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after);
+const Interface *findInterface(const Sim &s, uint32_t ifNum);
+
+// Per-group pieces of the default scenario and of the call table.
+void seedSystem(Sim &s);
+void seedInterfaces(Sim &s);
+extern const CallRule kSystemRules[];
+extern const size_t kSystemRuleCount;
+extern const CallRule kInterfaceRules[];
+extern const size_t kInterfaceRuleCount;
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,204 @@
+// open-sim's event loop: many client processes at once on one Unix socket,
+// each request answered in full before the next is read.
+#include "sim/sim_server.h"
+
+#include <errno.h>
+#include <poll.h>
+#include <signal.h>
+#include <stdio.h>
+#include <string.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "sim/client_io.h"
+
+namespace sim {
+
+namespace {
+
+volatile sig_atomic_t gStop = 0;
+
+void onStopSignal(int) { gStop = 1; }
+
+bool decodeArg(wire::Reader &r, Arg *a) {
+  a->kind = static_cast<wire::Kind>(r.u8());
+  uint32_t n = 0;
+  const char *p = nullptr;
+  switch (a->kind) {
+    case wire::kInNum:
+    case wire::kOutNum:
+      a->width = r.u8();
+      a->num = r.u64();
+      return r.ok;
+    case wire::kInText:
+      a->size = r.u32();
+      p = r.text(&n);
+      break;
+    case wire::kInString:
+    case wire::kInOutBlob:
+      p = r.text(&n);
+      break;
+    case wire::kOutText:
+      a->size = r.u32();
+      return r.ok;
+    default:
+      return false;
+  }
+  if (!p) return false;
+  a->text.assign(p, n);
+  // A text input ends at its first zero byte, as the platform reads it.
+  if (a->kind != wire::kInOutBlob) a->text.resize(strnlen(a->text.c_str(), a->text.size()));
+  return true;
+}
+
+bool decodeCall(const std::string &frame, Call *c) {
+  wire::Reader r{frame.data(), frame.size()};
+  uint32_t n = 0;
+  const char *name = r.text(&n);
+  if (!name) return false;
+  c->name.assign(name, n);
+  uint8_t argc = r.u8();
+  c->args.resize(argc);
+  for (Arg &a : c->args)
+    if (!decodeArg(r, &a)) return false;
+  return r.ok;
+}
+
+std::string encodeReply(int result, const Call &c) {
+  std::string out(4, '\0');
+  auto add = [&out](const void *p, size_t n) { out.append(static_cast<const char *>(p), n); };
+  int32_t rc = result;
+  add(&rc, 4);
+  uint8_t argc = static_cast<uint8_t>(c.args.size());
+  add(&argc, 1);
+  for (const Arg &a : c.args) {
+    if (a.isInput()) continue;
+    uint8_t written = a.written;
+    add(&written, 1);
+    if (!written) continue;
+    if (a.kind == wire::kOutNum) {
+      add(&a.num, 8);
+    } else {
+      uint32_t len = static_cast<uint32_t>(a.text.size());
+      add(&len, 4);
+      add(a.text.data(), len);
+    }
+  }
+  uint32_t len = static_cast<uint32_t>(out.size() - 4);
+  memcpy(&out[0], &len, 4);
+  return out;
+}
+
+std::string encodeControlReply(int status, const std::string &text) {
+  Call c;
+  Arg a;
+  a.kind = wire::kOutText;
+  a.text = text;
+  a.written = true;
+  c.args.push_back(a);
+  return encodeReply(status, c);
+}
+
+std::vector<std::string> decodeWords(const Call &c) {
+  std::vector<std::string> words;
+  if (c.args.size() != 1) return words;
+  Json arr(cJSON_Parse(c.args[0].text.c_str()));
+  const cJSON *w = nullptr;
+  cJSON_ArrayForEach(w, arr.get())
+    if (cJSON_IsString(w)) words.push_back(w->valuestring);
+  return words;
+}
+
+std::string answer(Sim &s, const std::string &frame) {
+  Call c;
+  if (!decodeCall(frame, &c)) return encodeControlReply(-22, "malformed request\n");
+  if (c.name == wire::kControlCall) {
+    std::string out;
+    int status = handleControl(s, decodeWords(c), &out);
+    return encodeControlReply(status, out);
+  }
+  int result = handleCall(s, c);
+  return encodeReply(result, c);
+}
+
+struct Client {
+  int fd;
+  std::string in;
+};
+
+int listenOn(const char *path) {
+  sockaddr_un addr = {};
+  addr.sun_family = AF_UNIX;
+  if (strlen(path) >= sizeof addr.sun_path) return -1;
+  strncpy(addr.sun_path, path, sizeof addr.sun_path - 1);
+  int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return -1;
+  unlink(path);
+  if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 || listen(fd, 256) != 0) {
+    close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+// Reads what is available; answers every complete frame. False when the
+// client is gone or misbehaves.
+bool serviceClient(Sim &s, Client &c) {
+  char buf[65536];
+  ssize_t k = recv(c.fd, buf, sizeof buf, MSG_DONTWAIT);
+  if (k == 0 || (k < 0 && errno != EAGAIN && errno != EINTR)) return false;
+  if (k > 0) c.in.append(buf, static_cast<size_t>(k));
+  while (c.in.size() >= 4) {
+    uint32_t len = 0;
+    memcpy(&len, c.in.data(), 4);
+    if (len > wire::kMaxFrame) return false;
+    if (c.in.size() < 4 + len) break;
+    std::string reply = answer(s, c.in.substr(4, len));
+    c.in.erase(0, 4 + len);
+    if (!simSendAll(c.fd, reply.data(), reply.size(), 0)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int serve(Sim &s, const char *path) {
+  int lfd = listenOn(path);
+  if (lfd < 0) {
+    fprintf(stderr, "open-sim: cannot listen on %s: %s\n", path, strerror(errno));
+    return 1;
+  }
+  signal(SIGPIPE, SIG_IGN);
+  signal(SIGINT, onStopSignal);
+  signal(SIGTERM, onStopSignal);
+  std::vector<Client> clients;
+  std::vector<pollfd> fds;
+  while (!gStop) {
+    fds.assign(1, {lfd, POLLIN, 0});
+    for (const Client &c : clients) fds.push_back({c.fd, POLLIN, 0});
+    if (poll(fds.data(), fds.size(), 500) < 0 && errno != EINTR) break;
+    for (size_t i = fds.size(); i-- > 1;) {
+      if (!fds[i].revents) continue;
+      if (!serviceClient(s, clients[i - 1])) {
+        close(clients[i - 1].fd);
+        clients.erase(clients.begin() + static_cast<long>(i - 1));
+      }
+    }
+    if (fds[0].revents & POLLIN) {
+      int fd = accept4(lfd, nullptr, nullptr, SOCK_CLOEXEC);
+      if (fd >= 0) {
+        // A client that stops reading must not stall everyone else.
+        timeval tv = {2, 0};
+        setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof tv);
+        clients.push_back({fd, {}});
+      }
+    }
+  }
+  for (const Client &c : clients) close(c.fd);
+  close(lfd);
+  unlink(path);
+  return 0;
+}
+
+}  // namespace sim

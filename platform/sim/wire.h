@@ -1,0 +1,89 @@
+// Message format between the simulated OpEN client library and open-sim.
+// One request and one reply per call, framed by a 32-bit length. Both ends
+// run on the same host, so fields travel in host byte order.
+#ifndef PLATFORM_SIM_WIRE_H
+#define PLATFORM_SIM_WIRE_H
+
+#include <stddef.h>
+#include <stdint.h>
+#include <string.h>
+
+namespace wire {
+
+enum Kind : uint8_t {
+  kInNum = 1,     // width, value
+  kInText = 2,    // descriptor size, text length, text
+  kInString = 3,  // text length, text (a plain C string argument)
+  kOutNum = 4,    // width, preset value
+  kOutText = 5,   // buffer size
+  kInOutBlob = 6, // length, bytes (a record the platform reads and rewrites)
+};
+
+// The control channel of `open-sim ctl` uses this call name.
+inline constexpr char kControlCall[] = "#ctl";
+inline constexpr uint32_t kMaxFrame = 64u << 20;
+
+// Appends to a caller-provided buffer; `ok` turns false once it overflows.
+struct Writer {
+  char *buf;
+  size_t cap;
+  size_t len = 0;
+  bool ok = true;
+
+  void bytes(const void *p, size_t n) {
+    if (!ok || n > cap - len) {
+      ok = false;
+      return;
+    }
+    memcpy(buf + len, p, n);
+    len += n;
+  }
+  void u8(uint8_t v) { bytes(&v, 1); }
+  void u32(uint32_t v) { bytes(&v, 4); }
+  void u64(uint64_t v) { bytes(&v, 8); }
+  void text(const char *p, uint32_t n) {
+    u32(n);
+    bytes(p, n);
+  }
+};
+
+// Reads from a received frame; `ok` turns false on a short frame.
+struct Reader {
+  const char *buf;
+  size_t len;
+  size_t pos = 0;
+  bool ok = true;
+
+  const char *take(size_t n) {
+    if (!ok || n > len - pos) {
+      ok = false;
+      return nullptr;
+    }
+    const char *p = buf + pos;
+    pos += n;
+    return p;
+  }
+  uint8_t u8() {
+    const char *p = take(1);
+    return p ? static_cast<uint8_t>(*p) : 0;
+  }
+  uint32_t u32() {
+    uint32_t v = 0;
+    if (const char *p = take(4)) memcpy(&v, p, 4);
+    return v;
+  }
+  uint64_t u64() {
+    uint64_t v = 0;
+    if (const char *p = take(8)) memcpy(&v, p, 8);
+    return v;
+  }
+  // Returns the text's bytes (not terminated) and stores its length.
+  const char *text(uint32_t *n) {
+    *n = u32();
+    return take(*n);
+  }
+};
+
+}  // namespace wire
+
+#endif

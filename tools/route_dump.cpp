@@ -1,0 +1,45 @@
+// Prints the route table in registration order: ORDINAL METHOD PATH NAME.
+// With --detail, each row's group, inputs and reply keys follow.
+#include <stdio.h>
+#include <string.h>
+
+#include "api/routes.h"
+
+namespace {
+
+const char *kindName(kit::Kind k) {
+  switch (k) {
+    case kit::Kind::Scan: return "query";
+    case kit::Kind::Lookup: return "query~";
+    case kit::Kind::LookupText: return "query~text";
+    case kit::Kind::Body: return "body";
+    case kit::Kind::BodyWord: return "body-word";
+    case kit::Kind::BodyMapped: return "body-text";
+    case kit::Kind::BodyText: return "body-text";
+    case kit::Kind::Out: return "reply";
+    case kit::Kind::OutText: return "reply-text";
+  }
+  return "?";
+}
+
+void printDetail(const kit::RouteDoc *doc) {
+  if (!doc) {
+    fputs("\thand-written", stdout);
+    return;
+  }
+  printf("\tgroup=%s", doc->group ? doc->group : "-");
+  for (size_t i = 0; i < doc->argCount; ++i) printf(" %s:%s", kindName(doc->args[i].kind), doc->args[i].name.s);
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  bool detail = argc > 1 && strcmp(argv[1], "--detail") == 0;
+  for (size_t i = 0; i < kRouteCount; ++i) {
+    const RouteRow &r = kRoutes[i];
+    printf("%zu %s %s %s", i + 1, httpMethodName(r.method), r.path, r.name);
+    if (detail) printDetail(r.doc);
+    fputc('\n', stdout);
+  }
+  return 0;
+}

@@ -8,9 +8,24 @@
 using namespace kit;
 
 #define IF "/api/v2/interfaces/if"
+#define IF_ROOT "/api/v2/interfaces"
+#define GREEN "/api/v2/interfaces/green-ethernet"
+#define EEE "/api/v2/interfaces/green-ethernet-eee-api"
+#define PWR_EST "/api/v2/interfaces/green-pwr-estimates"
+#define PWR_HIST "/api/v2/interfaces/green-pwr-sav-history"
+#define PML "/api/v2/interfaces/pml"
+#define APP "/api/v2/interfaces/interface-app"
 
 const RouteRow kRoutes[] = {
-    // Interface enumeration and identity.
+    // 1-5: green Ethernet, first block.
+
+    // 6-9: energy-efficient Ethernet, first block.
+
+    // 10-12: power estimates, first block.
+
+    // 13-17: power-saving history, first block.
+
+    // 18-38: interface enumeration and identity, then the first counters.
     ROUTE(IF, METHOD_GET, "first", Read<"if", openapiIfFirstGet, lookup("ifType"), out("firstIfNum")>),
     ROUTE(IF, METHOD_GET, "next", Read<"if", openapiIfNextGet, lookup("ifType"), scan("ifNum"), out("nextIfNum")>),
     ROUTE(IF, METHOD_GET, "next-changed",
@@ -34,6 +49,30 @@ const RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "descr", Read<"if", rpcclt_openapiIfDescrGet, scan("ifNum"), outText("descrip", 256)>),
     ROUTE(IF, METHOD_GET, "status", Read<"if", rpcclt_openapiIfStatusGet, scan("ifNum"), out("ifStatus", kIfAttach)>),
     ROUTE(IF, METHOD_GET, "num", Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
+
+    // 39-43: MAC locking, global switches.
+
+    // 44: cable diagnostics.
+
+    // 45-92: the remaining single counters, attributes, expansion and FEC,
+    // D-Disable recovery (first part).
+
+    // 93-101: interface application settings.
+
+    // 102-114: green Ethernet, second block.
+
+    // 115-146: energy-efficient Ethernet, second block.
+
+    // 147-149: power estimates, second block.
+
+    // 150-152: power-saving history, second block.
+
+    // 153-201: MAC locking, per interface and VLAN, address entries.
+
+    // 202-204: D-Disable recovery (second part).
+
+    // 205-223: the late interface block: summaries, name lookup, resets and
+    // the composite routes that take over earlier keys.
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 

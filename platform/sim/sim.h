@@ -130,6 +130,9 @@ extern const CallRule kSystemRules[];
 extern const size_t kSystemRuleCount;
 extern const CallRule kInterfaceRules[];
 extern const size_t kInterfaceRuleCount;
+void seedAttributes(Sim &s);
+extern const CallRule kAttributeRules[];
+extern const size_t kAttributeRuleCount;
 
 }  // namespace sim
 

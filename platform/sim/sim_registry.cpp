@@ -6,6 +6,7 @@ namespace sim {
 const RuleGroup kRuleGroups[] = {
     {kSystemRules, kSystemRuleCount},
     {kInterfaceRules, kInterfaceRuleCount},
+    {kAttributeRules, kAttributeRuleCount},
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
@@ -13,6 +14,7 @@ std::string defaultScenario() {
   Sim s;
   seedSystem(s);
   seedInterfaces(s);
+  seedAttributes(s);
   return dumpScenario(s);
 }
 

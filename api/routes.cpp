@@ -25,7 +25,7 @@ const RouteRow kRoutes[] = {
 
     // 13-17: power-saving history, first block.
 
-    // 18-38: interface enumeration and identity, then the first counters.
+    // 18-34: interface enumeration and identity.
     ROUTE(IF, METHOD_GET, "first", Read<"if", openapiIfFirstGet, lookup("ifType"), out("firstIfNum")>),
     ROUTE(IF, METHOD_GET, "next", Read<"if", openapiIfNextGet, lookup("ifType"), scan("ifNum"), out("nextIfNum")>),
     ROUTE(IF, METHOD_GET, "next-changed",
@@ -50,12 +50,19 @@ const RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "status", Read<"if", rpcclt_openapiIfStatusGet, scan("ifNum"), out("ifStatus", kIfAttach)>),
     ROUTE(IF, METHOD_GET, "num", Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
 
+    // 35-38: the first single counters.
+
     // 39-43: MAC locking, global switches.
 
     // 44: cable diagnostics.
 
-    // 45-92: the remaining single counters, attributes, expansion and FEC,
-    // D-Disable recovery (first part).
+    // 45-49: the remaining single counters.
+
+    // 50-78: port attributes, reads then sets.
+
+    // 79-86: port expansion and FEC.
+
+    // 87-92: D-Disable recovery, first part.
 
     // 93-101: interface application settings.
 
@@ -71,8 +78,12 @@ const RouteRow kRoutes[] = {
 
     // 202-204: D-Disable recovery (second part).
 
-    // 205-223: the late interface block: summaries, name lookup, resets and
-    // the composite routes that take over earlier keys.
+    // 205-223: the late interface block. 205-208: summaries, name lookup
+    // and the all-counters reset.
+
+    // 209-222: composite routes that take over earlier keys.
+
+    // 223: the single-interface counter reset, last of all.
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 

@@ -163,7 +163,10 @@ bool serviceClient(Sim &s, Client &c) {
 
 }  // namespace
 
+void stopServing() { gStop = 1; }
+
 int serve(Sim &s, const char *path) {
+  gStop = 0;
   int lfd = listenOn(path);
   if (lfd < 0) {
     fprintf(stderr, "open-sim: cannot listen on %s: %s\n", path, strerror(errno));

@@ -7,6 +7,8 @@ namespace sim {
 
 // Serves the socket at `path` until SIGINT or SIGTERM; 0 on a clean stop.
 int serve(Sim &s, const char *path);
+// Makes a running serve() return within its poll interval.
+void stopServing();
 
 }  // namespace sim
 

@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "api/routes.h"
+#include "frame/log.h"
+#include "frame/route_table.h"
+#include "test_support.h"
+
+namespace {
+
+std::string gCalled;
+uint32_t first() {
+  gCalled += "first;";
+  return 0;
+}
+uint32_t second() {
+  gCalled += "second;";
+  return 0;
+}
+uint32_t other() {
+  gCalled += "other;";
+  return 0;
+}
+
+class Dispatch : public testing::Test {
+ protected:
+  void SetUp() override {
+    logUseFiles(&files_);
+    writeText(files_.level, "7");
+    logOpen(LOG_TO_FILE, 8, "quill_cgi");
+    gCalled.clear();
+    table_ = routeTableCreate();
+    httpdAddCContent(table_, "/api/v2/interfaces/if", "num", METHOD_GET, 0, first);
+    httpdAddCContent(table_, "/api/v2/interfaces/if", "num", METHOD_GET, 0, second);
+    httpdAddCContent(table_, "/api/v2/interfaces/if", "num", METHOD_PUT, 0, other);
+    httpdAddCContent(table_, "/api/v2/interfaces", "cable-status", METHOD_GET, 0, other);
+    httpdAddCContent(table_, "/other", "x", METHOD_GET, 0, other);
+    httpdAddCContent(table_, "/api/v2/interfaces/if", "locked", METHOD_GET, 1, other);
+  }
+  // Runs one request; returns what was printed.
+  std::string request(const char *uri, const char *method, const char *session = nullptr) {
+    ScopedEnv env({{"REQUEST_URI", uri}, {"REQUEST_METHOD", method}, {"HTTP_SESSION", session}, {"HTTP_REFRESH", "1"}});
+    testing::internal::CaptureStdout();
+    httpdProcessRequest(table_);
+    return testing::internal::GetCapturedStdout();
+  }
+  void TearDown() override {
+    logClose();
+    logUseFiles(nullptr);
+  }
+  std::string logged() {
+    logClose();
+    return readText(files_.log);
+  }
+  RouteTable *table_ = nullptr;
+  TempDir dir_;
+  std::string log_ = dir_.file("log"), old_ = dir_.file("old"), level_ = dir_.file("level");
+  LogFiles files_ = {log_.c_str(), old_.c_str(), level_.c_str()};
+};
+
+const char kJson[] = "Content-Type: application/json\r\n\r\n";
+
+TEST_F(Dispatch, FindsRoutesByDirectoryNameAndMethod) {
+  struct Case {
+    const char *uri, *method, *called, *printed;
+  } cases[] = {
+      {"/api/v2/interfaces/if/num?ifNum=3", "GET", "second;", kJson},  // the later registration wins
+      {"/api/v2/interfaces/if/num", "get", "second;", kJson},          // methods ignore case
+      {"/api/v2/interfaces/if/num", "PUT", "other;", kJson},
+      {"/api/v2/interfaces/if/NUM", "GET", "", ""},                     // names do not
+      {"/api/v2/interfaces/if/", "GET", "", ""},
+      {"/api/v2/interfaces/cable-status", "GET", "other;", kJson},
+      {"/api/v2/interfaces/if/cable-status", "GET", "", ""},
+      {"/api/v2/interfaces/if/num?x=a/b", "GET", "", ""},               // the query's "/" moves the split
+      {"/api/v2//interfaces/if//num", "GET", "second;", kJson},         // empty segments vanish
+      {"/other/x", "GET", "other;", ""},                                // outside /api/v2/: no header
+      {"/api/v2/interfaces/if/num", "POST", "", ""},
+      {"noslash", "GET", "", "Invalid request path 'noslash'\n"},
+  };
+  for (const Case &c : cases) {
+    gCalled.clear();
+    EXPECT_EQ(request(c.uri, c.method), c.printed) << c.uri << " " << c.method;
+    EXPECT_EQ(gCalled, c.called) << c.uri << " " << c.method;
+  }
+}
+
+TEST_F(Dispatch, AnUnknownRouteIsOnlyLogged) {
+  EXPECT_EQ(request("/api/v2/interfaces/if/num?x=a/b", "GET"), "");
+  EXPECT_NE(logged().find(" (ERROR): quill_cgi: [httpdProcessRequest:231] method not found:"
+                          "/api/v2/interfaces/if/num?x=a/b\nnum?x=a\nb\n"),
+            std::string::npos);
+}
+
+TEST_F(Dispatch, NoUriOrNoMethodDoesNothing) {
+  ScopedEnv env({{"REQUEST_URI", nullptr}});
+  testing::internal::CaptureStdout();
+  httpdProcessRequest(table_);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(request("/api/v2/interfaces/if/num", nullptr), "");
+  EXPECT_EQ(gCalled, "");
+}
+
+TEST_F(Dispatch, LongPathsAreCutNotRefused) {
+  std::string uri = "/api/v2/interfaces/if/" + std::string(2000, 'n');
+  EXPECT_EQ(request(uri.c_str(), "GET"), "");
+  RouteNode *dir = routeDirGet(table_, (std::string(1100, 'd') + "/x").c_str());
+  ASSERT_NE(dir, nullptr);
+  EXPECT_EQ(strlen(dir->segment), 1023u);
+}
+
+TEST_F(Dispatch, SessionRoutesRefuseWithoutAValidSession) {
+  EXPECT_EQ(request("/api/v2/interfaces/if/locked", "GET", "no-such-token"), "Status:403\r\n\r\n");
+  EXPECT_EQ(gCalled, "");
+  std::string log = logged();
+  EXPECT_NE(log.find("(DEBUG): quill_cgi: [checkSessionX:45] /tmp/session/no-such-token file not exsits, ignore\n"),
+            std::string::npos);
+  EXPECT_NE(log.find("(ERROR): quill_cgi: [httpdProcessRequest:236] 403 Forbidden\n"), std::string::npos);
+}
+
+TEST(RouteTree, SegmentsAreSharedAndNewestFirst) {
+  RouteTable *t = routeTableCreate();
+  RouteNode *a = routeDirGet(t, "/a/b");
+  EXPECT_EQ(routeDirGet(t, "a//b/"), a);
+  EXPECT_EQ(routeDirGet(t, ""), t->root);
+  routeDirGet(t, "/a/c");
+  EXPECT_STREQ(t->root->firstChild->firstChild->segment, "c");
+  EXPECT_STREQ(t->root->firstChild->firstChild->nextSibling->segment, "b");
+  EXPECT_EQ(httpdAddCContent(nullptr, "/a", "x", METHOD_GET, 1, first), -1);
+  EXPECT_STREQ(httpMethodName(3), "PUT");
+  EXPECT_STREQ(httpMethodName(9), "Invalid method '9'");
+}
+
+TEST(RegistrationList, EveryKeyRegisteredTwiceIsTakenOverByTheLaterRow) {
+  // The keys that the late handlers are meant to take over; a row that
+  // appears twice for any other key is a mistake.
+  std::map<std::string, int> seen;
+  for (size_t i = 0; i < kRouteCount; ++i)
+    ++seen[std::string(kRoutes[i].path) + " " + kRoutes[i].name + " " + httpMethodName(kRoutes[i].method)];
+  const std::set<std::string> doubled = {
+      "/api/v2/interfaces/if speed GET",  "/api/v2/interfaces/if auto-neg GET",
+      "/api/v2/interfaces/if mtu-size GET", "/api/v2/interfaces/if soft-shutdown-state GET",
+      "/api/v2/interfaces/if descr GET",  "/api/v2/interfaces/if admin-state GET",
+      "/api/v2/interfaces/if status GET", "/api/v2/interfaces/if num GET",
+      "/api/v2/interfaces/if link-trap GET", "/api/v2/interfaces/if intf-fec-mode GET",
+      "/api/v2/interfaces/green-ethernet-eee-api time-since-last-stats-reset GET",
+  };
+  for (const auto &[key, count] : seen) {
+    EXPECT_LE(count, 2) << key;
+    if (count == 2) {
+      EXPECT_TRUE(doubled.count(key)) << key;
+    }
+  }
+}
+
+}  // namespace

@@ -1,6 +1,7 @@
 # make run   build, then serve the API against the simulated switch on 127.0.0.1:8080
 # make test  build, then run every test suite
 BUILD ?= build
+MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 

@@ -147,7 +147,8 @@ int fecModeSet(Sim &s, Call &c) {
   if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
   uint64_t mode = c.in(1);
   if (mode >= kFecLast) return -22;
-  s.put(kFecMode, keyOf(c.in(0)), {num(static_cast<int64_t>(mode)), num(mode == kFecAuto ? kFecRs : static_cast<int64_t>(mode))});
+  int64_t configured = static_cast<int64_t>(mode);
+  s.put(kFecMode, keyOf(c.in(0)), {num(configured), num(mode == kFecAuto ? kFecRs : configured)});
   return 0;
 }
 

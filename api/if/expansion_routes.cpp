@@ -1,0 +1,18 @@
+#include "api/if/expansion_routes.h"
+
+#include "api/if/attribute_texts.h"
+#include "frame/route_kit.h"
+
+// The mode arrives as its platform name through the loose query lookup;
+// a missing or unknown name asks about "none".
+uint32_t ifExpandPortModeSupportedGet(void) {
+  kit::Request req;
+  kit::splitQuery(req);
+  uint32_t mode = ifExpandModeValue(queryParamValue("expandPortMode", req.query));
+  uint32_t supported = 0;
+  uint32_t code = openResultToCode(rpcclt_openapiIntfExpandablePortModeSupportedGet(&gOpenClient, mode, &supported));
+  JsonPtr data(code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
+  if (data) cJSON_AddStringToObject(data.get(), "isExpandedModeSupported", ifTrueText(supported));
+  replyRead(code, "if", data.get());
+  return 0;
+}

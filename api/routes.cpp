@@ -7,6 +7,7 @@
 #include "api/if/composite_routes.h"
 #include "api/if/expansion_routes.h"
 #include "api/if/if_texts.h"
+#include "api/pml/pml_args.h"
 
 using namespace kit;
 
@@ -56,6 +57,15 @@ const RouteRow kRoutes[] = {
     // 35-38: the first single counters.
 
     // 39-43: MAC locking, global switches.
+    ROUTE(PML, METHOD_GET, "global-admin-mode",
+          Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out("adminMode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "global-admin-mode",
+          Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs("adminMode", "enable")>),
+    ROUTE(PML, METHOD_GET, "static-addr-global-count",
+          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out("count")>),
+    ROUTE(PML, METHOD_GET, "vlan-admin-mode",
+          Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out("adminMode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "vlan-admin-mode", Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs("adminMode", "enable")>),
 
     // 44: cable diagnostics.
 
@@ -150,6 +160,115 @@ const RouteRow kRoutes[] = {
     // 150-152: power-saving history, second block.
 
     // 153-201: MAC locking, per interface and VLAN, address entries.
+    ROUTE(PML, METHOD_GET, "next-valid-intf",
+          Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan("ifNum"), out("nextIfNum")>),
+    // A check that replies like a read although registered as POST.
+    ROUTE(PML, METHOD_POST, "intf-is-valid",
+          Read<"pml", rpcclt_openapiPmlIntfIsValid, scan("ifNum"), out("isValid", kPmlBool)>),
+    // Read as "mode", written as "intfMode": clients rely on both names.
+    ROUTE(PML, METHOD_GET, "intf-mode",
+          Read<"pml", rpcclt_openapiPmlIntfModeGet, scan("ifNum"), out("mode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "intf-mode", Set<rpcclt_openapiPmlIntfModeSet, scan("ifNum"), bodyIs("intfMode", "enable")>),
+    ROUTE(PML, METHOD_GET, "intf-dynamic-limit",
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLimitGet, scan("ifNum"), out("limit")>),
+    ROUTE(PML, METHOD_PUT, "intf-dynamic-limit",
+          Set<rpcclt_openapiPmlIntfDynamicLimitSet, scan("ifNum"), body("limit")>),
+    ROUTE(PML, METHOD_GET, "intf-static-limit",
+          Read<"pml", rpcclt_openapiPmlIntfStaticLimitGet, scan("ifNum"), out("limit")>),
+    ROUTE(PML, METHOD_PUT, "intf-static-limit", Set<rpcclt_openapiPmlIntfStaticLimitSet, scan("ifNum"), body("limit")>),
+    ROUTE(PML, METHOD_GET, "intf-dynamic-max-limit",
+          Read<"pml", rpcclt_openapiPmlIntfDynamicMaxLimitGet, scan("ifNum"), out("limit")>),
+    ROUTE(PML, METHOD_GET, "intf-static-max-limit",
+          Read<"pml", rpcclt_openapiPmlIntfStaticMaxLimitGet, scan("ifNum"), out("limit")>),
+    // The count answers under "limit", as it always has.
+    ROUTE(PML, METHOD_GET, "intf-static-count",
+          Read<"pml", rpcclt_openapiPmlIntfStaticCountGet, scan("ifNum"), out("limit")>),
+    ROUTE(PML, METHOD_GET, "intf-violation-trap-mode",
+          Read<"pml", rpcclt_openapiPmlIntfViolationTrapModeGet, scan("ifNum"), out("trapMode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "intf-violation-trap-mode",
+          Set<rpcclt_openapiPmlIntfViolationTrapModeSet, scan("ifNum"), bodyIs("trapMode", "enable")>),
+    ROUTE(PML, METHOD_GET, "intf-violation-ddisable-mode",
+          Read<"pml", rpcclt_openapiPmlIntfViolationDDisableModeGet, scan("ifNum"), out("mode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "intf-violation-ddisable-mode",
+          Set<rpcclt_openapiPmlIntfViolationDDisableModeSet, scan("ifNum"), bodyIs("mode", "enable")>),
+    // Read as "stickyMode", written as "sticky".
+    ROUTE(PML, METHOD_GET, "intf-sticky-mode",
+          Read<"pml", rpcclt_openapiPmlIntfStickyModeGet, scan("ifNum"), out("stickyMode", kPmlEnable)>),
+    ROUTE(PML, METHOD_PUT, "intf-sticky-mode",
+          Set<rpcclt_openapiPmlIntfStickyModeSet, scan("ifNum"), bodyIs("sticky", "enable")>),
+    ROUTE(PML, METHOD_GET, "intf-trap-frequency",
+          Read<"pml", rpcclt_openapiPmlIntfTrapFrequencyGet, scan("ifNum"), out("interval")>),
+    ROUTE(PML, METHOD_PUT, "intf-trap-frequency",
+          Set<rpcclt_openapiPmlIntfTrapFrequencySet, scan("ifNum"), body("interval")>),
+    ROUTE(PML, METHOD_GET, "intf-age-time",
+          Read<"pml", rpcclt_openapiPmlIntfAgeTimeGet, scan("ifNum"), out("ageTime")>),
+    ROUTE(PML, METHOD_PUT, "intf-age-time", Set<rpcclt_openapiPmlIntfAgeTimeSet, scan("ifNum"), body("ageTime")>),
+    ROUTE(PML, METHOD_GET, "intf-last-violation-addr",
+          Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+    ROUTE(PML, METHOD_GET, "intf-dynamic-learned-addr-count",
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan("ifNum"), out("count")>),
+    ROUTE(PML, METHOD_GET, "intf-static-learned-addr-count",
+          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan("ifNum"), out("count")>),
+    ROUTE(PML, METHOD_GET, "static-addr-count-by-vlan",
+          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan("vlanId"), out("count")>),
+    ROUTE(PML, METHOD_GET, "vlan-dynamic-limit",
+          Read<"pml", rpcclt_openapiPmlVlanDynamicLimitGet, scan("vlanId"), out("limit")>),
+    ROUTE(PML, METHOD_PUT, "vlan-dynamic-limit",
+          Set<rpcclt_openapiPmlVlanDynamicLimitSet, scan("vlanId"), body("limit")>),
+    ROUTE(PML, METHOD_GET, "vlan-operational-limit",
+          Read<"pml", rpcclt_openapiPmlVlanOperationalLimitGet, scan("vlanId"), out("limit")>),
+    // The VLAN violation modes speak "true"/"false", unlike the interface ones.
+    ROUTE(PML, METHOD_GET, "vlan-violation-ddisable-mode",
+          Read<"pml", rpcclt_openapiPmlVlanViolationDDisableModeGet, scan("vlanId"), out("mode", kPmlBool)>),
+    ROUTE(PML, METHOD_PUT, "vlan-violation-ddisable-mode",
+          Set<rpcclt_openapiPmlVlanViolationDDisableModeSet, scan("vlanId"), bodyIs("mode", "true")>),
+    ROUTE(PML, METHOD_GET, "vlan-violation-trap-mode",
+          Read<"pml", rpcclt_openapiPmlVlanViolationTrapModeGet, scan("vlanId"), out("mode", kPmlBool)>),
+    ROUTE(PML, METHOD_PUT, "vlan-violation-trap-mode",
+          Set<rpcclt_openapiPmlVlanViolationTrapModeSet, scan("vlanId"), bodyIs("mode", "true")>),
+    ROUTE(PML, METHOD_GET, "vlan-mode", Read<"pml", rpcclt_openapiPmlVlanModeGet, scan("vlanId"), out("mode")>),
+    ROUTE(PML, METHOD_PUT, "vlan-mode", Set<rpcclt_openapiPmlVlanModeSet, scan("vlanId"), body("mode")>),
+    ROUTE(PML, METHOD_GET, "intf-vlan-dynamic-limit",
+          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLimitGet, scan("ifNum"), scan("vlanId"), out("limit")>),
+    ROUTE(PML, METHOD_PUT, "intf-vlan-dynamic-limit",
+          Set<rpcclt_openapiPmlIntfVlanDynamicLimitSet, scan("ifNum"), scan("vlanId"), body("limit")>),
+    ROUTE(PML, METHOD_GET, "intf-vlan-dynamic-learned-addr-count",
+          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan("ifNum"), scan("vlanId"),
+               out("count")>),
+    // The walks are POST although the first-entry routes read no body; the
+    // static walk's next flag is "isnextEntrySticky" as clients expect.
+    ROUTE(PML, METHOD_POST, "intf-static-entry-get-first",
+          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId"),
+               out("isSticky", kPmlBool)>),
+    ROUTE(PML, METHOD_POST, "intf-static-entry-get-next",
+          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetNext, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
+               outMac("nextMacAddr"), out("nextVlanId"), out("isnextEntrySticky", kPmlBool)>),
+    ROUTE(PML, METHOD_POST, "intf-dynamic-entry-get-first",
+          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+    ROUTE(PML, METHOD_POST, "intf-dynamic-entry-get-next",
+          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetNext, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
+               outMac("nextMacAddr"), out("nextVlanId")>),
+    // The VLAN-based walk is keyed by the address alone and names its
+    // second output "vlanId" in both replies.
+    ROUTE(PML, METHOD_POST, "vlan-dynamic-entry-get-first",
+          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+    ROUTE(PML, METHOD_POST, "vlan-dynamic-entry-get-next",
+          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetNext, scan("ifNum"), bodyMac("macAddr"),
+               outMac("nextMacAddr"), out("vlanId")>),
+    // Added with the address in the body, deleted with it in the query.
+    ROUTE(PML, METHOD_POST, "intf-static-entry",
+          Set<rpcclt_openapiPmlIntfStaticEntryAdd, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
+              bodyIs("sticky", "true")>),
+    ROUTE(PML, METHOD_DELETE, "intf-static-entry",
+          Set<rpcclt_openapiPmlIntfStaticEntryDelete, scan("ifNum"), queryMac(), scan("vlanId")>),
+    ROUTE(PML, METHOD_POST, "intf-dynamic-to-static-move",
+          Set<rpcclt_openapiPmlIntfDynamicToStaticMove, scan("ifNum")>),
+    ROUTE(PML, METHOD_PUT, "dot1qci-stream",
+          Set<rpcclt_openapiPmlDot1qciStreamSet, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"), body("streamID")>),
+    ROUTE(PML, METHOD_GET, "dot1qci-stream",
+          Read<"pml", rpcclt_openapiPmlDot1qciStreamGet, scan("ifNum"), queryMac(), scan("vlanId"), out("streamID")>),
+    ROUTE(PML, METHOD_DELETE, "dot1qci-stream",
+          Set<rpcclt_openapiPmlDot1qciStreamDelete, scan("ifNum"), queryMac(), scan("vlanId"), scan("streamID")>),
 
     // 202-204: D-Disable recovery (second part).
 

@@ -54,6 +54,18 @@ void loadArg(const Arg &a, Slot &s, Request &r) {
       describeText(s, t ? t : "", a.n);
       break;
     }
+    case Kind::BodyBuffer: {
+      const char *t = bodyText(r.body, a.name.s);
+      memset(s.buf, 0, a.n);
+      if (t) memcpy(s.buf, t, strnlen(t, a.n - 1));
+      s.desc = {a.n, s.buf};
+      break;
+    }
+    case Kind::QueryBuffer:
+      memset(s.buf, 0, a.n);
+      a.reader->read(getenv("QUERY_STRING"), s.buf, a.n);
+      s.desc = {a.n, s.buf};
+      break;
     case Kind::Out:
       s.num = a.n;
       break;

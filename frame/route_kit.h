@@ -41,6 +41,13 @@ struct Name {
 using TextOf = const TextMap *;
 using ValueOf = const ValueMap *;
 
+// Fills a zero-filled buffer of `size` bytes from the whole query string
+// (null when the request has none), for values that need their own decoding.
+struct QueryReader {
+  void (*read)(const char *query, char *out, size_t size);
+};
+using ReaderOf = const QueryReader *;
+
 // "No mapping": an output renders as a JSON number.
 inline constexpr TextMap asNumber{nullptr};
 inline constexpr ValueMap noValue{nullptr};
@@ -55,6 +62,8 @@ enum class Kind : uint8_t {
   BodyText,    // body text, cut, as a descriptor (size = length + 1)
   Out,         // output number, rendered as number or mapped text
   OutText,     // output text buffer of a fixed size
+  BodyBuffer,  // body text cut to fit a zero-filled buffer; descriptor of the buffer's size
+  QueryBuffer, // query text through a reader into a zero-filled buffer of a fixed size
 };
 
 struct Arg {
@@ -64,10 +73,11 @@ struct Arg {
   Name fallback;  // BodyWord: key read when `name` is absent
   TextOf text = &asNumber;
   ValueOf value = &noValue;
-  uint32_t n = 0;  // Out: preset; OutText: buffer size; BodyText: longest text kept
+  ReaderOf reader = nullptr;
+  uint32_t n = 0;  // Out: preset; OutText, BodyBuffer, QueryBuffer: buffer size; BodyText: longest text kept
 
   constexpr bool isOutput() const { return kind == Kind::Out || kind == Kind::OutText; }
-  constexpr bool isBody() const { return kind >= Kind::Body && kind <= Kind::BodyText; }
+  constexpr bool isBody() const { return (kind >= Kind::Body && kind <= Kind::BodyText) || kind == Kind::BodyBuffer; }
   constexpr bool isLookup() const { return kind == Kind::Lookup || kind == Kind::LookupText; }
 };
 
@@ -100,6 +110,12 @@ consteval Arg out(const char *key, const TextMap &text = asNumber, uint32_t pres
   return a;
 }
 consteval Arg outText(const char *key, uint32_t size) { return arg(Kind::OutText, key, size); }
+consteval Arg bodyBuffer(const char *key, uint32_t size) { return arg(Kind::BodyBuffer, key, size); }
+consteval Arg queryBuffer(const char *param, const QueryReader &reader, uint32_t size) {
+  Arg a = arg(Kind::QueryBuffer, param, size);
+  a.reader = &reader;
+  return a;
+}
 
 inline constexpr size_t kSlotText = 512;
 
@@ -129,10 +145,14 @@ void splitQuery(Request &r);
 
 template <class P>
 constexpr bool fits(const Arg &a) {
-  if constexpr (std::is_same_v<P, uint32_t>) return !a.isOutput() && a.kind != Kind::LookupText && a.kind != Kind::BodyText;
+  if constexpr (std::is_same_v<P, uint32_t>)
+    return !a.isOutput() && a.kind != Kind::LookupText && a.kind != Kind::BodyText && a.kind != Kind::BodyBuffer &&
+           a.kind != Kind::QueryBuffer;
   else if constexpr (std::is_same_v<P, uint32_t *>) return a.kind == Kind::Out;
   else if constexpr (std::is_same_v<P, open_buffdesc *>) return a.kind == Kind::OutText;
-  else if constexpr (std::is_same_v<P, const open_buffdesc *>) return a.kind == Kind::LookupText || a.kind == Kind::BodyText;
+  else if constexpr (std::is_same_v<P, const open_buffdesc *>)
+    return a.kind == Kind::LookupText || a.kind == Kind::BodyText || a.kind == Kind::BodyBuffer ||
+           a.kind == Kind::QueryBuffer;
   else return false;
 }
 
@@ -167,6 +187,17 @@ consteval bool any(const Arg (&args)[N], bool (Arg::*test)() const) {
   return false;
 }
 
+// Parses the body when a row reads from it; false (10003 already written,
+// nothing asked of the switch) when it is not JSON.
+template <bool ReadsBody>
+bool bodyReady(Request &req) {
+  if (!ReadsBody) return true;
+  req.body = requestBodyParse();
+  if (req.body) return true;
+  replyInvalidArgument();
+  return false;
+}
+
 // A table row's description, for route-dump and API descriptions.
 struct RouteDoc {
   const char *group;  // reply group key; null when the reply has none
@@ -175,6 +206,7 @@ struct RouteDoc {
 };
 
 // A read: one call, outputs rendered under `Group`, no trailing newline.
+// A read that takes body values answers an unparsable body like a set.
 template <Name Group, auto Call, Arg... A>
 struct Read {
   static constexpr Arg args[] = {A...};
@@ -183,6 +215,7 @@ struct Read {
 
   static uint32_t handle() {
     Request req;
+    if (!bodyReady<any(args, &Arg::isBody)>(req)) return 0;
     if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
     Slot slots[sizeof...(A)];
     for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);
@@ -204,13 +237,7 @@ struct Set {
 
   static uint32_t handle() {
     Request req;
-    if constexpr (any(args, &Arg::isBody)) {
-      req.body = requestBodyParse();
-      if (!req.body) {
-        replyInvalidArgument();
-        return 0;
-      }
-    }
+    if (!bodyReady<any(args, &Arg::isBody)>(req)) return 0;
     if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
     Slot slots[sizeof...(A)];
     for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);

@@ -18,6 +18,8 @@ const char *kindName(kit::Kind k) {
     case kit::Kind::BodyText: return "body-text";
     case kit::Kind::Out: return "reply";
     case kit::Kind::OutText: return "reply-text";
+    case kit::Kind::BodyBuffer: return "body-buffer";
+    case kit::Kind::QueryBuffer: return "query-buffer";
   }
   return "?";
 }

@@ -133,6 +133,9 @@ extern const size_t kInterfaceRuleCount;
 void seedAttributes(Sim &s);
 extern const CallRule kAttributeRules[];
 extern const size_t kAttributeRuleCount;
+void seedPml(Sim &s);
+extern const CallRule kPmlRules[];
+extern const size_t kPmlRuleCount;
 
 }  // namespace sim
 

@@ -1,0 +1,33 @@
+// How MAC-locking values travel: enable and boolean renderings, and the
+// 18-byte MAC address text taken from the body or the query string.
+#ifndef API_PML_PML_ARGS_H
+#define API_PML_PML_ARGS_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "frame/route_kit.h"
+
+// Room for 17 characters and the terminator, in and out alike.
+inline constexpr uint32_t kPmlMacSize = 18;
+
+const char *pmlEnableText(uint32_t value);
+const char *pmlBoolText(uint32_t value);
+
+inline constexpr TextMap kPmlEnable{pmlEnableText};
+inline constexpr TextMap kPmlBool{pmlBoolText};
+
+// The "macAddr=" field of the query string, percent-decoded, into a
+// buffer of `size` bytes (at most size - 1 characters). The decoding is
+// kept exactly as clients have always been answered: any two characters
+// after "%" are read as hexadecimal up to the first non-digit, and a
+// decoded 0 byte ends the text early.
+void getQueryMacAddr(const char *query, char *mac, size_t size);
+
+inline constexpr kit::QueryReader kQueryMacAddr{getQueryMacAddr};
+
+consteval kit::Arg bodyMac(const char *key) { return kit::bodyBuffer(key, kPmlMacSize); }
+consteval kit::Arg queryMac() { return kit::queryBuffer("macAddr", kQueryMacAddr, kPmlMacSize); }
+consteval kit::Arg outMac(const char *key) { return kit::outText(key, kPmlMacSize); }
+
+#endif

@@ -133,6 +133,12 @@ extern const size_t kInterfaceRuleCount;
 void seedAttributes(Sim &s);
 extern const CallRule kAttributeRules[];
 extern const size_t kAttributeRuleCount;
+void seedGreen(Sim &s);
+extern const CallRule kGreenRules[];
+extern const size_t kGreenRuleCount;
+void seedInterfaceApp(Sim &s);
+extern const CallRule kInterfaceAppRules[];
+extern const size_t kInterfaceAppRuleCount;
 
 }  // namespace sim
 

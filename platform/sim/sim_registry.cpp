@@ -7,6 +7,8 @@ const RuleGroup kRuleGroups[] = {
     {kSystemRules, kSystemRuleCount},
     {kInterfaceRules, kInterfaceRuleCount},
     {kAttributeRules, kAttributeRuleCount},
+    {kGreenRules, kGreenRuleCount},
+    {kInterfaceAppRules, kInterfaceAppRuleCount},
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
@@ -15,6 +17,8 @@ std::string defaultScenario() {
   seedSystem(s);
   seedInterfaces(s);
   seedAttributes(s);
+  seedGreen(s);
+  seedInterfaceApp(s);
   return dumpScenario(s);
 }
 

@@ -56,7 +56,8 @@ uint32_t greenHistoryNextEntry(void) {
   uint32_t intIfNum = queryScanUint("intIfNum");
   uint16_t sampleNo = scanSampleNumber("sampleNo");
   open_pwr_sav_sample_t sample = {};
-  uint32_t code = openResultToCode(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet(&gOpenClient, intIfNum, &sample));
+  uint32_t code =
+      openResultToCode(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet(&gOpenClient, intIfNum, &sample));
   if (code == CODE_SUCCESS) code = historyEntryAfter(sampleNo, &sample, nextEntryFromSwitch);
   replySample(code, sample);
   return 0;

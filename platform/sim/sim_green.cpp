@@ -46,8 +46,9 @@ cJSON *section(Sim &s, const char *name) {
 
 bool inList(Sim &s, const char *list, uint32_t ifNum) {
   const cJSON *p = nullptr;
-  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list))
-    if (cJSON_IsNumber(p) && static_cast<uint32_t>(p->valuedouble) == ifNum) return true;
+  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) if (cJSON_IsNumber(p) &&
+                                                                              static_cast<uint32_t>(p->valuedouble) ==
+                                                                                  ifNum) return true;
   return false;
 }
 
@@ -93,8 +94,15 @@ bool linkUp(Sim &s, uint32_t ifNum) {
 
 // Reasons, as the reply table numbers them.
 enum Reason : uint32_t {
-  kAdminDown = 0, kFiberPort = 1, kLinkUp = 2, kLinkDown = 3, kLongCable = 4,
-  kShortCable = 5, kNoEnergy = 7, kForced = 8, kNotAttached = 10,
+  kAdminDown = 0,
+  kFiberPort = 1,
+  kLinkUp = 2,
+  kLinkDown = 3,
+  kLongCable = 4,
+  kShortCable = 5,
+  kNoEnergy = 7,
+  kForced = 8,
+  kNotAttached = 10,
 };
 
 const char *reasonText(uint32_t reason) {
@@ -356,8 +364,8 @@ void seedEeePort(Sim &s, uint32_t p) {
     s.put(c, k, {num(kLocalTwsys)});
   int64_t echo = dll ? kPartnerTwsys : 0;
   s.put("rpcclt_openapiGreenEthrEeeLocalSummaryGet", k,
-        {num(kLocalTwsys), num(echo), num(kLocalTwsys), num(echo), num(kLocalTwsys), num(up ? 1 : 0),
-         num(dll ? 1 : 0), num(up ? 1 : 0), num(dll ? 1 : 0)});
+        {num(kLocalTwsys), num(echo), num(kLocalTwsys), num(echo), num(kLocalTwsys), num(up ? 1 : 0), num(dll ? 1 : 0),
+         num(up ? 1 : 0), num(dll ? 1 : 0)});
   if (!dll) return;
   s.put("rpcclt_openapiGreenEthrEeeRemoteSummaryGet", k,
         {num(kPartnerTwsys), num(kLocalTwsys), num(kPartnerTwsys), num(kLocalTwsys), num(kPartnerTwsys)});

@@ -15,7 +15,10 @@ TEST(GreenTexts, OnlyExactlyOneIsOn) {
     uint32_t value;
     const char *enable, *truth;
   } cases[] = {
-      {1, "enable", "true"}, {0, "disable", "false"}, {2, "disable", "false"}, {0xFFFFFFFF, "disable", "false"},
+      {1, "enable", "true"},
+      {0, "disable", "false"},
+      {2, "disable", "false"},
+      {0xFFFFFFFF, "disable", "false"},
   };
   for (const Case &c : cases) {
     EXPECT_STREQ(enableText(c.value), c.enable) << c.value;
@@ -29,8 +32,10 @@ TEST(GreenTexts, ReasonsAndTheUnsetPreset) {
       "greenethr_long_cable", "greenethr_short_cable", "greenethr_unkwn_cable_len", "greenethr_no_energy",
       "greenethr_forced",     "greenethr_not1gig",     "greenethr_not_attached",
   };
-  for (uint32_t r = 0; r < sizeof expected / sizeof expected[0]; ++r) EXPECT_STREQ(greenReasonText(r), expected[r]) << r;
-  for (uint32_t r : {kGreenReasonUnset, 12u, 0xFFFFFFFFu}) EXPECT_STREQ(greenReasonText(r), "greenethr_invalid_val") << r;
+  for (uint32_t r = 0; r < sizeof expected / sizeof expected[0]; ++r)
+    EXPECT_STREQ(greenReasonText(r), expected[r]) << r;
+  for (uint32_t r : {kGreenReasonUnset, 12u, 0xFFFFFFFFu})
+    EXPECT_STREQ(greenReasonText(r), "greenethr_invalid_val") << r;
 }
 
 TEST(GreenBody, NumbersTruncateAndSaturate) {
@@ -38,10 +43,14 @@ TEST(GreenBody, NumbersTruncateAndSaturate) {
     const char *body;
     uint32_t value;
   } cases[] = {
-      {"{\"eeeTxIdleTime\": 30.9}", 30},        {"{\"eeeTxIdleTime\": -5}", 0},
-      {"{\"eeeTxIdleTime\": \"30\"}", 0},       {"{\"eeeTxIdleTime\": 5000000000}", 4294967295u},
-      {"{\"eeeTxIdleTime\": 4294967295}", 4294967295u}, {"{}", 0},
-      {"{\"EEETXIDLETIME\": 17}", 17},          {"{\"eeeTxIdleTime\": true}", 0},
+      {"{\"eeeTxIdleTime\": 30.9}", 30},
+      {"{\"eeeTxIdleTime\": -5}", 0},
+      {"{\"eeeTxIdleTime\": \"30\"}", 0},
+      {"{\"eeeTxIdleTime\": 5000000000}", 4294967295u},
+      {"{\"eeeTxIdleTime\": 4294967295}", 4294967295u},
+      {"{}", 0},
+      {"{\"EEETXIDLETIME\": 17}", 17},
+      {"{\"eeeTxIdleTime\": true}", 0},
   };
   for (const Case &c : cases) {
     JsonPtr body(cJSON_Parse(c.body));
@@ -55,10 +64,14 @@ TEST(GreenBody, KeywordsCompareExactly) {
     const char *body, *word;
     uint32_t value;
   } cases[] = {
-      {"{\"mode\": \"enable\"}", "enable", 1}, {"{\"mode\": \"Enable\"}", "enable", 0},
-      {"{\"mode\": \"true\"}", "enable", 0},   {"{\"mode\": \"enable\"}", "true", 0},
-      {"{\"mode\": \"true\"}", "true", 1},     {"{\"mode\": true}", "true", 0},
-      {"{}", "enable", 0},                     {"{\"MODE\": \"enable\"}", "enable", 1},
+      {"{\"mode\": \"enable\"}", "enable", 1},
+      {"{\"mode\": \"Enable\"}", "enable", 0},
+      {"{\"mode\": \"true\"}", "enable", 0},
+      {"{\"mode\": \"enable\"}", "true", 0},
+      {"{\"mode\": \"true\"}", "true", 1},
+      {"{\"mode\": true}", "true", 0},
+      {"{}", "enable", 0},
+      {"{\"MODE\": \"enable\"}", "enable", 1},
   };
   for (const Case &c : cases) {
     JsonPtr body(cJSON_Parse(c.body));
@@ -106,14 +119,14 @@ TEST(HistoryWalk, FindsTheSampleAfterTheOneNamed) {
     uint16_t answer;  // sample number answered on success
     size_t calls;     // next-entry calls made
   } cases[] = {
-      {40, 0, 0, 2, 1},            // no number: the second sample
-      {40, 1, 0, 2, 1},            // the first record already matches
+      {40, 0, 0, 2, 1},  // no number: the second sample
+      {40, 1, 0, 2, 1},  // the first record already matches
       {40, 7, 0, 8, 7},
       {40, 40, CODE_NOT_FOUND, 0, 39},  // the last sample has no successor
       {40, 99, CODE_NOT_FOUND, 0, 39},  // not held at all
       {1, 0, CODE_NOT_FOUND, 0, 0},     // a history of one sample
       {1, 1, CODE_NOT_FOUND, 0, 0},
-      {5000, 4097, 0, 4098, 4097},      // found on the 4096th step
+      {5000, 4097, 0, 4098, 4097},                         // found on the 4096th step
       {5000, 4098, CODE_NOT_FOUND, 0, kHistoryWalkLimit},  // held, but beyond the bound
   };
   for (const Case &c : cases) {
@@ -167,8 +180,7 @@ TEST(HistoryWalk, RecordRendersItsFourFieldsInOrder) {
   sample.next = 0x1234;
   JsonPtr json(historySampleJson(sample));
   char *text = cJSON_PrintUnformatted(json.get());
-  EXPECT_STREQ(text,
-               "{\"sampleNo\":65535,\"sampleTime\":4000000000,\"percentLpiTime\":42,\"percentLpiTimeTotal\":57}");
+  EXPECT_STREQ(text, "{\"sampleNo\":65535,\"sampleTime\":4000000000,\"percentLpiTime\":42,\"percentLpiTimeTotal\":57}");
   cJSON_free(text);
 }
 

@@ -51,6 +51,17 @@ typedef struct {
   int32_t build_num;
 } open_revision_data_t;
 
+/* One sample of a port's power-saving (LPI) history. The platform reads
+ * and rewrites the whole record; `next` is its cursor to the following
+ * sample, 0 when there is none. */
+typedef struct {
+  uint16_t sampleNo;
+  uint32_t sampleTime;
+  uint16_t percentLpiTime;
+  uint16_t percentLpiTimeTotal;
+  uint64_t next;
+} open_pwr_sav_sample_t;
+
 int openapiClientRegister(const char *clientName, openapiClientHandle_t *client);
 int openapiClientTearDown(openapiClientHandle_t *client);
 int l7proc_crashlog_register(const char *processName, uint32_t flags);

@@ -136,6 +136,12 @@ extern const size_t kAttributeRuleCount;
 void seedPml(Sim &s);
 extern const CallRule kPmlRules[];
 extern const size_t kPmlRuleCount;
+void seedGreen(Sim &s);
+extern const CallRule kGreenRules[];
+extern const size_t kGreenRuleCount;
+void seedInterfaceApp(Sim &s);
+extern const CallRule kInterfaceAppRules[];
+extern const size_t kInterfaceAppRuleCount;
 
 }  // namespace sim
 

@@ -8,6 +8,8 @@ const RuleGroup kRuleGroups[] = {
     {kInterfaceRules, kInterfaceRuleCount},
     {kAttributeRules, kAttributeRuleCount},
     {kPmlRules, kPmlRuleCount},
+    {kGreenRules, kGreenRuleCount},
+    {kInterfaceAppRules, kInterfaceAppRuleCount},
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
@@ -17,6 +19,8 @@ std::string defaultScenario() {
   seedInterfaces(s);
   seedAttributes(s);
   seedPml(s);
+  seedGreen(s);
+  seedInterfaceApp(s);
   return dumpScenario(s);
 }
 

@@ -1,0 +1,29 @@
+// The power-saving history routes: a port's LPI samples, read one record
+// at a time through the platform's cursor.
+#ifndef API_GREEN_GREEN_HISTORY_H
+#define API_GREEN_GREEN_HISTORY_H
+
+#include <cjson/cJSON.h>
+#include <stdint.h>
+
+#include "open_api.h"
+
+// The most next-entry calls one search makes before it gives up.
+inline constexpr uint32_t kHistoryWalkLimit = 4096;
+
+// Advances `sample` in place to the following record; an OpEN result.
+using NextEntryFn = int (*)(open_pwr_sav_sample_t *sample);
+
+// With `sample` holding a port's first record, moves it to the record
+// after the one numbered `sampleNo` (0: after the first record). Returns
+// the reply code; on 0 `sample` holds the answer.
+uint32_t historyEntryAfter(uint16_t sampleNo, open_pwr_sav_sample_t *sample, NextEntryFn next);
+
+// The four reported fields of a record (the cursor stays private).
+cJSON *historySampleJson(const open_pwr_sav_sample_t &sample);
+
+uint32_t greenHistoryFirstEntry(void);
+uint32_t greenHistoryNextEntry(void);
+uint32_t greenHistoryNextSample(void);
+
+#endif

@@ -133,6 +133,9 @@ extern const size_t kInterfaceRuleCount;
 void seedAttributes(Sim &s);
 extern const CallRule kAttributeRules[];
 extern const size_t kAttributeRuleCount;
+void seedCounters(Sim &s);
+extern const CallRule kCounterRules[];
+extern const size_t kCounterRuleCount;
 
 }  // namespace sim
 

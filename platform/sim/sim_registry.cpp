@@ -7,6 +7,7 @@ const RuleGroup kRuleGroups[] = {
     {kSystemRules, kSystemRuleCount},
     {kInterfaceRules, kInterfaceRuleCount},
     {kAttributeRules, kAttributeRuleCount},
+    {kCounterRules, kCounterRuleCount},
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
@@ -15,6 +16,7 @@ std::string defaultScenario() {
   seedSystem(s);
   seedInterfaces(s);
   seedAttributes(s);
+  seedCounters(s);
   return dumpScenario(s);
 }
 

@@ -36,7 +36,17 @@ const TrafficProfile kProfiles[] = {
     {25, 350000, 310000, 1400, 1350, 0, 0},   // storage array
 };
 
-enum class Counter { InOctets, InUcast, InDiscards, InErrors, InUnknownProtos, OutOctets, OutUcast, OutDiscards, OutErrors };
+enum class Counter {
+  InOctets,
+  InUcast,
+  InDiscards,
+  InErrors,
+  InUnknownProtos,
+  OutOctets,
+  OutUcast,
+  OutDiscards,
+  OutErrors,
+};
 
 const TrafficProfile *profileOf(uint32_t ifNum) {
   for (const TrafficProfile &p : kProfiles)

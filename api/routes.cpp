@@ -8,8 +8,12 @@
 #include "api/green/green_texts.h"
 #include "api/if/attribute_texts.h"
 #include "api/if/composite_routes.h"
+#include "api/if/counter_routes.h"
+#include "api/if/ddisable_routes.h"
 #include "api/if/expansion_routes.h"
 #include "api/if/if_texts.h"
+#include "api/if/name_lookup.h"
+#include "api/if/summary_texts.h"
 #include "api/interface_app/interface_app.h"
 #include "api/interface_app/led_gate.h"
 #include "api/pml/pml_args.h"
@@ -95,6 +99,10 @@ const RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "num", Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
 
     // 35-38: the first single counters.
+    ROUTE(IF, METHOD_GET, "in-octets", CounterRead<rpcclt_openapiIfInOctetsGet>),
+    ROUTE(IF, METHOD_GET, "in-ucast-pkts", CounterRead<rpcclt_openapiIfInUcastPktsGet>),
+    ROUTE(IF, METHOD_GET, "in-discards", CounterRead<rpcclt_openapiIfInDiscardsGet>),
+    ROUTE(IF, METHOD_GET, "in-errors", CounterRead<rpcclt_openapiIfInErrorsGet>),
 
     // 39-43: MAC locking, global switches.
     ROUTE(PML, METHOD_GET, "global-admin-mode",
@@ -108,8 +116,16 @@ const RouteRow kRoutes[] = {
     ROUTE(PML, METHOD_PUT, "vlan-admin-mode", Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs("adminMode", "enable")>),
 
     // 44: cable diagnostics.
+    ROUTE(IF_ROOT, METHOD_GET, "cable-status",
+          Read<"cableStatus", rpcclt_openapiCableStatusGet, scan("ifNum"), out("cableStatus", kCableStatus),
+               out("lengthKnown"), out("shortestLength"), out("longestLength"), out("cableFailureLength")>),
 
     // 45-49: the remaining single counters.
+    ROUTE(IF, METHOD_GET, "in-unknown-protos", CounterRead<rpcclt_openapiIfInUnknownProtosGet>),
+    ROUTE(IF, METHOD_GET, "out-octets", CounterRead<rpcclt_openapiIfOutOctetsGet>),
+    ROUTE(IF, METHOD_GET, "out-ucast-pkts", CounterRead<rpcclt_openapiIfOutUcastPktsGet>),
+    ROUTE(IF, METHOD_GET, "out-discards", CounterRead<rpcclt_openapiIfOutDiscardsGet>),
+    ROUTE(IF, METHOD_GET, "out-errors", CounterRead<rpcclt_openapiIfOutErrorsGet>),
 
     // 50-78: port attributes, reads then sets.
     ROUTE(IF, METHOD_GET, "speed-mode",
@@ -188,6 +204,12 @@ const RouteRow kRoutes[] = {
                out("fecOperMode", kIfFecMode)>),
 
     // 87-92: D-Disable recovery, first part.
+    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-interval", recoveryIntervalSetHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-interval", recoveryIntervalGetHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-cause", recoveryCauseGetHandler),
+    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-cause", recoveryCauseSetHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-intf-next", nextPhysicalIfHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-reason-intf-next", nextPhysicalIfHandler),
 
     // 93-101: interface application settings.
     ROUTE(APP, METHOD_GET, "time-range",
@@ -460,9 +482,16 @@ const RouteRow kRoutes[] = {
           Set<rpcclt_openapiPmlDot1qciStreamDelete, scan("ifNum"), queryMac(), scan("vlanId"), scan("streamID")>),
 
     // 202-204: D-Disable recovery (second part).
+    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-feature-list", recoveryFeatureListHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-time-left", recoveryTimeLeftHandler),
+    ROUTE(IF, METHOD_GET, "ddisable-reason", Fixed<"if", CODE_UNSUPPORTED>),
 
     // 205-223: the late interface block. 205-208: summaries, name lookup
     // and the all-counters reset.
+    HANDLER(IF, METHOD_GET, "status", statusSummaryHandler),
+    HANDLER(IF, METHOD_GET, "counters", counterSummaryHandler),
+    HANDLER(IF, METHOD_GET, "num", nameLookupHandler),
+    HANDLER(IF "/all-counters", METHOD_POST, "reset", allCountersResetHandler),
 
     // 209-222: composite routes that take over earlier keys.
     HANDLER(IF, METHOD_GET, "admin-state", ifCompositeAdminStateGet),
@@ -481,6 +510,7 @@ const RouteRow kRoutes[] = {
     HANDLER(IF, METHOD_PUT, "expandable-mode", ifCompositeExpandableModeSet),
 
     // 223: the single-interface counter reset, last of all.
+    HANDLER(IF "/counters", METHOD_POST, "reset", counterResetHandler),
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 

@@ -142,6 +142,9 @@ extern const size_t kGreenRuleCount;
 void seedInterfaceApp(Sim &s);
 extern const CallRule kInterfaceAppRules[];
 extern const size_t kInterfaceAppRuleCount;
+void seedCounters(Sim &s);
+extern const CallRule kCounterRules[];
+extern const size_t kCounterRuleCount;
 
 }  // namespace sim
 

@@ -10,6 +10,7 @@ const RuleGroup kRuleGroups[] = {
     {kPmlRules, kPmlRuleCount},
     {kGreenRules, kGreenRuleCount},
     {kInterfaceAppRules, kInterfaceAppRuleCount},
+    {kCounterRules, kCounterRuleCount},
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
@@ -21,6 +22,7 @@ std::string defaultScenario() {
   seedPml(s);
   seedGreen(s);
   seedInterfaceApp(s);
+  seedCounters(s);
   return dumpScenario(s);
 }
 

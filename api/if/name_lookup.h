@@ -1,0 +1,27 @@
+// Interface names as a user types them (0/5, lag2, vlan10, all) turned
+// into OpEN interface numbers.
+#ifndef API_IF_NAME_LOOKUP_H
+#define API_IF_NAME_LOOKUP_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+enum class NameKind { All, Lag, Vlan, SlotPort, Unknown };
+
+inline constexpr size_t kNameLookupBuf = 128;
+
+struct NameQuery {
+  NameKind kind = NameKind::All;
+  char name[kNameLookupBuf] = {};  // decoded, as the user gave it
+  uint32_t index = 0;              // Lag: 1-based LAG index; Vlan: VLAN ID
+  int slot = 0;                    // SlotPort
+  int port = 0;
+};
+
+// Reads "name=" from anywhere in the query string. A missing, empty or
+// overlong name (128 characters or more) means "all".
+NameQuery parseNameQuery(const char *query);
+
+uint32_t nameLookupHandler(void);
+
+#endif

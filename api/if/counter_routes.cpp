@@ -1,7 +1,7 @@
 #include "api/if/counter_routes.h"
 
 #include "api/if/if_walk.h"
-#include "api/if/summary_texts.h"
+#include "api/if/attribute_texts.h"
 #include "frame/envelope.h"
 #include "frame/params.h"
 
@@ -41,7 +41,7 @@ const char *enableWhenOne(CounterGetter get, uint32_t ifNum, uint32_t preset) {
 }
 
 void addLaneMode(cJSON *o, const char *key, CounterGetter get, uint32_t ifNum) {
-  const char *text = summaryLaneModeText(valueOrZero(get, ifNum));
+  const char *text = ifLaneModeText(valueOrZero(get, ifNum));
   if (text) cJSON_AddStringToObject(o, key, text);
   else cJSON_AddNullToObject(o, key);
 }
@@ -65,7 +65,7 @@ void addFixedStatus(cJSON *o) {
 void addFecMode(cJSON *o, uint32_t ifNum) {
   uint32_t configured = kFecModePreset, operational = kFecModePreset;
   rpcclt_openapiIntfFECModeGet(&gOpenClient, ifNum, &configured, &operational);
-  cJSON_AddStringToObject(o, "fec-mode", summaryFecModeText(configured));
+  cJSON_AddStringToObject(o, "fec-mode", ifFecShortText(configured));
 }
 
 cJSON *allPhysical(cJSON *(*build)(uint32_t)) {
@@ -102,8 +102,8 @@ cJSON *buildStatusSummary(uint32_t ifNum) {
   addFixedStatus(o);
   uint32_t speedMode = kSpeedModeUnwritten;
   rpcclt_openapiIfSpeedModeGet(&gOpenClient, ifNum, &speedMode);
-  cJSON_AddStringToObject(o, "operational-speed", summarySpeedText(speedMode));
-  cJSON_AddStringToObject(o, "speed-mode", summarySpeedText(speedMode));
+  cJSON_AddStringToObject(o, "operational-speed", ifSpeedMbitText(speedMode));
+  cJSON_AddStringToObject(o, "speed-mode", ifSpeedMbitText(speedMode));
   // Asked for, but the summary has always answered "auto".
   uint32_t duplex = 0;
   rpcclt_openapiIfDuplexModeGet(&gOpenClient, ifNum, &duplex);

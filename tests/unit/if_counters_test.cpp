@@ -3,6 +3,7 @@
 #include <string>
 
 #include "api/if/name_lookup.h"
+#include "api/if/attribute_texts.h"
 #include "api/if/summary_texts.h"
 #include "sim/sim.h"
 
@@ -24,8 +25,8 @@ void expectTexts(const char *(*fn)(uint32_t), std::initializer_list<TextCase> ca
   }
 }
 
-TEST(SummaryTexts, SpeedModes) {
-  expectTexts(summarySpeedText, {{0, "unknown"},   {1, "auto"},     {2, "100"},      {3, "100"},     {4, "10"},
+TEST(SummaryTexts, SpeedModesInMbit) {
+  expectTexts(ifSpeedMbitText, {{0, "unknown"},   {1, "auto"},     {2, "100"},      {3, "100"},     {4, "10"},
                                  {5, "10"},        {6, "100"},      {7, "1000"},     {8, "2500"},    {9, "5000"},
                                  {10, "10000"},    {11, "20000"},   {12, "25000"},   {13, "40000"},  {14, "50000"},
                                  {15, "100000"},   {16, "unknown"}, {17, "200000"},  {18, "400000"}, {19, "unknown"},
@@ -33,7 +34,7 @@ TEST(SummaryTexts, SpeedModes) {
 }
 
 TEST(SummaryTexts, LaneModesAreNullWithoutAModeAndNoneAboveTheKnownOnes) {
-  expectTexts(summaryLaneModeText, {{0, nullptr},      {1, "1x10G"},   {2, "1x25G"},   {3, "2x50G"},
+  expectTexts(ifLaneModeText, {{0, nullptr},      {1, "1x10G"},   {2, "1x25G"},   {3, "2x50G"},
                                     {4, "1x40G"},      {5, "1x100G"},  {6, "1x50G"},   {7, "2x25G"},
                                     {8, "8x10G"},      {9, "8x25G"},   {10, "8x50G"},  {11, "4x100G"},
                                     {12, "2x100G"},    {13, "2x200G"}, {14, "1x400G"}, {15, "none"},
@@ -41,7 +42,7 @@ TEST(SummaryTexts, LaneModesAreNullWithoutAModeAndNoneAboveTheKnownOnes) {
 }
 
 TEST(SummaryTexts, FecModes) {
-  expectTexts(summaryFecModeText, {{0, "none"}, {1, "enable"}, {2, "auto"}, {3, "base-r"}, {4, "rs"},
+  expectTexts(ifFecShortText, {{0, "none"}, {1, "enable"}, {2, "auto"}, {3, "base-r"}, {4, "rs"},
                                    {5, "rs-544"}, {6, "rs-272"}, {7, "none"}, {100, "none"}});
 }
 

@@ -108,10 +108,10 @@ def uptime():
 class Sim:
     """A private open-sim daemon on its own socket."""
 
-    def __init__(self, scenario=None):
+    def __init__(self, scenario=None, wrap=None):
         self.dir = tempfile.mkdtemp(prefix="open-sim-")
         self.socket = os.path.join(self.dir, "sim.sock")
-        args = [OPEN_SIM, "serve", "--socket", self.socket]
+        args = list(wrap or []) + [OPEN_SIM, "serve", "--socket", self.socket]
         if scenario:
             args += ["--scenario", scenario]
         self.proc = subprocess.Popen(args, stderr=subprocess.PIPE)
@@ -184,8 +184,9 @@ class Result:
         self.status = proc.returncode
 
 
-def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60):
-    """One request as the web server makes it."""
+def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None):
+    """One request as the web server makes it; `wrap` is a command prefix
+    (for example one that gives the process its own view of the files)."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method}
     if query is not None:
@@ -200,7 +201,7 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
         e["HTTP_REFRESH"] = refresh
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
-    return Result(subprocess.run([CGI], input=data, env=e, capture_output=True, timeout=timeout))
+    return Result(subprocess.run(list(wrap or []) + [CGI], input=data, env=e, capture_output=True, timeout=timeout))
 
 
 class SimTestCase(unittest.TestCase):

@@ -270,7 +270,7 @@ def summary(title, counts, extra_lines):
     total = sum(counts.values())
     lines.append("requests: %d" % total)
     for (kind, outcome), n in sorted(counts.items()):
-        lines.append("  %-10s %-28s %d" % (kind, outcome, n))
+        lines.append("  %-13s %-28s %d" % (kind, outcome, n))
     lines += ["%s: %s" % item for item in extra_lines]
     print("\n".join(lines), flush=True)
 
@@ -380,7 +380,7 @@ RECORD_START = re.compile(rb"(?m)^" + PREFIX)
 # Messages whose text spans lines, by their tag; every other message is one line.
 MULTI_LINE = {
     b"checkSessionX:103": rb"Token update to file\. \([^\n]+\n\d+\n(?:r[ow]\n)?[^\n]+\)\r\n",
-    b"checkSessionX:86": rb"Token timeout\(\d+ - \d+\)\.please login again\. \(userName: [^\n]+\n timestamp: \d+\n\)\r\n",
+    b"checkSessionX:86": rb"Token timeout\(\d+ - -?\d+\)\.please login again\. \(userName: [^\n]+\n timestamp: -?\d+\n\)\r\n",
     b"initHandler:870": rb"\nFailed to initialize RPC to OpEN\. Exiting \(result = -?\d+\)\n",
     b"httpdProcessRequest:231": rb"method not found:[^\n]*\n[^\n]*\n[^\n]*\n",
 }

@@ -158,8 +158,8 @@ class SessionTimeoutRun(SoakCase):
         # they pass the 7200 s limit a third and two thirds into the run.
         first = int(TIMEOUT_SECONDS / 3)
         second = int(2 * TIMEOUT_SECONDS / 3)
-        expiring = {"expire-admin": new_session("admin", stamp=now - 7200 + first),
-                    "expire-rw": new_session("operator", "rw", stamp=now - 7200 + second)}
+        expiring = {"expire-admin": new_session("admin", stamp=expiring_stamp(now, first)),
+                    "expire-rw": new_session("operator", "rw", stamp=expiring_stamp(now, second))}
 
         def extra(rng):
             kind = rng.choice(sorted(expiring))
@@ -265,6 +265,14 @@ class ServiceKillRun(SoakCase):
     def failure_envelope(body):
         return any(body in (soak.envelope(code, newline=True), soak.envelope(code, "if", None))
                    for code in MESSAGES if code)
+
+
+def expiring_stamp(now, seconds_left):
+    """A stored time stamp that passes the 7200 s limit after about `seconds_left`.
+    On a machine up for less than two hours it is negative, which ages all the
+    same; only 0 would mean "no time stamp", so it is stepped over."""
+    stamp = now - 7200 + seconds_left
+    return stamp + 1 if stamp == 0 else stamp
 
 
 def counts_of(counts, outcome):

@@ -377,20 +377,33 @@ class LogWatch:
 
 PREFIX = rb"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \((?:ERROR|WARN|NOTICE|INFO|DEBUG|)\): quill_cgi: "
 RECORD_START = re.compile(rb"(?m)^" + PREFIX)
-# Messages whose text spans lines, by their tag; every other message is one line.
+# Messages whose text spans lines, by their tag; every other message is one
+# line. Some carry text from the caller (a token, a URI, a user name), which
+# may hold line breaks of its own: for those only the fixed ending is checked.
 MULTI_LINE = {
     b"checkSessionX:103": rb"Token update to file\. \([^\n]+\n\d+\n(?:r[ow]\n)?[^\n]+\)\r\n",
-    b"checkSessionX:86": rb"Token timeout\(\d+ - -?\d+\)\.please login again\. \(userName: [^\n]+\n timestamp: -?\d+\n\)\r\n",
+    b"checkSessionX:86": rb"Token timeout\(\d+ - -?\d+\)\.please login again\. \(userName: .*\n timestamp: -?\d+\n\)\r\n",
+    b"checkSessionX:45": rb"/tmp/session/.* file not exsits, ignore\n",
     b"initHandler:870": rb"\nFailed to initialize RPC to OpEN\. Exiting \(result = -?\d+\)\n",
-    b"httpdProcessRequest:231": rb"method not found:[^\n]*\n[^\n]*\n[^\n]*\n",
+    b"httpdProcessRequest:231": rb"method not found:.*\n",
+    b"cliModeCommandApply:441": rb"openapiTxtCfgApply failed for interface dot1p queue map",
 }
 SINGLE_LINE = rb"[^\n]*\n"
+# The one message that ends without a line break runs straight into the next.
+UNTERMINATED = re.compile(rb"(?<=\[cliModeCommandApply:441\] openapiTxtCfgApply failed for interface dot1p queue map)"
+                          rb"(?=" + PREFIX + rb")")
+
+
+def split_records(data):
+    starts = [m.start() for m in RECORD_START.finditer(data)]
+    starts += [m.start() for m in UNTERMINATED.finditer(data)]
+    return sorted(set(starts))
 
 
 def torn_records(data):
     """Records of a log text that are not one whole message each."""
     bad = []
-    starts = [m.start() for m in RECORD_START.finditer(data)]
+    starts = split_records(data)
     if not starts or starts[0] != 0:
         bad.append(data[:starts[0] if starts else len(data)][:200])
     for i, begin in enumerate(starts):
@@ -398,13 +411,13 @@ def torn_records(data):
         if re.search(PREFIX, record[1:]):
             bad.append(record[:200])
             continue
-        message = RECORD_START.sub(b"", record, count=1)
+        message = re.sub(rb"^" + PREFIX, b"", record, count=1)
         tag = re.match(rb"\[([A-Za-z_]+:\d+)\] ", message)
         if not tag:
             bad.append(record[:200])
             continue
         body = message[tag.end():]
-        if not re.fullmatch(MULTI_LINE.get(tag.group(1), SINGLE_LINE), body):
+        if not re.fullmatch(MULTI_LINE.get(tag.group(1), SINGLE_LINE), body, re.DOTALL):
             bad.append(record[:200])
     return bad
 

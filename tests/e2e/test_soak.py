@@ -275,6 +275,31 @@ def expiring_stamp(now, seconds_left):
     return stamp + 1 if stamp == 0 else stamp
 
 
+class LogRecordCheck(unittest.TestCase):
+    """The checker the runs rely on: whole records pass, torn ones do not."""
+
+    def test_records(self):
+        p = b"2026-01-02 03:04:05.678 (DEBUG): quill_cgi: "
+        e = b"2026-01-02 03:04:05.679 (ERROR): quill_cgi: "
+        cases = [
+            ("one line", p + b"[initHandler:873] Register RPC to OpEN success. (client name = x_1)\n", 0),
+            ("refresh text spans lines", p + b"[checkSessionX:103] Token update to file. (admin\n12\ntok)\r\n", 0),
+            ("unterminated message runs on", e + b"[cliModeCommandApply:441] openapiTxtCfgApply failed for interface "
+             b"dot1p queue map" + e + b"[httpdProcessRequest:236] 403 Forbidden\n", 0),
+            ("token with a line break", p + b"[checkSessionX:45] /tmp/session/a\nb file not exsits, ignore\n", 0),
+            ("starts mid-line", b"ss = x_1)\n" + p + b"[httpdProcessRequest:236] 403 Forbidden\n", 1),
+            ("two lines interleaved", p + b"[initHandler:873] Regis" + e + b"[httpdProcessRequest:236] 403\n", 1),
+            ("cut short", p + b"[checkSessionX:103] Token update to file. (admin\n12\n", 1),
+            ("a fragment after a record", p + b"[httpdProcessRequest:236] 403 Forbidden\n" + b"dden\n", 1),
+            ("fragment inside a multi-line record", p + b"[checkSessionX:103] Token update to file. (admin\n12\n"
+             b"tok)\r\nForbidden\n", 1),
+            ("no tag", p + b"403 Forbidden\n", 1),
+        ]
+        for name, text, torn in cases:
+            with self.subTest(name):
+                self.assertEqual(len(soak.torn_records(text)), torn)
+
+
 def counts_of(counts, outcome):
     return sum(n for (_, name), n in counts.items() if name == outcome)
 

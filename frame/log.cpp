@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <syslog.h>
 #include <time.h>
@@ -109,12 +110,26 @@ void lazyStart() {
   g.started = true;
 }
 
+bool stillNamedLog(FILE *file) {
+  struct stat open = {}, named = {};
+  return fstat(fileno(file), &open) == 0 && stat(g.files->log, &named) == 0 && open.st_dev == named.st_dev &&
+         open.st_ino == named.st_ino;
+}
+
+// Every process counts only its own lines, so several may pass 1 MiB for
+// the same file. Under a lock on that file, only the first moves it aside;
+// the others find the name already leading to a fresh file and follow it,
+// instead of rotating again and throwing away the full one.
 void rotate() {
+  flock(fileno(g.file), LOCK_EX);
+  if (stillNamedLog(g.file)) {
+    unlink(g.files->oldLog);
+    rename(g.files->log, g.files->oldLog);
+  }
   fclose(g.file);
-  unlink(g.files->oldLog);
-  rename(g.files->log, g.files->oldLog);
   g.file = fopen(g.files->log, "a+");
-  g.fileSize = 0;
+  struct stat st = {};
+  g.fileSize = g.file && fstat(fileno(g.file), &st) == 0 ? static_cast<int>(st.st_size) : 0;
 }
 
 void logWriteStream(FILE *stream, int level, const char *format, va_list args) {

@@ -2,6 +2,9 @@
 
 #include <string>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "frame/log.h"
 #include "test_support.h"
 
@@ -98,6 +101,29 @@ TEST_F(Logging, RotatesOncePastOneMebibyte) {
   EXPECT_GT(old.size(), 1048576u);
   EXPECT_LT(current.size(), old.size());
   EXPECT_GT(current.size(), 0u);
+}
+
+// Two processes that both opened the file just under 1 MiB: the one that
+// crosses second finds it already rotated and keeps the full generation.
+TEST_F(Logging, OnlyTheFirstProcessPastOneMebibyteRotates) {
+  writeText(logPath_, std::string(1048576 - 10, 'x') + "\n");
+  openWithLevel("6");
+  pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    LOG_AT(3, "f", 1, "from the first process\n");
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  LOG_AT(3, "f", 2, "crossing in the second process\n");
+  LOG_AT(3, "f", 3, "after the crossing\n");
+  logClose();
+  std::string old = readText(oldPath_), current = readText(logPath_);
+  EXPECT_GT(old.size(), 1048576u);
+  EXPECT_NE(old.find("from the first process"), std::string::npos);
+  EXPECT_NE(current.find("after the crossing"), std::string::npos);
+  EXPECT_EQ(current.find("from the first process"), std::string::npos);
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ namespace kit {
 
 // A short text usable as a template argument.
 struct Name {
-  char s[40] = {};
+  char s[32] = {};  // a longer text does not compile: the constructor would write past it
   constexpr Name() = default;
   constexpr Name(const char *t) {
     for (size_t i = 0; t[i]; ++i) s[i] = t[i];

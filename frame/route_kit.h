@@ -28,7 +28,7 @@ namespace kit {
 
 // A short text usable as a template argument.
 struct Name {
-  char s[40] = {};
+  char s[32] = {};  // a longer text does not compile: the constructor would write past it
   constexpr Name() = default;
   constexpr Name(const char *t) {
     for (size_t i = 0; t[i]; ++i) s[i] = t[i];
@@ -48,9 +48,6 @@ struct QueryReader {
 };
 using ReaderOf = const QueryReader *;
 
-// "No mapping": an output renders as a JSON number.
-inline constexpr TextMap asNumber{nullptr};
-inline constexpr ValueMap noValue{nullptr};
 
 enum class Kind : uint8_t {
   Scan,        // query "name=" at a segment start, unsigned decimal
@@ -71,8 +68,11 @@ struct Arg {
   Name name;      // query parameter, body key or reply key
   Name word;      // BodyWord: the keyword that means 1
   Name fallback;  // BodyWord: key read when `name` is absent
-  TextOf text = &asNumber;
-  ValueOf value = &noValue;
+  // Null unless the row names a mapping or reader: most rows then hold no
+  // pointer at all, and their argument lists stay in read-only data
+  // instead of being relocated at every start of the program.
+  TextOf text = nullptr;  // null: the output renders as a JSON number
+  ValueOf value = nullptr;
   ReaderOf reader = nullptr;
   uint32_t n = 0;  // Out: preset; OutText, BodyBuffer, QueryBuffer: buffer size; BodyText: longest text kept
 
@@ -104,7 +104,8 @@ consteval Arg bodyMapped(const char *key, const ValueMap &value) {
   return a;
 }
 consteval Arg bodyText(const char *key, uint32_t longest) { return arg(Kind::BodyText, key, longest); }
-consteval Arg out(const char *key, const TextMap &text = asNumber, uint32_t preset = 0) {
+consteval Arg out(const char *key, uint32_t preset = 0) { return arg(Kind::Out, key, preset); }
+consteval Arg out(const char *key, const TextMap &text, uint32_t preset = 0) {
   Arg a = arg(Kind::Out, key, preset);
   a.text = &text;
   return a;

@@ -14,16 +14,21 @@ constexpr size_t kPathBuf = 1024;
 
 void copyCut(char *dst, const char *src, size_t size) { snprintf(dst, size, "%s", src); }
 
-RouteNode *newNode(const char *segment) {
+RouteNode *newNode(const char *segment, size_t length) {
   RouteNode *node = static_cast<RouteNode *>(calloc(1, sizeof(RouteNode)));
-  if (node) node->segment = strdup(segment);
+  if (node) node->segment = strndup(segment, length);
   return node;
 }
 
-RouteNode *childNamed(RouteNode *parent, const char *segment) {
+bool segmentIs(const RouteNode *node, const char *segment, size_t length) {
+  return strncmp(node->segment, segment, length) == 0 && node->segment[length] == '\0';
+}
+
+RouteNode *childNamed(RouteNode *parent, const char *segment, size_t length) {
   for (RouteNode *c = parent->firstChild; c; c = c->nextSibling)
-    if (strcmp(c->segment, segment) == 0) return c;
-  RouteNode *c = newNode(segment);
+    if (segmentIs(c, segment, length)) return c;
+  RouteNode *c = newNode(segment, length);
+  if (!c) return nullptr;
   c->nextSibling = parent->firstChild;
   parent->firstChild = c;
   return c;
@@ -49,17 +54,39 @@ const char *httpMethodName(uint32_t method) {
 
 RouteTable *routeTableCreate(void) {
   RouteTable *table = static_cast<RouteTable *>(calloc(1, sizeof(RouteTable)));
-  if (table) table->root = newNode("");
+  if (table) table->root = newNode("", 0);
   return table;
 }
 
+// The table is built anew by every process, 223 registrations in runs of
+// the same directory, so the last directory is remembered and the path is
+// walked in place rather than copied and tokenised. Tables live until the
+// process ends and nodes are never removed, so a remembered node stays valid.
+namespace {
+
+struct LastDir {
+  const RouteTable *table = nullptr;
+  char path[kPathBuf] = {};
+  RouteNode *node = nullptr;
+};
+LastDir gLastDir;
+
+}  // namespace
+
 RouteNode *routeDirGet(RouteTable *table, const char *path) {
   if (!table || !table->root || !path) return nullptr;
-  char copy[kPathBuf];
-  copyCut(copy, path, sizeof copy);
+  if (gLastDir.table == table && gLastDir.node && strncmp(gLastDir.path, path, kPathBuf - 1) == 0)
+    return gLastDir.node;
+  const char *end = path + strnlen(path, kPathBuf - 1);  // a longer path is cut
   RouteNode *node = table->root;
-  char *save = nullptr;
-  for (char *seg = strtok_r(copy, "/", &save); seg; seg = strtok_r(nullptr, "/", &save)) node = childNamed(node, seg);
+  for (const char *seg = path; node && seg < end;) {
+    const char *stop = static_cast<const char *>(memchr(seg, '/', static_cast<size_t>(end - seg)));
+    if (!stop) stop = end;
+    if (stop > seg) node = childNamed(node, seg, static_cast<size_t>(stop - seg));
+    seg = stop + 1;
+  }
+  if (node) gLastDir = {table, {}, node};
+  if (node) memcpy(gLastDir.path, path, static_cast<size_t>(end - path));
   return node;
 }
 
@@ -70,12 +97,15 @@ int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint
     LOG_AT(3, "httpdAddCContent", 180, "httpdAddCContent, dirPtr == NULL\n");
     return -1;
   }
-  Route *entry = static_cast<Route *>(calloc(1, sizeof(Route)));
+  // The route and the copy of its name share one allocation.
+  size_t nameSize = strlen(name) + 1;
+  Route *entry = static_cast<Route *>(calloc(1, sizeof(Route) + nameSize));
   if (!entry) {
     LOG_AT(3, "httpdAddCContent", 185, "httpdAddCContent, newEntry == NULL\n");
     return -1;
   }
-  entry->name = strdup(name);
+  entry->name = reinterpret_cast<char *>(entry + 1);
+  memcpy(entry->name, name, nameSize);
   entry->method = method;
   entry->access = access;
   entry->handler = handler;

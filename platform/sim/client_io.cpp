@@ -51,13 +51,27 @@ bool simRecvAll(int fd, char *buf, size_t n, int) {
   return true;
 }
 
+// The reply usually arrives whole in one segment: read what is there in
+// one call and only then loop for the rest, so that a call costs one send
+// and one receive.
 bool simExchange(int fd, const char *request, size_t requestLen, char *reply, size_t cap,
                  size_t *replyLen, int timeoutMs) {
   if (!simSendAll(fd, request, requestLen, timeoutMs)) return false;
+  size_t have = 0;
   uint32_t len = 0;
-  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4, timeoutMs)) return false;
-  if (len > cap) return false;
-  if (!simRecvAll(fd, reply, len, timeoutMs)) return false;
+  while (have < 4 || have < 4 + static_cast<size_t>(len)) {
+    ssize_t k = recv(fd, reply + have, cap - have, 0);
+    if (k < 0 && errno == EINTR) continue;
+    if (k <= 0) return false;  // closed peer, or the socket's time-out
+    have += static_cast<size_t>(k);
+    if (have >= 4) {
+      memcpy(&len, reply, 4);
+      if (len > cap - 4) return false;
+    }
+  }
+  // A well-behaved service sends nothing beyond the one reply.
+  if (have != 4 + static_cast<size_t>(len)) return false;
+  memmove(reply, reply + 4, len);
   *replyLen = len;
   return true;
 }

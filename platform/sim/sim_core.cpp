@@ -1,3 +1,4 @@
+#include <stdio.h>
 #include <stdlib.h>
 #include <time.h>
 
@@ -144,25 +145,53 @@ static void writeStored(Call &c, const Outputs &v) {
   }
 }
 
-static std::string journalLine(const Call &c) {
-  Json entry(cJSON_CreateObject());
-  cJSON_AddStringToObject(entry.get(), "call", c.name.c_str());
-  cJSON *in = cJSON_AddArrayToObject(entry.get(), "in");
-  for (const Arg *a : c.inputs()) {
-    if (a->kind == wire::kInNum) {
-      cJSON_AddItemToArray(in, cJSON_CreateNumber(static_cast<double>(a->num)));
-    } else if (a->kind == wire::kInString) {
-      cJSON_AddItemToArray(in, cJSON_CreateString(a->text.c_str()));
-    } else {
-      cJSON *d = cJSON_CreateObject();
-      cJSON_AddNumberToObject(d, "size", a->size);
-      cJSON_AddStringToObject(d, "text", a->text.c_str());
-      cJSON_AddItemToArray(in, d);
+// JSON string escaping as the JSON library prints it; every call is
+// journalled, so the line is written directly instead of through a tree.
+static void appendJsonString(std::string &out, const std::string &text) {
+  out += '"';
+  for (unsigned char ch : text) {
+    switch (ch) {
+      case '"': out += "\\\""; break;
+      case '\\': out += "\\\\"; break;
+      case '\b': out += "\\b"; break;
+      case '\f': out += "\\f"; break;
+      case '\n': out += "\\n"; break;
+      case '\r': out += "\\r"; break;
+      case '\t': out += "\\t"; break;
+      default:
+        if (ch < 32) {
+          char esc[8];
+          snprintf(esc, sizeof esc, "\\u%04x", ch);
+          out += esc;
+        } else {
+          out += static_cast<char>(ch);
+        }
     }
   }
-  char *p = cJSON_PrintUnformatted(entry.get());
-  std::string line = p ? p : "";
-  cJSON_free(p);
+  out += '"';
+}
+
+static std::string journalLine(const Call &c) {
+  std::string line = "{\"call\":";
+  line.reserve(64 + c.name.size());
+  appendJsonString(line, c.name);
+  line += ",\"in\":[";
+  bool first = true;
+  for (const Arg &a : c.args) {
+    if (!a.isInput()) continue;
+    if (!first) line += ',';
+    first = false;
+    if (a.kind == wire::kInNum) {
+      line += std::to_string(a.num);
+    } else if (a.kind == wire::kInString) {
+      appendJsonString(line, a.text);
+    } else {
+      line += "{\"size\":" + std::to_string(a.size) + ",\"text\":";
+      appendJsonString(line, a.text);
+      line += '}';
+    }
+  }
+  line += "]}";
   return line;
 }
 

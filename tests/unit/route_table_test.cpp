@@ -133,6 +133,35 @@ TEST(RouteTree, SegmentsAreSharedAndNewestFirst) {
   EXPECT_STREQ(httpMethodName(9), "Invalid method '9'");
 }
 
+// The last directory is remembered between registrations; a lookup must
+// still land in the asking table's own tree and on the right node.
+TEST(RouteTree, RepeatedLookupsStayInTheirOwnTableAndPath) {
+  RouteTable *one = routeTableCreate();
+  RouteTable *two = routeTableCreate();
+  struct Step {
+    RouteTable *table;
+    const char *path;
+    const char *leaf;
+  } steps[] = {
+      {one, "/api/v2/interfaces/if", "if"}, {one, "/api/v2/interfaces/if", "if"},
+      {two, "/api/v2/interfaces/if", "if"}, {one, "/api/v2/interfaces", "interfaces"},
+      {one, "/api/v2/interfaces/if", "if"}, {two, "/api/v2/interfaces/pml", "pml"},
+      {two, "/api/v2/interfaces/if/", "if"},
+  };
+  std::map<std::pair<RouteTable *, std::string>, RouteNode *> first;
+  for (const Step &s : steps) {
+    RouteNode *node = routeDirGet(s.table, s.path);
+    ASSERT_NE(node, nullptr) << s.path;
+    EXPECT_STREQ(node->segment, s.leaf) << s.path;
+    std::string canonical = s.path;
+    if (canonical.back() == '/') canonical.pop_back();
+    auto [it, inserted] = first.emplace(std::make_pair(s.table, canonical), node);
+    EXPECT_EQ(it->second, node) << s.path << " moved to another node";
+  }
+  EXPECT_NE(routeDirGet(one, "/api/v2/interfaces/if"), routeDirGet(two, "/api/v2/interfaces/if"));
+  EXPECT_EQ(routeDirGet(one, "/api")->firstChild->segment, std::string("v2"));
+}
+
 TEST(RegistrationList, EveryKeyRegisteredTwiceIsTakenOverByTheLaterRow) {
   // The keys that the late handlers are meant to take over; a row that
   // appears twice for any other key is a mistake.

@@ -2,7 +2,11 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <cjson/cJSON.h>
+#include <string.h>
+
 #include <string>
+#include <vector>
 #include <thread>
 
 #include "open_api.h"
@@ -75,6 +79,37 @@ TEST(SimClient, OutputsTravelBackAndInputsDoNot) {
   EXPECT_EQ(version.version, 27);
   EXPECT_EQ(openapiIfTypeGet(&client, 9999, &ifNum), OPEN_E_NOT_FOUND);
   openapiClientTearDown(&client);
+}
+
+// The journal is written by hand for speed; every text a call can carry
+// must come back out of it unchanged.
+TEST(SimClient, JournalLinesAreJsonThatGivesBackEveryInput) {
+  InProcessSim sim;
+  openapiClientHandle_t client = {};
+  ASSERT_EQ(openapiClientRegister("unit", &client), OPEN_E_NONE);
+  const char *texts[] = {"lag2", "quote\" back\\slash", "line\nfeed\ttab\rcr", "\x01\x1f ctl", "0/5\xc3\xa9", ""};
+  for (const char *t : texts) {
+    char copy[64];
+    snprintf(copy, sizeof copy, "%s", t);
+    const open_buffdesc in = {static_cast<uint32_t>(strlen(copy) + 1), copy};
+    uint32_t ifNum = 0;
+    rpcclt_openapiIfNumGet(&client, &in, &ifNum);
+  }
+  openapiClientTearDown(&client);
+  std::string journal;
+  sim.control({"journal"}, &journal);
+  std::vector<std::string> seen;
+  for (size_t at = 0, nl; (nl = journal.find('\n', at)) != std::string::npos; at = nl + 1) {
+    cJSON *entry = cJSON_Parse(journal.substr(at, nl - at).c_str());
+    ASSERT_NE(entry, nullptr) << journal.substr(at, nl - at);
+    if (strcmp(cJSON_GetObjectItem(entry, "call")->valuestring, "rpcclt_openapiIfNumGet") == 0) {
+      const cJSON *arg = cJSON_GetArrayItem(cJSON_GetObjectItem(entry, "in"), 0);
+      seen.push_back(cJSON_GetObjectItem(arg, "text")->valuestring);
+      EXPECT_EQ(cJSON_GetObjectItem(arg, "size")->valuedouble, seen.back().size() + 1.0);
+    }
+    cJSON_Delete(entry);
+  }
+  EXPECT_EQ(seen, std::vector<std::string>(std::begin(texts), std::end(texts)));
 }
 
 }  // namespace

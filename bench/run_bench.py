@@ -1,0 +1,449 @@
+#!/usr/bin/env python3
+"""make bench: every figure side by side in one run, written to bench/RESULTS.md.
+
+Whole-process costs come from bench-proc-timer, which runs the commands
+interleaved (round after round, rotated order); ratios are taken pair by pair
+within a round and then the median of those ratios is reported, so that a
+noisy stretch of the machine hits both sides of a pair alike."""
+
+import argparse
+import datetime
+import json
+import os
+import platform
+import re
+import shutil
+import socket
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+ROOT = os.path.dirname(HERE)
+SESSION_DIR = "/tmp/session"
+IF = "/api/v2/interfaces/if"
+
+
+def uptime():
+    with open("/proc/uptime") as f:
+        return int(float(f.read().split()[0]))
+
+
+class Sim:
+    """A private open-sim, optionally pinned to one CPU."""
+
+    def __init__(self, build, cpu=None):
+        self.build = build
+        self.dir = tempfile.mkdtemp(prefix="bench-sim-")
+        self.socket = os.path.join(self.dir, "sim.sock")
+        exe = os.path.join(build, "platform", "open-sim")
+        args = ([] if cpu is None else ["taskset", "-c", str(cpu)]) + [exe, "serve", "--socket", self.socket]
+        self.proc = subprocess.Popen(args, stderr=subprocess.DEVNULL)
+        deadline = time.time() + 10
+        while not os.path.exists(self.socket):
+            if self.proc.poll() is not None or time.time() > deadline:
+                sys.exit("open-sim did not start")
+            time.sleep(0.02)
+
+    def ctl(self, *words):
+        exe = os.path.join(self.build, "platform", "open-sim")
+        return subprocess.run([exe, "ctl", "--socket", self.socket] + list(words), capture_output=True,
+                              check=True, timeout=60).stdout.decode()
+
+    def stop(self):
+        self.proc.terminate()
+        self.proc.wait(timeout=10)
+        shutil.rmtree(self.dir, ignore_errors=True)
+
+
+LEVEL_FILE = "/tmp/devmgr_log_level"
+
+
+class DefaultLogLevel:
+    """The level byte at the product's default ("6") for the run; the old
+    byte comes back afterwards. Test runs leave it at "7", which would time
+    debug logging rather than the request."""
+
+    def __enter__(self):
+        self.old = None
+        if os.path.exists(LEVEL_FILE):
+            with open(LEVEL_FILE, "rb") as f:
+                self.old = f.read(1)
+        self._write(b"6")
+        return self
+
+    def __exit__(self, *exc):
+        if self.old is not None:
+            self._write(self.old)
+
+    @staticmethod
+    def _write(byte):
+        fd = os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT, 0o666)
+        try:
+            os.pwrite(fd, byte, 0)
+        finally:
+            os.close(fd)
+
+
+def new_session():
+    os.makedirs(SESSION_DIR, exist_ok=True)
+    token = "bench%d" % os.getpid()
+    with open(os.path.join(SESSION_DIR, token), "w") as f:
+        f.write("admin\n%d\n" % uptime())
+    return token
+
+
+def cgi_env(sim, method, path, query, token, body_len=None):
+    env = ["PATH=/usr/bin:/bin", "OPEN_SIM_SOCKET=" + sim.socket, "REQUEST_METHOD=" + method,
+           "REQUEST_URI=" + path + ("?" + query if query else ""), "QUERY_STRING=" + (query or "")]
+    if token:
+        env.append("HTTP_SESSION=" + token)
+    if body_len is not None:
+        env.append("CONTENT_LENGTH=%d" % body_len)
+    return env
+
+
+def process_cases(args, sim, token, workdir):
+    """The whole-process cases: (name, argv, env, stdin path)."""
+    cgi = os.path.join(args.build, "interfaces_v2.cgi")
+    floor = os.path.join(args.build, "bench", "bench-floor")
+    body = os.path.join(workdir, "admin-state.json")
+    with open(body, "w") as f:
+        f.write('{"adminState":"enable"}')
+    size = os.path.getsize(body)
+    fast = [
+        ("floor", floor, cgi_env(sim, "GET", IF + "/link-state", "ifNum=3", None), ""),
+        ("link-state", cgi, cgi_env(sim, "GET", IF + "/link-state", "ifNum=3", token), ""),
+        ("admin-state PUT", cgi, cgi_env(sim, "PUT", IF + "/admin-state", "ifNum=3", token, size), body),
+        ("403 refusal", cgi, cgi_env(sim, "GET", IF + "/link-state", "ifNum=3", "no-such-session"), ""),
+    ]
+    heavy = [
+        ("floor", floor, cgi_env(sim, "GET", IF + "/link-state", "ifNum=3", None), ""),
+        ("status, all ports", cgi, cgi_env(sim, "GET", IF + "/status", "", token), ""),
+        ("counters, all ports", cgi, cgi_env(sim, "GET", IF + "/counters", "", token), ""),
+        ("num?name=all", cgi, cgi_env(sim, "GET", IF + "/num", "name=all", token), ""),
+        ("LPI history walk (4096 calls)", cgi,
+         cgi_env(sim, "GET", "/api/v2/interfaces/green-pwr-sav-history/intf-next-entry",
+                 "intIfNum=1&sampleNo=65535", token), ""),
+    ]
+    return fast, heavy
+
+
+def run_once(argv, env, stdin_path):
+    stdin = open(stdin_path, "rb") if stdin_path else subprocess.DEVNULL
+    try:
+        return subprocess.run(argv, env=dict(e.split("=", 1) for e in env), stdin=stdin, capture_output=True,
+                              timeout=120).stdout
+    finally:
+        if stdin_path:
+            stdin.close()
+
+
+def count_calls(sim, case):
+    """OpEN calls one request makes, from the service's journal."""
+    sim.ctl("journal", "--clear")
+    run_once([case[1]], case[2], case[3])
+    return len(sim.ctl("journal").splitlines())
+
+
+def time_processes(args, cases, rounds, workdir):
+    plan = {"rounds": rounds,
+            "cases": [{"name": n, "argv": [exe], "env": env, "stdin": stdin} for n, exe, env, stdin in cases]}
+    path = os.path.join(workdir, "plan.json")
+    with open(path, "w") as f:
+        json.dump(plan, f)
+    out = subprocess.run([os.path.join(args.build, "bench", "bench-proc-timer"), path], capture_output=True,
+                         check=True, text=True).stdout
+    runs = {}
+    for line in out.splitlines():
+        r = json.loads(line)
+        if r["exit"] != 0:
+            sys.exit("%s exited %d" % (r["case"], r["exit"]))
+        runs.setdefault(r["case"], {})[r["round"]] = r
+    return runs
+
+
+def summarise(runs, rounds):
+    """Per case: medians, min/max and ratios to the floor taken round by round."""
+    floor = runs["floor"]
+    rows = []
+    for name, by_round in runs.items():
+        us = [by_round[r]["us"] for r in range(rounds)]
+        rss = [by_round[r]["rss_kb"] for r in range(rounds)]
+        ratios = [by_round[r]["us"] / floor[r]["us"] for r in range(rounds)]
+        mem = [by_round[r]["rss_kb"] / floor[r]["rss_kb"] for r in range(rounds)]
+        rows.append({"case": name, "median": statistics.median(us), "min": min(us), "max": max(us),
+                     "ratio": statistics.median(ratios), "rss": statistics.median(rss),
+                     "rss_ratio": statistics.median(mem)})
+    return rows
+
+
+def round_trips(args, sim, pinned_sim, calls, repeats):
+    """Client-library round trip against the bare ping-pong, alternated."""
+    rtt = os.path.join(args.build, "bench", "bench-rtt")
+    pingpong = os.path.join(args.build, "bench", "bench-pingpong")
+    result = {}
+    for label, server, pin in (("unpinned", sim, []), ("same CPU", pinned_sim, ["taskset", "-c", "0"])):
+        lib, bare = [], []
+        for _ in range(repeats):
+            env = dict(os.environ, OPEN_SIM_SOCKET=server.socket)
+            lib.append(float(subprocess.run(pin + [rtt, str(calls)], env=env, capture_output=True, check=True,
+                                            text=True).stdout))
+            bare.append(float(subprocess.run(pin + [pingpong, str(calls)], capture_output=True, check=True,
+                                             text=True).stdout))
+        ratios = [a / b for a, b in zip(lib, bare)]
+        result[label] = {"lib": lib, "bare": bare, "ratio": statistics.median(ratios)}
+    return result
+
+
+def stripped_size(path, strip):
+    if not os.path.exists(path) or not shutil.which(strip):
+        return None
+    with tempfile.TemporaryDirectory() as d:
+        copy = os.path.join(d, "x")
+        shutil.copy(path, copy)
+        subprocess.run([strip, copy], check=True)
+        return os.path.getsize(copy)
+
+
+def binary_sizes(args):
+    rows = []
+    for name, rel in (("interfaces_v2.cgi", "interfaces_v2.cgi"), ("open-sim", "platform/open-sim"),
+                      ("floor", "bench/bench-floor")):
+        rows.append((name, stripped_size(os.path.join(args.build, rel), "strip"),
+                     stripped_size(os.path.join(args.arm_build, rel), "aarch64-linux-gnu-strip")
+                     if args.arm_build else None))
+    return rows
+
+
+def free_port():
+    with socket.socket() as s:
+        s.bind(("127.0.0.1", 0))
+        return s.getsockname()[1]
+
+
+def start_lighttpd(program, sim, workdir, name):
+    rundir = os.path.join(workdir, name)
+    os.makedirs(rundir)
+    exe = os.path.join(rundir, name + ".cgi")
+    shutil.copy(program, exe)
+    port = free_port()
+    conf = subprocess.run([os.path.join(ROOT, "scripts", "lighttpd-conf.sh"), exe, rundir, str(port), sim.socket],
+                          capture_output=True, text=True, check=True).stdout.strip()
+    proc = subprocess.Popen(["lighttpd", "-D", "-f", conf])
+    deadline = time.time() + 10
+    while time.time() < deadline:
+        try:
+            socket.create_connection(("127.0.0.1", port), timeout=0.2).close()
+            return proc, port
+        except OSError:
+            time.sleep(0.05)
+    sys.exit("lighttpd did not start")
+
+
+def to_ms(text):
+    m = re.fullmatch(r"([\d.]+)(us|ms|s|m)", text)
+    if not m:
+        sys.exit("cannot read wrk's latency %r" % text)
+    scale = {"us": 0.001, "ms": 1.0, "s": 1000.0, "m": 60000.0}[m.group(2)]
+    return float(m.group(1)) * scale
+
+
+def wrk_once(port, token, seconds, connections):
+    url = "http://127.0.0.1:%d/api/v2/interfaces/if/link-state?ifNum=3" % port
+    out = subprocess.run(["wrk", "-t2", "-c%d" % connections, "-d%ds" % seconds, "--latency",
+                          "-H", "session: " + token, url], capture_output=True, text=True, check=True).stdout
+    if "Non-2xx" in out or "Socket errors" in out or "Latency Distribution" not in out:
+        sys.exit("wrk saw failed requests:\n" + out)
+    return {"rps": float(re.search(r"Requests/sec:\s+([\d.]+)", out).group(1)),
+            "p50": to_ms(re.search(r"50%\s+(\S+)", out).group(1)),
+            "p99": to_ms(re.search(r"99%\s+(\S+)", out).group(1))}
+
+
+def through_lighttpd(args, sim, token, workdir):
+    if not (shutil.which("wrk") and shutil.which("lighttpd")):
+        return None
+    servers = {"floor": start_lighttpd(os.path.join(args.build, "bench", "bench-floor"), sim, workdir, "floor"),
+               "interfaces_v2.cgi": start_lighttpd(os.path.join(args.build, "interfaces_v2.cgi"), sim, workdir,
+                                                   "interfaces_v2")}
+    runs = {name: [] for name in servers}
+    try:
+        for _ in range(args.wrk_repeats):
+            for name, (_, port) in servers.items():
+                runs[name].append(wrk_once(port, token, args.wrk_seconds, args.wrk_connections))
+    finally:
+        for proc, _ in servers.values():
+            proc.terminate()
+            proc.wait(timeout=10)
+    ratios = [c["rps"] / f["rps"] for c, f in zip(runs["interfaces_v2.cgi"], runs["floor"])]
+    return {"runs": runs, "ratio": statistics.median(ratios)}
+
+
+def micro_benchmarks(args):
+    exe = os.path.join(args.build, "bench", "bench-micro")
+    if not os.path.exists(exe):
+        return None
+    out = subprocess.run([exe, "--benchmark_format=json", "--benchmark_min_time=0.2", "--benchmark_repetitions=5",
+                          "--benchmark_report_aggregates_only=true"], capture_output=True, check=True, text=True).stdout
+    scale = {"ns": 0.001, "us": 1.0, "ms": 1000.0}
+    return {b["run_name"]: {"real": b["real_time"] * scale[b["time_unit"]], "cpu": b["cpu_time"] * scale[b["time_unit"]]}
+            for b in json.loads(out)["benchmarks"] if b.get("aggregate_name") == "median"}
+
+
+def fmt_us(us):
+    return "%.0f µs" % us if us < 10000 else "%.1f ms" % (us / 1000)
+
+
+def verdict(ok):
+    return "met" if ok else "**missed**"
+
+
+def machine_line():
+    model = ""
+    with open("/proc/cpuinfo") as f:
+        for line in f:
+            if line.startswith("model name"):
+                model = line.split(":", 1)[1].strip()
+                break
+    return "%s, %d CPUs, Linux %s" % (model or platform.machine(), os.cpu_count(), platform.release())
+
+
+def budgets(r):
+    by = {row["case"]: row for row in r["fast"]}
+    rows = [("link-state whole process", "≤ 1.15 × floor", "%.2f ×" % by["link-state"]["ratio"],
+             by["link-state"]["ratio"] <= 1.15),
+            ("link-state peak memory", "≤ 1.2 × floor", "%.2f ×" % by["link-state"]["rss_ratio"],
+             by["link-state"]["rss_ratio"] <= 1.2)]
+    if r["wrk"]:
+        rows.append(("lighttpd throughput, link-state", "≥ 0.85 × floor", "%.2f ×" % r["wrk"]["ratio"],
+                     r["wrk"]["ratio"] >= 0.85))
+    for label, v in r["rtt"].items():
+        rows.append(("OpEN round trip (%s)" % label, "≤ 1.5 × bare socket", "%.2f ×" % v["ratio"], v["ratio"] <= 1.5))
+    n = r["num_all"]
+    rows.append(("num?name=all", "≤ 1.3 × calls × round trip", "%.2f ×" % n["ratio"], n["ratio"] <= 1.3))
+    if r["micro"]:
+        us = r["micro"]["BM_BuildAndDispatch"]["cpu"]
+        rows.append(("route table build + dispatch (CPU time)", "≤ 30 µs", "%.1f µs" % us, us <= 30))
+    return rows
+
+
+def write_results(path, r, args):
+    w = []
+    w.append("# Benchmark results\n")
+    w.append("Produced by `make bench` (`%s`) on %s UTC." % (" ".join(r["argv"]), r["date"]))
+    w.append("Machine: %s. The machine is shared with other work and noisy: read the ratios, which"
+             " pair runs made side by side, rather than the absolute times.\n" % machine_line())
+    w.append("## Budgets\n")
+    w.append("| budget | limit | measured | |\n|---|---|---|---|")
+    for name, limit, measured, ok in budgets(r):
+        w.append("| %s | %s | %s | %s |" % (name, limit, measured, verdict(ok)))
+    w.append("\n## Whole process, one request each\n")
+    w.append("`bench-proc-timer` runs every case once per round, %d rounds (fast cases) and %d rounds (heavy"
+             " cases), in rotated order; ratio = median of the per-round ratios to the floor of the same round."
+             " The floor (`bench/floor.c`) makes the OpEN round trips of one link-state request through the same"
+             " client library and prints the same envelope with cJSON.\n" % (args.rounds, args.heavy_rounds))
+    w.append("| case | OpEN calls | median | min | max | × floor | peak RSS | RSS × floor |\n"
+             "|---|---|---|---|---|---|---|---|")
+    for group in ("fast", "heavy"):
+        for row in r[group]:
+            if group == "heavy" and row["case"] == "floor":
+                continue
+            w.append("| %s | %s | %s | %s | %s | %.2f | %d kB | %.2f |" % (
+                row["case"], r["calls"].get(row["case"], ""), fmt_us(row["median"]), fmt_us(row["min"]),
+                fmt_us(row["max"]), row["ratio"], row["rss"], row["rss_ratio"]))
+    w.append("\n## OpEN round trip\n")
+    w.append("`bench-rtt %d` (link-state reads through the client library against open-sim) alternated %d times"
+             " with `bench-pingpong %d` (two processes, one socket pair, the same 50-byte request and 18-byte"
+             " reply); \"same CPU\" runs both sides under `taskset -c 0`.\n" % (args.rtt_calls, args.rtt_repeats,
+                                                                               args.rtt_calls))
+    w.append("| placement | client library (µs) | bare socket (µs) | median ratio |\n|---|---|---|---|")
+    for label, v in r["rtt"].items():
+        w.append("| %s | %s | %s | %.2f |" % (label, " / ".join("%.1f" % x for x in v["lib"]),
+                                              " / ".join("%.1f" % x for x in v["bare"]), v["ratio"]))
+    n = r["num_all"]
+    w.append("\nnum?name=all: %d OpEN calls × %.1f µs (median unpinned round trip) = %s; measured median %s;"
+             " ratio %.2f.\n" % (n["calls"], n["rtt"], fmt_us(n["calls"] * n["rtt"]), fmt_us(n["median"]),
+                                 n["ratio"]))
+    if r["wrk"]:
+        w.append("## Through lighttpd\n")
+        w.append("`wrk -t2 -c%d -d%ds --latency` on link-state, the CGI and the floor each behind its own lighttpd"
+                 " on 127.0.0.1, alternated %d times.\n" % (args.wrk_connections, args.wrk_seconds, args.wrk_repeats))
+        w.append("| program | requests/s | p50 | p99 |\n|---|---|---|---|")
+        for name, runs in r["wrk"]["runs"].items():
+            w.append("| %s | %s | %s | %s |" % (name, " / ".join("%.0f" % x["rps"] for x in runs),
+                                               " / ".join("%.2f ms" % x["p50"] for x in runs),
+                                               " / ".join("%.2f ms" % x["p99"] for x in runs)))
+        w.append("\nThroughput ratio (median of pairs): %.2f.\n" % r["wrk"]["ratio"])
+    w.append("## Binary sizes (stripped copies)\n")
+    w.append("| binary | x86-64 | aarch64 |\n|---|---|---|")
+    for name, x86, arm in r["sizes"]:
+        w.append("| %s | %s | %s |" % (name, "%d bytes" % x86 if x86 else "-", "%d bytes" % arm if arm else "-"))
+    if r["micro"]:
+        w.append("\n## In-process (Google Benchmark)\n")
+        w.append("`bench-micro --benchmark_min_time=0.2 --benchmark_repetitions=5`, medians; the budget is read on"
+                 " CPU time, since wall time on a shared machine includes other work's turns.\n")
+        w.append("| benchmark | CPU time | wall time |\n|---|---|---|")
+        for name, t in r["micro"].items():
+            w.append("| %s | %.3f µs | %.3f µs |" % (name, t["cpu"], t["real"]))
+    with open(path, "w") as f:
+        f.write("\n".join(w) + "\n")
+
+
+def measure(args, r, sim, pinned, token, workdir):
+    fast, heavy = process_cases(args, sim, token, workdir)
+    if run_once([fast[0][1]], fast[0][2], "") != run_once([fast[1][1]], fast[1][2], ""):
+        sys.exit("the floor and the CGI do not print the same link-state reply")
+    r["calls"] = {c[0]: count_calls(sim, c) for c in fast + heavy}
+    print("whole-process runs ...", flush=True)
+    r["fast"] = summarise(time_processes(args, fast, args.rounds, workdir), args.rounds)
+    r["heavy"] = summarise(time_processes(args, heavy, args.heavy_rounds, workdir), args.heavy_rounds)
+    print("round trips ...", flush=True)
+    r["rtt"] = round_trips(args, sim, pinned, args.rtt_calls, args.rtt_repeats)
+    num = next(row for row in r["heavy"] if row["case"] == "num?name=all")
+    rtt = statistics.median(r["rtt"]["unpinned"]["lib"])
+    calls = r["calls"]["num?name=all"]
+    r["num_all"] = {"calls": calls, "rtt": rtt, "median": num["median"], "ratio": num["median"] / (calls * rtt)}
+    print("lighttpd + wrk ...", flush=True)
+    r["wrk"] = through_lighttpd(args, sim, token, workdir)
+    print("micro-benchmarks ...", flush=True)
+    r["micro"] = micro_benchmarks(args)
+    r["sizes"] = binary_sizes(args)
+
+
+def main():
+    p = argparse.ArgumentParser(description=__doc__)
+    p.add_argument("--build", default=os.path.join(ROOT, "build"))
+    p.add_argument("--arm-build", default="")
+    p.add_argument("--out", default=os.path.join(HERE, "RESULTS.md"))
+    p.add_argument("--rounds", type=int, default=400)
+    p.add_argument("--heavy-rounds", type=int, default=15)
+    p.add_argument("--rtt-calls", type=int, default=20000)
+    p.add_argument("--rtt-repeats", type=int, default=7)
+    p.add_argument("--wrk-seconds", type=int, default=5)
+    p.add_argument("--wrk-repeats", type=int, default=3)
+    p.add_argument("--wrk-connections", type=int, default=4)
+    args = p.parse_args()
+
+    r = {"argv": ["bench/run_bench.py"] + sys.argv[1:],
+         "date": datetime.datetime.utcnow().strftime("%Y-%m-%d %H:%M")}
+    workdir = tempfile.mkdtemp(prefix="bench-")
+    sim, pinned = Sim(args.build), Sim(args.build, cpu=0)
+    token = new_session()
+    try:
+        with DefaultLogLevel():
+            measure(args, r, sim, pinned, token, workdir)
+    finally:
+        sim.stop()
+        pinned.stop()
+        os.unlink(os.path.join(SESSION_DIR, token))
+        shutil.rmtree(workdir, ignore_errors=True)
+    write_results(args.out, r, args)
+    for name, limit, measured, ok in budgets(r):
+        print("%-40s %-28s %-10s %s" % (name, limit, measured, "met" if ok else "MISSED"))
+    print("written: " + args.out)
+
+
+if __name__ == "__main__":
+    main()

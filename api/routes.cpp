@@ -3,6 +3,9 @@
 // registered twice on purpose so that a richer late handler takes over.
 #include "api/routes.h"
 
+#include <iterator>
+#include <utility>
+
 #include "api/green/green_history.h"
 #include "api/green/green_kit.h"
 #include "api/green/green_texts.h"
@@ -29,7 +32,7 @@ using namespace kit;
 #define PML "/api/v2/interfaces/pml"
 #define APP "/api/v2/interfaces/interface-app"
 
-const RouteRow kRoutes[] = {
+constexpr RouteRow kRoutes[] = {
     // 1-5: green Ethernet, first block.
     ROUTE(GREEN, METHOD_GET, "valid-intf-first",
           Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out("intIfNum")>),
@@ -514,6 +517,18 @@ const RouteRow kRoutes[] = {
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 
-void registerRoutes(RouteTable *table) {
-  for (const RouteRow &r : kRoutes) httpdAddCContent(table, r.path, r.name, r.method, 1, r.handler);
+// Registration is unrolled at compile time: each call gets its path, name
+// and handler as constants in the code, so the program never reads the
+// list itself and does not relocate it at every start.
+template <size_t I>
+void registerRow(RouteTable *table) {
+  constexpr RouteRow row = kRoutes[I];
+  httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);
 }
+
+template <size_t... I>
+void registerRows(RouteTable *table, std::index_sequence<I...>) {
+  (registerRow<I>(table), ...);
+}
+
+void registerRoutes(RouteTable *table) { registerRows(table, std::make_index_sequence<std::size(kRoutes)>{}); }

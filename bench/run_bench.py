@@ -258,8 +258,8 @@ def wrk_once(port, token, seconds, connections):
     if "Non-2xx" in out or "Socket errors" in out or "Latency Distribution" not in out:
         sys.exit("wrk saw failed requests:\n" + out)
     return {"rps": float(re.search(r"Requests/sec:\s+([\d.]+)", out).group(1)),
-            "p50": to_ms(re.search(r"50%\s+(\S+)", out).group(1)),
-            "p99": to_ms(re.search(r"99%\s+(\S+)", out).group(1))}
+            "p50": to_ms(re.search(r"^\s*50%\s+(\S+)", out, re.M).group(1)),
+            "p99": to_ms(re.search(r"^\s*99%\s+(\S+)", out, re.M).group(1))}
 
 
 def through_lighttpd(args, sim, token, workdir):

@@ -49,7 +49,11 @@ void mapLevelFile() {
   int fd = open(g.files->level, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (fd < 0) return;
   void *p = MAP_FAILED;
-  if (ftruncate(fd, 4) == 0) p = mmap(nullptr, 4, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  // Every process opens the level file; setting a length it already has
+  // would still be a metadata write to the file system each time.
+  struct stat st = {};
+  bool sized = fstat(fd, &st) == 0 && st.st_size == 4;
+  if (sized || ftruncate(fd, 4) == 0) p = mmap(nullptr, 4, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
   if (p == MAP_FAILED) {
     close(fd);
     return;

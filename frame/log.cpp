@@ -157,7 +157,15 @@ void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
 
 }  // namespace
 
-void logUseFiles(const LogFiles *files) { g.files = files ? files : &kLogFiles; }
+void logUseFiles(const LogFiles *files) {
+  // Other files mean a fresh logger, as in a new process: a level byte
+  // still mapped from the old files would otherwise outlive a logClose
+  // that had nothing to do because nothing was ever written.
+  closeLogFile();
+  unmapLevelFile();
+  g.started = false;
+  g.files = files ? files : &kLogFiles;
+}
 
 void logOpen(int mode, int facility, const char *ident) {
   bool wasStarted = g.started;

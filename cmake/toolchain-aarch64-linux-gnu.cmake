@@ -18,6 +18,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # No binfmt registration is assumed: every aarch64 program the build or the
-# tests start goes through qemu's user-mode emulator, which finds the target's
-# loader and libstdc++ under the cross toolchain's tree.
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L /usr/aarch64-linux-gnu)
+# tests start goes through qemu's user-mode emulator. It runs them on Debian's
+# multiarch arm64 runtime (libc6:arm64, libstdc++6:arm64). Not with -L on the
+# cross tree: its loader is an older glibc build than the multiarch libc.so.6
+# that libcjson1:arm64 pulls in, and that pair hangs in pthread_create.
+find_program(IF_QEMU_AARCH64 qemu-aarch64 REQUIRED)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${IF_QEMU_AARCH64})

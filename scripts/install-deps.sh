@@ -3,13 +3,13 @@
 # when it is not there yet.
 #   install-deps.sh          for this machine
 #   install-deps.sh arm64    also the aarch64 cross build: cross compiler, qemu
-#                            user emulation and the arm64 libraries
+#                            user emulation and the arm64 libraries, runtime included
 set -euo pipefail
 
 packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
 if [ "${1:-}" = arm64 ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
-             libcjson-dev:arm64 libgtest-dev:arm64)
+             libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
 fi
 
 missing=()

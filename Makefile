@@ -34,6 +34,9 @@ test-arm64:
 	@cmake -S . -B $(BUILD_ARM64) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake >/dev/null
 	@cmake --build $(BUILD_ARM64) -j $(JOBS)
+	@for f in interfaces_v2.cgi route-dump platform/open-sim tests/unit_tests; do \
+	  aarch64-linux-gnu-readelf -h $(BUILD_ARM64)/$$f | grep -q 'Machine: *AArch64' \
+	    || { echo "$$f is not an aarch64 program" >&2; exit 1; }; done
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD_ARM64) && ctest --output-on-failure
 

@@ -60,6 +60,7 @@ void put(wire::Writer &w, open_buffdesc *d) {
 // arguments out where char is unsigned (aarch64): const char would pass.
 template <class T>
 concept NumericOut = std::is_unsigned_v<T> && !std::is_const_v<T>;
+static_assert(!NumericOut<const unsigned char>, "text arguments must not pass for numeric outputs");
 
 template <NumericOut T>
 void put(wire::Writer &w, T *p) {

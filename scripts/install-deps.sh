@@ -12,9 +12,14 @@ if [ "${1:-}" = arm64 ]; then
              libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
 fi
 
+# Once a second architecture is installed, a bare name of a package present in
+# both is ambiguous to dpkg; the native qualifier settles it.
+native=$(dpkg --print-architecture)
+installed() { dpkg -s "$1" >/dev/null 2>&1 || dpkg -s "$1:$native" >/dev/null 2>&1; }
+
 missing=()
 for p in "${packages[@]}"; do
-  dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")
+  installed "$p" || missing+=("$p")
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 

@@ -56,8 +56,13 @@ void put(wire::Writer &w, open_buffdesc *d) {
   w.u8(wire::kOutText);
   w.u32(d->size);
 }
+// A numeric output is a writable unsigned integer. The const test keeps text
+// arguments out where char is unsigned (aarch64): const char would pass.
 template <class T>
-  requires std::is_unsigned_v<T>
+concept NumericOut = std::is_unsigned_v<T> && !std::is_const_v<T>;
+static_assert(!NumericOut<const unsigned char>, "text arguments must not pass for numeric outputs");
+
+template <NumericOut T>
 void put(wire::Writer &w, T *p) {
   w.u8(wire::kOutNum);
   w.u8(sizeof(T));
@@ -85,8 +90,7 @@ void take(wire::Reader &r, open_buffdesc *d) {
   memcpy(d->pstart, p, n);
   d->pstart[n] = '\0';
 }
-template <class T>
-  requires std::is_unsigned_v<T>
+template <NumericOut T>
 void take(wire::Reader &r, T *p) {
   if (r.u8()) *p = static_cast<T>(r.u64());
 }

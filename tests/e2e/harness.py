@@ -4,6 +4,7 @@ and builds the exact reply bytes the program must print."""
 
 import json
 import os
+import shlex
 import subprocess
 import tempfile
 import time
@@ -16,6 +17,13 @@ SESSION_DIR = "/tmp/session"
 CLI_DIR = "/mnt/application/quill/tmp"
 LOG_FILE = "/tmp/k9100.log"
 LEVEL_FILE = "/tmp/devmgr_log_level"
+# A cross build's programs start through an emulator command, e.g. "/usr/bin/qemu-aarch64".
+EXEC_WRAPPER = shlex.split(os.environ.get("IF_EXEC_WRAPPER", ""))
+
+
+def command(program, *args):
+    """The argument list that starts one of the built programs."""
+    return EXEC_WRAPPER + [program] + [str(a) for a in args]
 
 MESSAGES = {
     0: "Success",
@@ -111,7 +119,7 @@ class Sim:
     def __init__(self, scenario=None, wrap=None):
         self.dir = tempfile.mkdtemp(prefix="open-sim-")
         self.socket = os.path.join(self.dir, "sim.sock")
-        args = list(wrap or []) + [OPEN_SIM, "serve", "--socket", self.socket]
+        args = list(wrap or []) + command(OPEN_SIM, "serve", "--socket", self.socket)
         if scenario:
             args += ["--scenario", scenario]
         self.proc = subprocess.Popen(args, stderr=subprocess.PIPE)
@@ -122,7 +130,7 @@ class Sim:
             time.sleep(0.02)
 
     def ctl(self, *words, check=True):
-        r = subprocess.run([OPEN_SIM, "ctl", "--socket", self.socket] + [str(w) for w in words],
+        r = subprocess.run(command(OPEN_SIM, "ctl", "--socket", self.socket, *words),
                            capture_output=True, timeout=30)
         if check and r.returncode != 0:
             raise RuntimeError("ctl %s failed: %s" % (words, r.stderr.decode()))
@@ -201,7 +209,8 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
         e["HTTP_REFRESH"] = refresh
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
-    return Result(subprocess.run(list(wrap or []) + [CGI], input=data, env=e, capture_output=True, timeout=timeout))
+    return Result(subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True,
+                                 timeout=timeout))
 
 
 class SimTestCase(unittest.TestCase):

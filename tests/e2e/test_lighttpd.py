@@ -1,6 +1,7 @@
 """A real HTTP request through lighttpd, as on the switch."""
 
 import os
+import shlex
 import shutil
 import socket
 import subprocess
@@ -10,7 +11,7 @@ import unittest
 import urllib.error
 import urllib.request
 
-from harness import CGI, Sim, envelope, main, new_session
+from harness import CGI, EXEC_WRAPPER, Sim, envelope, main, new_session
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 
@@ -29,7 +30,8 @@ class ThroughLighttpd(unittest.TestCase):
         cls.dir = tempfile.mkdtemp(prefix="lighttpd-")
         cls.port = free_port()
         conf = subprocess.run([os.path.join(ROOT, "scripts", "lighttpd-conf.sh"), CGI, cls.dir, str(cls.port),
-                               cls.sim.socket], capture_output=True, text=True, check=True).stdout.strip()
+                               cls.sim.socket, "127.0.0.1", shlex.join(EXEC_WRAPPER)],
+                              capture_output=True, text=True, check=True).stdout.strip()
         cls.server = subprocess.Popen(["lighttpd", "-D", "-f", conf])
         deadline = time.time() + 10
         while time.time() < deadline:

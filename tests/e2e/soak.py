@@ -9,6 +9,7 @@ import json
 import os
 import random
 import re
+import shlex
 import shutil
 import signal
 import socket
@@ -17,7 +18,7 @@ import tempfile
 import threading
 import time
 
-from harness import CGI, LEVEL_FILE, LOG_FILE, OPEN_SIM, SESSION_DIR, envelope, uptime
+from harness import CGI, EXEC_WRAPPER, LEVEL_FILE, LOG_FILE, OPEN_SIM, SESSION_DIR, command, envelope, uptime
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 OLD_LOG = LOG_FILE + ".old"
@@ -46,7 +47,7 @@ class OpenSim:
         self.start()
 
     def start(self):
-        self.proc = subprocess.Popen([OPEN_SIM, "serve", "--socket", self.socket], stderr=subprocess.DEVNULL)
+        self.proc = subprocess.Popen(command(OPEN_SIM, "serve", "--socket", self.socket), stderr=subprocess.DEVNULL)
         deadline = time.time() + 10
         while self.ctl("dump", check=False).returncode != 0:
             if self.proc.poll() is not None or time.time() > deadline:
@@ -63,7 +64,8 @@ class OpenSim:
             self.proc.wait(timeout=10)
 
     def ctl(self, *words, check=True):
-        r = subprocess.run([OPEN_SIM, "ctl", "--socket", self.socket] + list(words), capture_output=True, timeout=60)
+        r = subprocess.run(command(OPEN_SIM, "ctl", "--socket", self.socket, *words), capture_output=True,
+                           timeout=60)
         if check and r.returncode != 0:
             raise RuntimeError("ctl %s failed: %s" % (words, r.stderr.decode()))
         return r
@@ -80,7 +82,8 @@ class Lighttpd:
         self.dir = tempfile.mkdtemp(prefix="soak-lighttpd-")
         self.port = free_port()
         conf = subprocess.run([os.path.join(ROOT, "scripts", "lighttpd-conf.sh"), CGI, self.dir, str(self.port),
-                               sim_socket], capture_output=True, text=True, check=True).stdout.strip()
+                               sim_socket, "127.0.0.1", shlex.join(EXEC_WRAPPER)],
+                              capture_output=True, text=True, check=True).stdout.strip()
         self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf])
         deadline = time.time() + 10
         while True:

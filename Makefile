@@ -1,12 +1,13 @@
 # make run   build, then serve the API against the simulated switch on 127.0.0.1:8080
 # make test  build, then run every test suite
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
+# make bench  every benchmark side by side; writes bench/RESULTS.md
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build test run clean test-arm64
+.PHONY: all deps configure build test run clean test-arm64 bench
 
 all: build
 
@@ -39,6 +40,16 @@ test-arm64:
 	    || { echo "$$f is not an aarch64 program" >&2; exit 1; }; done
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD_ARM64) && ctest --output-on-failure
+
+# Every benchmark in one run; the aarch64 programs are built only for their sizes.
+bench:
+	@scripts/install-deps.sh bench
+	@$(MAKE) build
+	@cmake -S . -B $(BUILD_ARM64) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake >/dev/null
+	@cmake --build $(BUILD_ARM64) -j $(JOBS) --target interfaces_v2.cgi open-sim bench-floor
+	@scripts/prepare-switch-dirs.sh
+	@python3 bench/run_bench.py --build $(BUILD) --arm-build $(BUILD_ARM64)
 
 clean:
 	rm -rf $(BUILD) $(BUILD_ARM64)

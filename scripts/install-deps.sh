@@ -4,12 +4,17 @@
 #   install-deps.sh          for this machine
 #   install-deps.sh arm64    also the aarch64 cross build: cross compiler, qemu
 #                            user emulation and the arm64 libraries, runtime included
+#   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the
+#                            aarch64 cross compiler for the binary sizes
 set -euo pipefail
 
 packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
-if [ "${1:-}" = arm64 ]; then
+if [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
              libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
+fi
+if [ "${1:-}" = bench ]; then
+  packages+=(wrk libbenchmark-dev)
 fi
 
 # Once a second architecture is installed, a bare name of a package present in
@@ -29,7 +34,7 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || { echo "need root to install: ${missing[*]}" >&2; exit 1; }
   sudo="sudo"
 fi
-if [ "${1:-}" = arm64 ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
+if [ "${1:-}" != "" ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
   $sudo dpkg --add-architecture arm64
 fi
 export DEBIAN_FRONTEND=noninteractive

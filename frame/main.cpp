@@ -15,6 +15,7 @@ int main() {
   if (!table) return 1;
   registerRoutes(table);
   httpdProcessRequest(table);
+  routeTableFree(table);
   openapiClientTearDown(&gOpenClient);
   logClose();
   return 0;

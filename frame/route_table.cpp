@@ -29,6 +29,22 @@ RouteNode *childNamed(RouteNode *parent, const char *segment) {
   return c;
 }
 
+void freeNode(RouteNode *node) {
+  while (node) {
+    freeNode(node->firstChild);
+    for (Route *r = node->entries; r;) {
+      Route *next = r->next;
+      free(r->name);
+      free(r);
+      r = next;
+    }
+    RouteNode *sibling = node->nextSibling;
+    free(node->segment);
+    free(node);
+    node = sibling;
+  }
+}
+
 void printHeader(const char *text) { fputs(text, stdout); }
 
 }  // namespace
@@ -51,6 +67,12 @@ RouteTable *routeTableCreate(void) {
   RouteTable *table = static_cast<RouteTable *>(calloc(1, sizeof(RouteTable)));
   if (table) table->root = newNode("");
   return table;
+}
+
+void routeTableFree(RouteTable *table) {
+  if (!table) return;
+  freeNode(table->root);
+  free(table);
 }
 
 RouteNode *routeDirGet(RouteTable *table, const char *path) {

@@ -4,6 +4,8 @@
 set -euo pipefail
 
 packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
+# "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
+[ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || missing+=("$p")

@@ -48,6 +48,7 @@ class Dispatch : public testing::Test {
     return testing::internal::GetCapturedStdout();
   }
   void TearDown() override {
+    routeTableFree(table_);
     logClose();
     logUseFiles(nullptr);
   }
@@ -131,6 +132,7 @@ TEST(RouteTree, SegmentsAreSharedAndNewestFirst) {
   EXPECT_EQ(httpdAddCContent(nullptr, "/a", "x", METHOD_GET, 1, first), -1);
   EXPECT_STREQ(httpMethodName(3), "PUT");
   EXPECT_STREQ(httpMethodName(9), "Invalid method '9'");
+  routeTableFree(t);
 }
 
 TEST(RegistrationList, EveryKeyRegisteredTwiceIsTakenOverByTheLaterRow) {

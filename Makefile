@@ -1,13 +1,20 @@
 # make run   build, then serve the API against the simulated switch on 127.0.0.1:8080
-# make test  build, then run every test suite
+# make test  build, then run every test suite (again under ASan and UBSan)
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
 # make bench  every benchmark side by side; writes bench/RESULTS.md
+# make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+SANITIZE_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+# A sanitizer finding ends the process with a code no test expects.
+SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
+                    UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build test run clean test-arm64 bench
+.PHONY: all deps configure build test test-sanitize test-arm64 bench fuzz run clean
 
 all: build
 
@@ -23,6 +30,22 @@ build: configure
 test: build
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD) && ctest --output-on-failure
+	@$(MAKE) test-sanitize
+
+# Every suite again, with everything built under ASan and UBSan.
+test-sanitize: deps
+	@cmake -S . -B $(SANITIZE_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DIF_SANITIZE=ON >/dev/null
+	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
+	@scripts/prepare-switch-dirs.sh
+	@cd $(SANITIZE_BUILD) && $(SANITIZER_OPTIONS) ctest --output-on-failure
+
+fuzz:
+	@scripts/install-deps.sh fuzz
+	@CC=clang-14 CXX=clang++-14 cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+	  -DIF_FUZZ=ON -DIF_BUILD_TESTS=OFF >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@scripts/prepare-switch-dirs.sh
+	@fuzz/run-all.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
 run: build
 	@scripts/run-dev.sh $(BUILD)
@@ -52,4 +75,4 @@ bench:
 	@python3 bench/run_bench.py --build $(BUILD) --arm-build $(BUILD_ARM64)
 
 clean:
-	rm -rf $(BUILD) $(BUILD_ARM64)
+	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD)

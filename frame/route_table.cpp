@@ -34,6 +34,21 @@ RouteNode *childNamed(RouteNode *parent, const char *segment, size_t length) {
   return c;
 }
 
+void freeNode(RouteNode *node) {
+  while (node) {
+    freeNode(node->firstChild);
+    for (Route *r = node->entries; r;) {
+      Route *next = r->next;
+      free(r);  // the name shares the route's allocation
+      r = next;
+    }
+    RouteNode *sibling = node->nextSibling;
+    free(node->segment);
+    free(node);
+    node = sibling;
+  }
+}
+
 void printHeader(const char *text) { fputs(text, stdout); }
 
 }  // namespace
@@ -60,8 +75,8 @@ RouteTable *routeTableCreate(void) {
 
 // The table is built anew by every process, 223 registrations in runs of
 // the same directory, so the last directory is remembered and the path is
-// walked in place rather than copied and tokenised. Tables live until the
-// process ends and nodes are never removed, so a remembered node stays valid.
+// walked in place rather than copied and tokenised. Nodes are never removed
+// from a live table; freeing a table forgets its remembered directory.
 namespace {
 
 struct LastDir {
@@ -72,6 +87,13 @@ struct LastDir {
 LastDir gLastDir;
 
 }  // namespace
+
+void routeTableFree(RouteTable *table) {
+  if (!table) return;
+  if (gLastDir.table == table) gLastDir = {};
+  freeNode(table->root);
+  free(table);
+}
 
 RouteNode *routeDirGet(RouteTable *table, const char *path) {
   if (!table || !table->root || !path) return nullptr;

@@ -33,6 +33,7 @@ struct RouteTable {
 
 const char *httpMethodName(uint32_t method);
 RouteTable *routeTableCreate(void);
+void routeTableFree(RouteTable *table);
 RouteNode *routeDirGet(RouteTable *table, const char *path);
 int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint32_t method, RouteAccess access,
                      ApiHandler handler);

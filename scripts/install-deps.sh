@@ -16,6 +16,8 @@ fi
 if [ "${1:-}" = bench ]; then
   packages+=(wrk libbenchmark-dev)
 fi
+# "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
+[ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
 
 # Once a second architecture is installed, a bare name of a package present in
 # both is ambiguous to dpkg; the native qualifier settles it.
@@ -34,7 +36,7 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || { echo "need root to install: ${missing[*]}" >&2; exit 1; }
   sudo="sudo"
 fi
-if [ "${1:-}" != "" ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
+if { [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; } && ! dpkg --print-foreign-architectures | grep -qx arm64; then
   $sudo dpkg --add-architecture arm64
 fi
 export DEBIAN_FRONTEND=noninteractive

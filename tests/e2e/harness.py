@@ -34,6 +34,21 @@ MESSAGES = {
     17002: "Unsupported Feature",
 }
 
+# What the sanitizer runtimes print when a sanitized build finds a fault.
+SANITIZER_MARKS = (b"ERROR: AddressSanitizer", b"ERROR: LeakSanitizer", b"runtime error:")
+SANITIZER_VARIABLES = ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS")
+
+
+def check_sanitizer_report(who, stderr):
+    """Fails the running test when a child process reported a fault."""
+    if stderr and any(mark in stderr for mark in SANITIZER_MARKS):
+        raise AssertionError("%s: sanitizer report:\n%s" % (who, stderr.decode(errors="replace")))
+
+
+def sanitizer_environment():
+    return {k: os.environ[k] for k in SANITIZER_VARIABLES if k in os.environ}
+
+
 JSON_HEADER = b"Content-Type: application/json\r\n\r\n"
 FORBIDDEN = b"Status:403\r\n\r\n"
 
@@ -132,6 +147,7 @@ class Sim:
     def ctl(self, *words, check=True):
         r = subprocess.run(command(OPEN_SIM, "ctl", "--socket", self.socket, *words),
                            capture_output=True, timeout=30)
+        check_sanitizer_report("open-sim ctl", r.stderr)
         if check and r.returncode != 0:
             raise RuntimeError("ctl %s failed: %s" % (words, r.stderr.decode()))
         return r
@@ -161,7 +177,9 @@ class Sim:
         if self.proc.poll() is None:
             self.proc.terminate()
             self.proc.wait(timeout=10)
+        report = self.proc.stderr.read()
         self.proc.stderr.close()
+        check_sanitizer_report("open-sim serve", report)
 
 
 _token_counter = [0]
@@ -207,10 +225,12 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
         e["HTTP_SESSION"] = session
     if refresh is not None:
         e["HTTP_REFRESH"] = refresh
+    e.update(sanitizer_environment())
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
-    return Result(subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True,
-                                 timeout=timeout))
+    proc = subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True, timeout=timeout)
+    check_sanitizer_report("interfaces_v2.cgi " + method + " " + uri, proc.stderr)
+    return Result(proc)
 
 
 class SimTestCase(unittest.TestCase):

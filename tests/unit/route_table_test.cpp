@@ -48,6 +48,7 @@ class Dispatch : public testing::Test {
     return testing::internal::GetCapturedStdout();
   }
   void TearDown() override {
+    routeTableFree(table_);
     logClose();
     logUseFiles(nullptr);
   }
@@ -131,6 +132,7 @@ TEST(RouteTree, SegmentsAreSharedAndNewestFirst) {
   EXPECT_EQ(httpdAddCContent(nullptr, "/a", "x", METHOD_GET, 1, first), -1);
   EXPECT_STREQ(httpMethodName(3), "PUT");
   EXPECT_STREQ(httpMethodName(9), "Invalid method '9'");
+  routeTableFree(t);
 }
 
 // The last directory is remembered between registrations; a lookup must
@@ -160,6 +162,15 @@ TEST(RouteTree, RepeatedLookupsStayInTheirOwnTableAndPath) {
   }
   EXPECT_NE(routeDirGet(one, "/api/v2/interfaces/if"), routeDirGet(two, "/api/v2/interfaces/if"));
   EXPECT_EQ(routeDirGet(one, "/api")->firstChild->segment, std::string("v2"));
+  // A freed table's remembered directory must not answer for the next one,
+  // which the allocator may well place at the same address.
+  routeDirGet(two, "/api/v2/interfaces/pml");
+  routeTableFree(two);
+  RouteTable *three = routeTableCreate();
+  RouteNode *after = routeDirGet(three, "/api/v2/interfaces/pml");
+  EXPECT_EQ(three->root->firstChild->firstChild->firstChild->firstChild, after);
+  routeTableFree(three);
+  routeTableFree(one);
 }
 
 TEST(RegistrationList, EveryKeyRegisteredTwiceIsTakenOverByTheLaterRow) {

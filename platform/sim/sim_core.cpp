@@ -195,7 +195,9 @@ static std::string journalLine(const Call &c) {
   return line;
 }
 
-static constexpr size_t kJournalLimit = 200000;
+// Some minutes of 32 busy clients, and still well inside one control
+// reply (64 MiB); the oldest lines go first.
+static constexpr size_t kJournalLimit = 500000;
 
 static void record(Sim &s, std::string line) {
   if (s.journal.size() >= kJournalLimit) s.journal.pop_front();

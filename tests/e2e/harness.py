@@ -229,7 +229,7 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
     proc = subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True, timeout=timeout)
-    check_sanitizer_report("interfaces_v2.cgi " + method + " " + uri, proc.stderr)
+    check_sanitizer_report("interfaces_v2.cgi %s %s" % (method, uri), proc.stderr)
     return Result(proc)
 
 

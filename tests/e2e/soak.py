@@ -291,8 +291,9 @@ def read_session_locked(token):
 
 
 def parse_session(text, token):
-    """(user, stamp, privilege) of a refreshed session file, or None when it is not one."""
-    m = re.fullmatch(rb"([^\n]+)\n([0-9]+)\n(?:(r[ow])\n)?" + re.escape(token.encode()), text or b"")
+    """(user, stamp, privilege) of a session file as the login wrote it or as a request refreshed it
+    (then ending in the token), or None when it is neither."""
+    m = re.fullmatch(rb"([^\n]+)\n([0-9]+)\n(?:(r[ow])\n)?(?:" + re.escape(token.encode()) + rb")?", text or b"")
     if not m:
         return None
     return m.group(1).decode(), int(m.group(2)), m.group(3) and m.group(3).decode()

@@ -17,13 +17,23 @@ class LogWatch:
     def __enter__(self):
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"7")
-        self.start = os.path.getsize(LOG_FILE) if os.path.exists(LOG_FILE) else 0
+        st = os.stat(LOG_FILE) if os.path.exists(LOG_FILE) else None
+        self.start, self.inode = (st.st_size, st.st_ino) if st else (0, None)
         return self
 
     def __exit__(self, *exc):
+        # The block may have crossed a rotation: its first lines are then at
+        # the end of the rotated file, the rest in the new one.
+        rotated = self.inode is not None and os.stat(LOG_FILE).st_ino != self.inode
+        text = b""
+        if rotated and os.path.exists(LOG_FILE + ".old") and os.stat(LOG_FILE + ".old").st_ino == self.inode:
+            with open(LOG_FILE + ".old", "rb") as f:
+                f.seek(self.start)
+                text = f.read()
         with open(LOG_FILE, "rb") as f:
-            f.seek(self.start if os.path.getsize(LOG_FILE) >= self.start else 0)
-            self.text = f.read().decode(errors="replace")
+            f.seek(0 if rotated else self.start)
+            text += f.read()
+        self.text = text.decode(errors="replace")
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"6")
 

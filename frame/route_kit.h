@@ -48,7 +48,6 @@ struct QueryReader {
 };
 using ReaderOf = const QueryReader *;
 
-
 enum class Kind : uint8_t {
   Scan,        // query "name=" at a segment start, unsigned decimal
   Lookup,      // first query piece containing the name, unsigned decimal

@@ -107,8 +107,10 @@ RouteNode *routeDirGet(RouteTable *table, const char *path) {
     if (stop > seg) node = childNamed(node, seg, static_cast<size_t>(stop - seg));
     seg = stop + 1;
   }
-  if (node) gLastDir = {table, {}, node};
-  if (node) memcpy(gLastDir.path, path, static_cast<size_t>(end - path));
+  if (node) {
+    gLastDir = {table, {}, node};
+    memcpy(gLastDir.path, path, static_cast<size_t>(end - path));
+  }
   return node;
 }
 

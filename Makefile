@@ -1,11 +1,15 @@
 # make run   build, then serve the API against the simulated switch on 127.0.0.1:8080
 # make test  build, then run every test suite (again under ASan and UBSan)
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
+# make build-release  the Release build, warnings as errors
 # make bench  every benchmark side by side; writes bench/RESULTS.md
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
+RELEASE_BUILD ?= build-release
+# The project's own builds stop at any warning; a user's plain cmake build does not.
+WERROR = -DIF_WERROR=ON
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 SANITIZE_BUILD ?= build-asan
 FUZZ_BUILD ?= build-fuzz
@@ -14,7 +18,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build test test-sanitize test-arm64 bench fuzz run clean
+.PHONY: all deps configure build build-release test test-sanitize test-arm64 bench fuzz run clean
 
 all: build
 
@@ -22,7 +26,7 @@ deps:
 	@scripts/install-deps.sh
 
 configure: deps
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) >/dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) $(WERROR) >/dev/null
 
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
@@ -32,9 +36,14 @@ test: build
 	@cd $(BUILD) && ctest --output-on-failure
 	@$(MAKE) test-sanitize
 
+# The optimised build a switch image takes, warnings as errors; CI compiles it too.
+build-release: deps
+	@cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release $(WERROR) >/dev/null
+	@cmake --build $(RELEASE_BUILD) -j $(JOBS)
+
 # Every suite again, with everything built under ASan and UBSan.
 test-sanitize: deps
-	@cmake -S . -B $(SANITIZE_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DIF_SANITIZE=ON >/dev/null
+	@cmake -S . -B $(SANITIZE_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DIF_SANITIZE=ON $(WERROR) >/dev/null
 	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
 	@scripts/prepare-switch-dirs.sh
 	@cd $(SANITIZE_BUILD) && $(SANITIZER_OPTIONS) ctest --output-on-failure
@@ -55,7 +64,7 @@ BUILD_ARM64 ?= build-arm64
 
 test-arm64:
 	@scripts/install-deps.sh arm64
-	@cmake -S . -B $(BUILD_ARM64) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+	@cmake -S . -B $(BUILD_ARM64) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) $(WERROR) \
 	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake >/dev/null
 	@cmake --build $(BUILD_ARM64) -j $(JOBS)
 	@for f in interfaces_v2.cgi route-dump platform/open-sim tests/unit_tests; do \
@@ -75,4 +84,4 @@ bench:
 	@python3 bench/run_bench.py --build $(BUILD) --arm-build $(BUILD_ARM64)
 
 clean:
-	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD) $(RELEASE_BUILD)

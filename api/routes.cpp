@@ -1,13 +1,15 @@
 // The registration list. Order matters: a later registration of the same
 // path, name and method shadows the earlier one, and some keys are
 // registered twice on purpose so that a richer late handler takes over.
+// Every shadowed row says so (SHADOWED_ROUTE); the check below the list
+// holds the marks and the order to each other.
 #include "api/routes.h"
 
+#include "api/program.h"
+
 #include <iterator>
-#include <utility>
 
 #include "api/green/green_history.h"
-#include "api/green/green_kit.h"
 #include "api/green/green_texts.h"
 #include "api/if/attribute_texts.h"
 #include "api/if/composite_routes.h"
@@ -33,7 +35,7 @@ using namespace kit;
 #define APP "/api/v2/interfaces/interface-app"
 
 constexpr RouteRow kRoutes[] = {
-    // 1-5: green Ethernet, first block.
+    // Green Ethernet, first block.
     ROUTE(GREEN, METHOD_GET, "valid-intf-first",
           Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out("intIfNum")>),
     ROUTE(GREEN, METHOD_GET, "valid-intf-next",
@@ -45,7 +47,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(GREEN, METHOD_PUT, "energy-detect-mode",
           Set<rpcclt_openapiGreenEthrEnergyDetectModeSet, scan("intIfNum"), bodyIs("mode", "enable")>),
 
-    // 6-9: energy-efficient Ethernet, first block.
+    // Energy-efficient Ethernet, first block.
     ROUTE(EEE, METHOD_POST, "is-valid-intf",
           Check<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeIsValidIntf, scan("intIfNum"), out("valid", kTrue)>),
     ROUTE(EEE, METHOD_GET, "valid-intf-first",
@@ -56,7 +58,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeAdminModeGet, scan("intIfNum"),
                out("adminMode", kEnable)>),
 
-    // 10-12: power estimates, first block.
+    // Power estimates, first block.
     ROUTE(PWR_EST, METHOD_GET, "intf-cur-pwr",
           Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCurPwrGet, scan("intIfNum"), out("pwrConsumption")>),
     ROUTE(PWR_EST, METHOD_GET, "global-cur-pwr",
@@ -64,7 +66,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(PWR_EST, METHOD_GET, "intf-cum-saving",
           Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCumSavingGet, scan("intIfNum"), out("pwrSaving")>),
 
-    // 13-17: power-saving history, first block.
+    // Power-saving history, first block.
     // Switch-wide values despite "intf" in their names.
     ROUTE(PWR_HIST, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
           Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body("sampleInterval")>),
@@ -76,7 +78,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out("maxSamples")>),
     HANDLER(PWR_HIST, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry),
 
-    // 18-34: interface enumeration and identity.
+    // Interface enumeration and identity.
     ROUTE(IF, METHOD_GET, "first", Read<"if", openapiIfFirstGet, lookup("ifType"), out("firstIfNum")>),
     ROUTE(IF, METHOD_GET, "next", Read<"if", openapiIfNextGet, lookup("ifType"), scan("ifNum"), out("nextIfNum")>),
     ROUTE(IF, METHOD_GET, "next-changed",
@@ -97,17 +99,17 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "mac-addr-size", Read<"if", rpcclt_openapiIfMacAddrSizeGet, scan("ifNum"), out("size")>),
     ROUTE(IF, METHOD_GET, "mac-addr", Read<"if", rpcclt_openapiIfMacAddrGet, scan("ifNum"), outText("mac_addr", 19)>),
     ROUTE(IF, METHOD_GET, "descr-size", Read<"if", rpcclt_openapiIfDescrSizeGet, scan("ifNum"), out("size")>),
-    ROUTE(IF, METHOD_GET, "descr", Read<"if", rpcclt_openapiIfDescrGet, scan("ifNum"), outText("descrip", 256)>),
-    ROUTE(IF, METHOD_GET, "status", Read<"if", rpcclt_openapiIfStatusGet, scan("ifNum"), out("ifStatus", kIfAttach)>),
-    ROUTE(IF, METHOD_GET, "num", Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "descr", Read<"if", rpcclt_openapiIfDescrGet, scan("ifNum"), outText("descrip", 256)>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "status", Read<"if", rpcclt_openapiIfStatusGet, scan("ifNum"), out("ifStatus", kIfAttach)>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "num", Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
 
-    // 35-38: the first single counters.
+    // The first single counters.
     ROUTE(IF, METHOD_GET, "in-octets", CounterRead<rpcclt_openapiIfInOctetsGet>),
     ROUTE(IF, METHOD_GET, "in-ucast-pkts", CounterRead<rpcclt_openapiIfInUcastPktsGet>),
     ROUTE(IF, METHOD_GET, "in-discards", CounterRead<rpcclt_openapiIfInDiscardsGet>),
     ROUTE(IF, METHOD_GET, "in-errors", CounterRead<rpcclt_openapiIfInErrorsGet>),
 
-    // 39-43: MAC locking, global switches.
+    // MAC locking, global switches.
     ROUTE(PML, METHOD_GET, "global-admin-mode",
           Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out("adminMode", kPmlEnable)>),
     ROUTE(PML, METHOD_PUT, "global-admin-mode",
@@ -118,34 +120,34 @@ constexpr RouteRow kRoutes[] = {
           Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out("adminMode", kPmlEnable)>),
     ROUTE(PML, METHOD_PUT, "vlan-admin-mode", Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs("adminMode", "enable")>),
 
-    // 44: cable diagnostics.
+    // Cable diagnostics.
     ROUTE(IF_ROOT, METHOD_GET, "cable-status",
           Read<"cableStatus", rpcclt_openapiCableStatusGet, scan("ifNum"), out("cableStatus", kCableStatus),
                out("lengthKnown"), out("shortestLength"), out("longestLength"), out("cableFailureLength")>),
 
-    // 45-49: the remaining single counters.
+    // The remaining single counters.
     ROUTE(IF, METHOD_GET, "in-unknown-protos", CounterRead<rpcclt_openapiIfInUnknownProtosGet>),
     ROUTE(IF, METHOD_GET, "out-octets", CounterRead<rpcclt_openapiIfOutOctetsGet>),
     ROUTE(IF, METHOD_GET, "out-ucast-pkts", CounterRead<rpcclt_openapiIfOutUcastPktsGet>),
     ROUTE(IF, METHOD_GET, "out-discards", CounterRead<rpcclt_openapiIfOutDiscardsGet>),
     ROUTE(IF, METHOD_GET, "out-errors", CounterRead<rpcclt_openapiIfOutErrorsGet>),
 
-    // 50-78: port attributes, reads then sets.
+    // Port attributes, reads then sets.
     ROUTE(IF, METHOD_GET, "speed-mode",
           Read<"if", rpcclt_openapiIfSpeedModeGet, scan("ifNum"), out("speed", kIfSpeedName, kIfSpeedUnknown)>),
     ROUTE(IF, METHOD_GET, "duplex-mode",
           Read<"if", rpcclt_openapiIfDuplexModeGet, scan("ifNum"), out("duplex_mode", kIfDuplex)>),
     ROUTE(IF, METHOD_GET, "duplex", Read<"if", openapiIfDuplexGet, scan("ifNum"), out("duplex_mode", kIfDuplex)>),
-    ROUTE(IF, METHOD_GET, "auto-neg", Read<"if", openapiIfAutoNegGet, scan("ifNum"), out("autoneg", kIfAutoNeg)>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "auto-neg", Read<"if", openapiIfAutoNegGet, scan("ifNum"), out("autoneg", kIfAutoNeg)>),
     ROUTE(IF, METHOD_GET, "ethernet-header-size",
           Read<"if", rpcclt_openapiIfEthernetHeaderSizeGet, scan("ifNum"), out("headerSize")>),
     ROUTE(IF, METHOD_GET, "max-frame-size",
           Read<"if", openapiIfMaxFrameSizeGet, scan("ifNum"), out("maxFrameSize")>),
-    ROUTE(IF, METHOD_GET, "soft-shutdown-state",
+    SHADOWED_ROUTE(IF, METHOD_GET, "soft-shutdown-state",
           Read<"if", rpcclt_openapiIfSoftShutdownStateGet, scan("ifNum"), out("soft_shut", kIfEnable)>),
-    ROUTE(IF, METHOD_GET, "admin-state",
+    SHADOWED_ROUTE(IF, METHOD_GET, "admin-state",
           Read<"if", openapiIfAdminStateGet, scan("ifNum"), out("adminState", kIfEnable)>),
-    ROUTE(IF, METHOD_GET, "link-trap",
+    SHADOWED_ROUTE(IF, METHOD_GET, "link-trap",
           Read<"if", rpcclt_openapiIfLinkTrapGet, scan("ifNum"), out("link-trap", kIfEnable)>),
     ROUTE(IF, METHOD_GET, "capabilities",
           Read<"if", rpcclt_openapiIfCapabilitiesGet, scan("ifNum"), out("portCapability")>),
@@ -166,8 +168,8 @@ constexpr RouteRow kRoutes[] = {
           Read<"if", rpcclt_openapiIfExpPortFirstPeerGet, scan("ifNum"), out("peerIfNum")>),
     ROUTE(IF, METHOD_GET, "port-speed-lane-count",
           Read<"if", rpcclt_openapiIfPortSpeedLaneCountGet, scan("ifNum"), out("laneCount")>),
-    ROUTE(IF, METHOD_GET, "speed", Fixed<"if", CODE_UNSUPPORTED>),
-    ROUTE(IF, METHOD_GET, "mtu-size", Fixed<"if", CODE_UNSUPPORTED>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "speed", Fixed<"if", CODE_UNSUPPORTED>),
+    SHADOWED_ROUTE(IF, METHOD_GET, "mtu-size", Fixed<"if", CODE_UNSUPPORTED>),
     ROUTE(IF, METHOD_PUT, "speed",
           Set<rpcclt_openapiIfSpeedSet, scan("ifNum"), bodyMapped("speed", kIfSpeedNameValue)>),
     ROUTE(IF, METHOD_PUT, "auto-neg", Set<rpcclt_openapiIfAutoNegSet, scan("ifNum"), body("autoneg")>),
@@ -184,7 +186,7 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiIfLinkTrapSet, scan("ifNum"), bodyIs("link-trap", "enable", "mode")>),
     ROUTE(IF, METHOD_PUT, "descr", Set<rpcclt_openapiIfDescrSet, scan("ifNum"), bodyText("descrip", 255)>),
 
-    // 79-86: port expansion and FEC.
+    // Port expansion and FEC.
     ROUTE(IF, METHOD_GET, "intf-expandable-port-next",
           Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan("prevIfNum"), out("nextIfNum")>),
     HANDLER(IF, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet),
@@ -202,11 +204,11 @@ constexpr RouteRow kRoutes[] = {
                out("expandPortMode", kIfExpandMode), outText("peerIntfs", 256), out("peerCount")>),
     ROUTE(IF, METHOD_PUT, "intf-fec-mode",
           Set<rpcclt_openapiIntfFECModeSet, scan("ifNum"), bodyMapped("fecMode", kIfFecModeValue)>),
-    ROUTE(IF, METHOD_GET, "intf-fec-mode",
+    SHADOWED_ROUTE(IF, METHOD_GET, "intf-fec-mode",
           Read<"if", rpcclt_openapiIntfFECModeGet, scan("ifNum"), out("fecConfigMode", kIfFecMode),
                out("fecOperMode", kIfFecMode)>),
 
-    // 87-92: D-Disable recovery, first part.
+    // D-Disable recovery, first part.
     HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-interval", recoveryIntervalSetHandler),
     HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-interval", recoveryIntervalGetHandler),
     HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-cause", recoveryCauseGetHandler),
@@ -214,7 +216,7 @@ constexpr RouteRow kRoutes[] = {
     HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-intf-next", nextPhysicalIfHandler),
     HANDLER(IF, METHOD_GET, "ddisable-reason-intf-next", nextPhysicalIfHandler),
 
-    // 93-101: interface application settings.
+    // Interface application settings.
     ROUTE(APP, METHOD_GET, "time-range",
           Read<"interfaceApp", rpcclt_openapiInterfaceAppTimeRangeGet, scan("intIfNum"), outText("timeRange", 256)>),
     HANDLER(APP, METHOD_PUT, "time-range", interfaceAppTimeRangeSet),
@@ -240,7 +242,7 @@ constexpr RouteRow kRoutes[] = {
           LedGated<LedPort::FromQuery, Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet,
                                             scan("ifNum"), out("brightness")>>),
 
-    // 102-114: green Ethernet, second block.
+    // Green Ethernet, second block.
     // Short reach speaks "true"/"false" where energy detect speaks "enable".
     ROUTE(GREEN, METHOD_PUT, "shrt-rch-auto-mode",
           Set<rpcclt_openapiGreenEthrShrtRchAutoModeSet, scan("intIfNum"), bodyIs("mode", "true")>),
@@ -274,7 +276,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(GREEN, METHOD_PUT, "global-short-reach-mode",
           Set<rpcclt_openapiGreenEthrGlobalShortReachModeSet, bodyIs("adminMode", "enable")>),
 
-    // 115-146: energy-efficient Ethernet, second block.
+    // Energy-efficient Ethernet, second block.
     ROUTE(EEE, METHOD_PUT, "admin-mode",
           Set<rpcclt_openapiGreenEthrEeeAdminModeSet, scan("intIfNum"), bodyIs("adminMode", "enable")>),
     ROUTE(EEE, METHOD_GET, "tx-idle-time",
@@ -301,9 +303,8 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(EEE, METHOD_GET, "rx-duration",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDurationGet, scan("intIfNum"), out("high"),
                out("low")>),
-    // Registered twice on purpose: the broken-down form, registered later,
-    // is the one that serves.
-    ROUTE(EEE, METHOD_GET, "time-since-last-stats-reset",
+    // The broken-down form, registered later, is the one that serves.
+    SHADOWED_ROUTE(EEE, METHOD_GET, "time-since-last-stats-reset",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, scan("intIfNum"),
                out("value")>),
     ROUTE(EEE, METHOD_GET, "time-since-last-stats-reset",
@@ -359,7 +360,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrFeaturesSupportedGet, scan("unit"),
                outText("featureString", 512)>),
 
-    // 147-149: power estimates, second block.
+    // Power estimates, second block.
     ROUTE(PWR_EST, METHOD_GET, "global-cum-saving",
           Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCumSavingGet, out("pwrSaving")>),
     ROUTE(PWR_EST, METHOD_GET, "global-pwr-saving",
@@ -367,13 +368,13 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(PWR_EST, METHOD_DELETE, "ethr-intf-statistics",
           Set<rpcclt_openapiGreenEthrIntfStatisticsClear, scan("intIfNum")>),
 
-    // 150-152: power-saving history, second block.
+    // Power-saving history, second block.
     HANDLER(PWR_HIST, METHOD_GET, "intf-next-entry", greenHistoryNextEntry),
     HANDLER(PWR_HIST, METHOD_GET, "intf-next-sample", greenHistoryNextSample),
     ROUTE(PWR_HIST, METHOD_DELETE, "intf-statistics",
           Set<rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, scan("intIfNum")>),
 
-    // 153-201: MAC locking, per interface and VLAN, address entries.
+    // MAC locking, per interface and VLAN, address entries.
     ROUTE(PML, METHOD_GET, "next-valid-intf",
           Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan("ifNum"), out("nextIfNum")>),
     // A check that replies like a read although registered as POST.
@@ -484,19 +485,19 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(PML, METHOD_DELETE, "dot1qci-stream",
           Set<rpcclt_openapiPmlDot1qciStreamDelete, scan("ifNum"), queryMac(), scan("vlanId"), scan("streamID")>),
 
-    // 202-204: D-Disable recovery (second part).
+    // D-Disable recovery (second part).
     HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-feature-list", recoveryFeatureListHandler),
     HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-time-left", recoveryTimeLeftHandler),
     ROUTE(IF, METHOD_GET, "ddisable-reason", Fixed<"if", CODE_UNSUPPORTED>),
 
-    // 205-223: the late interface block. 205-208: summaries, name lookup
-    // and the all-counters reset.
+    // The late interface block: summaries, name lookup and the
+    // all-counters reset.
     HANDLER(IF, METHOD_GET, "status", statusSummaryHandler),
     HANDLER(IF, METHOD_GET, "counters", counterSummaryHandler),
     HANDLER(IF, METHOD_GET, "num", nameLookupHandler),
     HANDLER(IF "/all-counters", METHOD_POST, "reset", allCountersResetHandler),
 
-    // 209-222: composite routes that take over earlier keys.
+    // Composite routes that take over earlier keys.
     HANDLER(IF, METHOD_GET, "admin-state", ifCompositeAdminStateGet),
     HANDLER(IF, METHOD_GET, "auto-neg", ifCompositeAutoNegGet),
     HANDLER(IF, METHOD_GET, "speed", ifCompositeSpeedGet),
@@ -512,23 +513,34 @@ constexpr RouteRow kRoutes[] = {
     HANDLER(IF, METHOD_GET, "expandable-mode", ifCompositeExpandableModeGet),
     HANDLER(IF, METHOD_PUT, "expandable-mode", ifCompositeExpandableModeSet),
 
-    // 223: the single-interface counter reset, last of all.
+    // The single-interface counter reset, last of all.
     HANDLER(IF "/counters", METHOD_POST, "reset", counterResetHandler),
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 
-// Registration is unrolled at compile time: each call gets its path, name
-// and handler as constants in the code, so the program never reads the
-// list itself and does not relocate it at every start.
-template <size_t I>
-void registerRow(RouteTable *table) {
-  constexpr RouteRow row = kRoutes[I];
-  httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);
+namespace {
+
+constexpr bool sameText(const char *a, const char *b) {
+  while (*a && *a == *b) ++a, ++b;
+  return *a == *b;
 }
 
-template <size_t... I>
-void registerRows(RouteTable *table, std::index_sequence<I...>) {
-  (registerRow<I>(table), ...);
+constexpr bool sameKey(const RouteRow &a, const RouteRow &b) {
+  return a.method == b.method && sameText(a.path, b.path) && sameText(a.name, b.name);
 }
 
-void registerRoutes(RouteTable *table) { registerRows(table, std::make_index_sequence<std::size(kRoutes)>{}); }
+constexpr bool shadowMarksHold() {
+  for (size_t i = 0; i < std::size(kRoutes); ++i) {
+    bool later = false;
+    for (size_t j = i + 1; j < std::size(kRoutes) && !later; ++j) later = sameKey(kRoutes[i], kRoutes[j]);
+    if (later != kRoutes[i].shadowed) return false;
+  }
+  return true;
+}
+static_assert(shadowMarksHold(), "a row is shadowed by a later one of the same key exactly when it is marked so");
+
+}  // namespace
+
+void registerRoutes(RouteTable *table) {
+  for (const RouteRow &row : kRoutes) httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);
+}

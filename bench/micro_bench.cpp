@@ -4,7 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "api/routes.h"
+#include "api/program.h"
 #include "frame/envelope.h"
 #include "frame/params.h"
 #include "frame/route_table.h"

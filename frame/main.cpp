@@ -1,8 +1,7 @@
 // interfaces_v2.cgi: one HTTP request under /api/v2/interfaces per run.
-#include "api/routes.h"
+#include "api/program.h"
 #include "frame/log.h"
 #include "frame/route_table.h"
-#include "switch/open_client.h"
 
 namespace {
 // Held until exit rather than freed: the process ends right after the
@@ -12,7 +11,7 @@ RouteTable *gRoutes = nullptr;
 
 int main() {
   logOpen(LOG_TO_FILE, 8, "quill_cgi");
-  if (initHandler("interfaces_v2.cgi", &gOpenClient) < 0) {
+  if (!programConnect()) {
     // The web server gets an empty reply; the reason is in the log.
     logClose();
     return -1;
@@ -21,7 +20,7 @@ int main() {
   if (!gRoutes) return 1;
   registerRoutes(gRoutes);
   httpdProcessRequest(gRoutes);
-  openapiClientTearDown(&gOpenClient);
+  programDisconnect();
   logClose();
   return 0;
 }

@@ -73,43 +73,23 @@ RouteTable *routeTableCreate(void) {
   return table;
 }
 
-// The table is built anew by every process, 223 registrations in runs of
-// the same directory, so the last directory is remembered and the path is
-// walked in place rather than copied and tokenised. Nodes are never removed
-// from a live table; freeing a table forgets its remembered directory.
-namespace {
-
-struct LastDir {
-  const RouteTable *table = nullptr;
-  char path[kPathBuf] = {};
-  RouteNode *node = nullptr;
-};
-LastDir gLastDir;
-
-}  // namespace
-
 void routeTableFree(RouteTable *table) {
   if (!table) return;
-  if (gLastDir.table == table) gLastDir = {};
   freeNode(table->root);
   free(table);
 }
 
+// Walks the path in place: segments are the runs between "/"s, empty ones
+// vanish, and a path longer than the buffer the walk allows is cut.
 RouteNode *routeDirGet(RouteTable *table, const char *path) {
   if (!table || !table->root || !path) return nullptr;
-  if (gLastDir.table == table && gLastDir.node && strncmp(gLastDir.path, path, kPathBuf - 1) == 0)
-    return gLastDir.node;
-  const char *end = path + strnlen(path, kPathBuf - 1);  // a longer path is cut
+  const char *end = path + strnlen(path, kPathBuf - 1);
   RouteNode *node = table->root;
   for (const char *seg = path; node && seg < end;) {
     const char *stop = static_cast<const char *>(memchr(seg, '/', static_cast<size_t>(end - seg)));
     if (!stop) stop = end;
     if (stop > seg) node = childNamed(node, seg, static_cast<size_t>(stop - seg));
     seg = stop + 1;
-  }
-  if (node) {
-    gLastDir = {table, {}, node};
-    memcpy(gLastDir.path, path, static_cast<size_t>(end - path));
   }
   return node;
 }

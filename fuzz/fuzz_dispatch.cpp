@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "api/routes.h"
+#include "api/program.h"
 #include "frame/route_table.h"
 #include "fuzz/fuzz_support.h"
 

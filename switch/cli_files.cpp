@@ -1,5 +1,6 @@
 #include "switch/cli_files.h"
 
+#include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -8,7 +9,11 @@
 #include "frame/envelope.h"
 #include "frame/log.h"
 
+const char kCliWorkDir[] = "/mnt/application/quill/tmp";
+
 namespace {
+
+const char *gWorkDir = kCliWorkDir;
 
 open_buffdesc describe(char *text) { return {static_cast<uint32_t>(strlen(text) + 1), text}; }
 
@@ -25,6 +30,17 @@ bool writeScript(const char *path, const char *first, const char *second) {
 }
 
 }  // namespace
+
+void cliUseWorkDir(const char *dir) { gWorkDir = dir ? dir : kCliWorkDir; }
+
+void cliWorkFile(char *path, const char *format, ...) {
+  int n = snprintf(path, kCliFileNameBuf, "%s/", gWorkDir);
+  if (n < 0 || static_cast<size_t>(n) >= kCliFileNameBuf) return;
+  va_list args;
+  va_start(args, format);
+  vsnprintf(path + n, kCliFileNameBuf - static_cast<size_t>(n), format, args);
+  va_end(args);
+}
 
 void strCopyBounded(char *dst, const char *src, size_t size) {
   if (!dst || !src || size == 0) return;
@@ -89,8 +105,8 @@ uint32_t txtCfgApply(openapiClientHandle_t *handle, const char *inputName, const
 
 uint32_t cliModeCommandApply(openapiClientHandle_t *handle, const char *first, const char *second) {
   char script[kCliFileNameBuf], output[kCliFileNameBuf];
-  strCopyBounded(script, kCliScriptFile, sizeof script);
-  strCopyBounded(output, kCliOutputFile, sizeof output);
+  cliWorkFile(script, "quill_cmd_in_file.txt");
+  cliWorkFile(output, "quill_cmd_out_file.txt");
   unlink(script);
   unlink(output);
   if (!writeScript(script, first, second)) return CODE_GENERAL_FAILED;

@@ -9,10 +9,14 @@
 
 #include "open_api.h"
 
-#define CLI_WORK_DIR "/mnt/application/quill/tmp"
-inline constexpr char kCliScriptFile[] = CLI_WORK_DIR "/quill_cmd_in_file.txt";
-inline constexpr char kCliOutputFile[] = CLI_WORK_DIR "/quill_cmd_out_file.txt";
 inline constexpr size_t kCliFileNameBuf = 96;
+
+// The folder of the exchange's files; tests point it elsewhere (null: back
+// to the switch's own folder).
+extern const char kCliWorkDir[];
+void cliUseWorkDir(const char *dir);
+// "<work folder>/<name>" into `path` (kCliFileNameBuf bytes), cut to fit.
+void cliWorkFile(char *path, const char *format, ...) __attribute__((format(printf, 2, 3)));
 inline constexpr size_t kCliCommandBuf = 255;
 inline constexpr size_t kShowTextBuf = 8192;
 

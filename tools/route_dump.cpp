@@ -24,7 +24,7 @@ const char *kindName(kit::Kind k) {
   return "?";
 }
 
-void printDetail(const kit::RouteDoc *doc) {
+void printDetail(const RouteDoc *doc) {
   if (!doc) {
     fputs("\thand-written", stdout);
     return;

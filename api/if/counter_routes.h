@@ -6,7 +6,7 @@
 #include <cjson/cJSON.h>
 #include <stdint.h>
 
-#include "frame/route_kit.h"
+#include "api/route_kit.h"
 
 // One counter of the interface named by the loose "interface" lookup.
 template <auto Call>

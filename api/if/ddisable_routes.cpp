@@ -20,7 +20,7 @@ constexpr size_t kApplyResultBuf = 8192;
 
 uint32_t showRecoveryToFile(HeapText *text) {
   char file[kCliFileNameBuf];
-  snprintf(file, sizeof file, CLI_WORK_DIR "/if_show_%d", static_cast<int>(getpid()));
+  cliWorkFile(file, "if_show_%d", static_cast<int>(getpid()));
   char *buf = nullptr;
   uint32_t code = cliShowToText(&gOpenClient, kShowRecovery, file, kShowTextBuf, &buf);
   text->reset(buf);
@@ -31,7 +31,7 @@ uint32_t showRecoveryToFile(HeapText *text) {
 uint32_t showRecoveryToBuffer(HeapText *text) {
   static unsigned sequence = 0;
   char file[kCliFileNameBuf];
-  snprintf(file, sizeof file, "%s/ifCliFb_%s_%d_%u", CLI_WORK_DIR, "show", static_cast<int>(getpid()), sequence++);
+  cliWorkFile(file, "ifCliFb_show_%d_%u", static_cast<int>(getpid()), sequence++);
   char *buf = nullptr;
   uint32_t code = cliShowToText(&gOpenClient, kShowRecovery, file, kRecoveryBuffer, &buf);
   text->reset(buf);

@@ -1,7 +1,7 @@
 #include "api/if/expansion_routes.h"
 
 #include "api/if/attribute_texts.h"
-#include "frame/route_kit.h"
+#include "api/route_kit.h"
 
 // The mode arrives as its platform name through the loose query lookup;
 // a missing or unknown name asks about "none".

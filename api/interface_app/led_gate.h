@@ -3,7 +3,7 @@
 #ifndef API_INTERFACE_APP_LED_GATE_H
 #define API_INTERFACE_APP_LED_GATE_H
 
-#include "frame/route_kit.h"
+#include "api/route_kit.h"
 
 namespace kit {
 
@@ -15,26 +15,16 @@ enum class LedPort : uint8_t {
 
 bool ledColorSupported(LedPort port);
 
-// A refused read keeps its group; a refused set has none and a newline.
-template <class Inner>
-struct Refusal;
-template <Name Group, auto Call, Arg... A>
-struct Refusal<Read<Group, Call, A...>> {
-  static void reply() { replyRead(CODE_UNSUPPORTED, Group.s, nullptr); }
-};
-template <auto Call, Arg... A>
-struct Refusal<Set<Call, A...>> {
-  static void reply() { replySetResult(CODE_UNSUPPORTED); }
-};
-
-// `Inner` is the Read or Set the route runs once the gate is passed.
+// `Inner` is the read or set the route runs once the gate is passed; a
+// refusal answers 17002 in Inner's reply shape.
 template <LedPort Port, class Inner>
 struct LedGated {
-  static constexpr RouteDoc doc = Inner::doc;
+  using Gated = Inner;
+  static constexpr const char *group = Inner::group;
 
   static uint32_t handle() {
     if (!ledColorSupported(Port)) {
-      Refusal<Inner>::reply();
+      Inner::Reply::answer(CODE_UNSUPPORTED, nullptr);
       return 0;
     }
     return Inner::handle();

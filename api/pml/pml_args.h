@@ -6,7 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#include "frame/route_kit.h"
+#include "api/route_kit.h"
 
 // Room for 17 characters and the terminator, in and out alike.
 inline constexpr uint32_t kPmlMacSize = 18;

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <map>
-#include <set>
 #include <string>
 
-#include "api/routes.h"
 #include "frame/log.h"
 #include "frame/route_table.h"
 #include "test_support.h"
@@ -133,66 +130,6 @@ TEST(RouteTree, SegmentsAreSharedAndNewestFirst) {
   EXPECT_STREQ(httpMethodName(3), "PUT");
   EXPECT_STREQ(httpMethodName(9), "Invalid method '9'");
   routeTableFree(t);
-}
-
-// The last directory is remembered between registrations; a lookup must
-// still land in the asking table's own tree and on the right node.
-TEST(RouteTree, RepeatedLookupsStayInTheirOwnTableAndPath) {
-  RouteTable *one = routeTableCreate();
-  RouteTable *two = routeTableCreate();
-  struct Step {
-    RouteTable *table;
-    const char *path;
-    const char *leaf;
-  } steps[] = {
-      {one, "/api/v2/interfaces/if", "if"}, {one, "/api/v2/interfaces/if", "if"},
-      {two, "/api/v2/interfaces/if", "if"}, {one, "/api/v2/interfaces", "interfaces"},
-      {one, "/api/v2/interfaces/if", "if"}, {two, "/api/v2/interfaces/pml", "pml"},
-      {two, "/api/v2/interfaces/if/", "if"},
-  };
-  std::map<std::pair<RouteTable *, std::string>, RouteNode *> first;
-  for (const Step &s : steps) {
-    RouteNode *node = routeDirGet(s.table, s.path);
-    ASSERT_NE(node, nullptr) << s.path;
-    EXPECT_STREQ(node->segment, s.leaf) << s.path;
-    std::string canonical = s.path;
-    if (canonical.back() == '/') canonical.pop_back();
-    auto [it, inserted] = first.emplace(std::make_pair(s.table, canonical), node);
-    EXPECT_EQ(it->second, node) << s.path << " moved to another node";
-  }
-  EXPECT_NE(routeDirGet(one, "/api/v2/interfaces/if"), routeDirGet(two, "/api/v2/interfaces/if"));
-  EXPECT_EQ(routeDirGet(one, "/api")->firstChild->segment, std::string("v2"));
-  // A freed table's remembered directory must not answer for the next one,
-  // which the allocator may well place at the same address.
-  routeDirGet(two, "/api/v2/interfaces/pml");
-  routeTableFree(two);
-  RouteTable *three = routeTableCreate();
-  RouteNode *after = routeDirGet(three, "/api/v2/interfaces/pml");
-  EXPECT_EQ(three->root->firstChild->firstChild->firstChild->firstChild, after);
-  routeTableFree(three);
-  routeTableFree(one);
-}
-
-TEST(RegistrationList, EveryKeyRegisteredTwiceIsTakenOverByTheLaterRow) {
-  // The keys that the late handlers are meant to take over; a row that
-  // appears twice for any other key is a mistake.
-  std::map<std::string, int> seen;
-  for (size_t i = 0; i < kRouteCount; ++i)
-    ++seen[std::string(kRoutes[i].path) + " " + kRoutes[i].name + " " + httpMethodName(kRoutes[i].method)];
-  const std::set<std::string> doubled = {
-      "/api/v2/interfaces/if speed GET",  "/api/v2/interfaces/if auto-neg GET",
-      "/api/v2/interfaces/if mtu-size GET", "/api/v2/interfaces/if soft-shutdown-state GET",
-      "/api/v2/interfaces/if descr GET",  "/api/v2/interfaces/if admin-state GET",
-      "/api/v2/interfaces/if status GET", "/api/v2/interfaces/if num GET",
-      "/api/v2/interfaces/if link-trap GET", "/api/v2/interfaces/if intf-fec-mode GET",
-      "/api/v2/interfaces/green-ethernet-eee-api time-since-last-stats-reset GET",
-  };
-  for (const auto &[key, count] : seen) {
-    EXPECT_LE(count, 2) << key;
-    if (count == 2) {
-      EXPECT_TRUE(doubled.count(key)) << key;
-    }
-  }
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <string>
 
@@ -37,23 +36,26 @@ TEST(ConnectivityWait, RetriesWithPausesUpToSevenChecks) {
   }
 }
 
-// The CLI exchange against the simulated switch, in the real work folder.
+// The CLI exchange against the simulated switch, in a work folder of its own.
 class CliExchange : public testing::Test {
  protected:
   void SetUp() override {
-    mkdir("/mnt/application", 0755);
-    mkdir("/mnt/application/quill", 0755);
-    mkdir(CLI_WORK_DIR, 0777);
+    cliUseWorkDir(work_.path().c_str());
     ASSERT_EQ(openapiClientRegister("unit", &client_), OPEN_E_NONE);
   }
-  void TearDown() override { openapiClientTearDown(&client_); }
+  void TearDown() override {
+    openapiClientTearDown(&client_);
+    cliUseWorkDir(nullptr);
+  }
   InProcessSim sim_;
+  TempDir work_;
+  std::string script_ = work_.file("quill_cmd_in_file.txt"), output_ = work_.file("quill_cmd_out_file.txt");
   openapiClientHandle_t client_ = {};
 };
 
 TEST_F(CliExchange, ShowOutputIsReadAndTheFileRemoved) {
   char *text = nullptr;
-  std::string file = std::string(CLI_WORK_DIR) + "/unit_show_" + std::to_string(getpid());
+  std::string file = work_.file("unit_show");
   ASSERT_EQ(cliShowToText(&client_, "show errdisable recovery", file.c_str(), kShowTextBuf, &text), 0u);
   EXPECT_NE(strstr(text, "Timeout for Auto-recovery from D-Disable state"), nullptr);
   EXPECT_NE(access(file.c_str(), F_OK), 0);
@@ -72,7 +74,7 @@ TEST_F(CliExchange, LongShowOutputIsCut) {
   cJSON_free(printed);
   ASSERT_EQ(openapiClientRegister("unit", &client_), OPEN_E_NONE);
   char *text = nullptr;
-  std::string file = std::string(CLI_WORK_DIR) + "/unit_big";
+  std::string file = work_.file("unit_big");
   ASSERT_EQ(cliShowToText(&client_, "show big", file.c_str(), kShowTextBuf, &text), 0u);
   EXPECT_EQ(strlen(text), 8191u);
   free(text);
@@ -81,10 +83,10 @@ TEST_F(CliExchange, LongShowOutputIsCut) {
 TEST_F(CliExchange, ConfigurationIsAppliedAndFilesRemoved) {
   char buf[8192];
   EXPECT_EQ(cliConfigScriptApply(&client_, "configure", "errdisable recovery interval 600", buf, sizeof buf), 0u);
-  EXPECT_NE(access(kCliScriptFile, F_OK), 0);
-  EXPECT_NE(access(kCliOutputFile, F_OK), 0);
+  EXPECT_NE(access(script_.c_str(), F_OK), 0);
+  EXPECT_NE(access(output_.c_str(), F_OK), 0);
   char *text = nullptr;
-  std::string file = std::string(CLI_WORK_DIR) + "/unit_after";
+  std::string file = work_.file("unit_after");
   ASSERT_EQ(cliShowToText(&client_, "show errdisable recovery", file.c_str(), kShowTextBuf, &text), 0u);
   EXPECT_NE(strstr(text, "D-Disable state....... 600"), nullptr) << text;
   free(text);
@@ -93,11 +95,11 @@ TEST_F(CliExchange, ConfigurationIsAppliedAndFilesRemoved) {
 TEST_F(CliExchange, ARejectedScriptLeavesItsFilesAndChangesNothing) {
   char buf[16];
   EXPECT_EQ(cliConfigScriptApply(&client_, "configure", "errdisable recovery interval 5", buf, sizeof buf), 10000u);
-  std::string script = readText(kCliScriptFile);
+  std::string script = readText(script_);
   EXPECT_EQ(script, "end\nconfigure\nconfigure\nerrdisable recovery interval 5\nend\nconfigure\nend\nconfigure\n");
-  EXPECT_EQ(access(kCliOutputFile, F_OK), 0);
+  EXPECT_EQ(access(output_.c_str(), F_OK), 0);
   EXPECT_EQ(cliConfigScriptApply(&client_, "configure", "x", nullptr, 0), 10000u);
-  EXPECT_EQ(txtCfgApply(&client_, nullptr, kCliOutputFile), 10003u);
+  EXPECT_EQ(txtCfgApply(&client_, nullptr, output_.c_str()), 10003u);
 }
 
 TEST_F(CliExchange, PhysicalInterfaceWalk) {

@@ -1,4 +1,4 @@
-#include "frame/route_kit.h"
+#include "api/route_kit.h"
 
 namespace kit {
 
@@ -51,27 +51,27 @@ void loadArg(const Arg &a, Slot &s, Request &r) {
       break;
     case Kind::BodyText: {
       const char *t = bodyText(r.body, a.name.s);
-      describeText(s, t ? t : "", a.n);
+      describeText(s, t ? t : "", a.longest);
       break;
     }
     case Kind::BodyBuffer: {
       const char *t = bodyText(r.body, a.name.s);
-      memset(s.buf, 0, a.n);
-      if (t) memcpy(s.buf, t, strnlen(t, a.n - 1));
-      s.desc = {a.n, s.buf};
+      memset(s.buf, 0, a.size);
+      if (t) memcpy(s.buf, t, strnlen(t, a.size - 1));
+      s.desc = {a.size, s.buf};
       break;
     }
     case Kind::QueryBuffer:
-      memset(s.buf, 0, a.n);
-      a.reader->read(getenv("QUERY_STRING"), s.buf, a.n);
-      s.desc = {a.n, s.buf};
+      memset(s.buf, 0, a.size);
+      a.reader->read(getenv("QUERY_STRING"), s.buf, a.size);
+      s.desc = {a.size, s.buf};
       break;
     case Kind::Out:
-      s.num = a.n;
+      s.num = a.preset;
       break;
     case Kind::OutText:
-      memset(s.buf, 0, a.n);
-      s.desc = {a.n, s.buf};
+      memset(s.buf, 0, a.size);
+      s.desc = {a.size, s.buf};
       break;
   }
 }

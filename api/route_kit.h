@@ -6,8 +6,8 @@
 // body key) and how each output renders (number, text mapping, buffer
 // text). The argument list is checked against the call's parameter types
 // at compile time, so a row cannot pass an output where an input belongs.
-#ifndef FRAME_ROUTE_KIT_H
-#define FRAME_ROUTE_KIT_H
+#ifndef API_ROUTE_KIT_H
+#define API_ROUTE_KIT_H
 
 #include <stddef.h>
 #include <stdint.h>
@@ -19,7 +19,6 @@
 
 #include "frame/envelope.h"
 #include "frame/params.h"
-#include "frame/route_table.h"
 #include "frame/value_map.h"
 #include "open_api.h"
 #include "switch/open_client.h"
@@ -49,18 +48,32 @@ struct QueryReader {
 using ReaderOf = const QueryReader *;
 
 enum class Kind : uint8_t {
-  Scan,        // query "name=" at a segment start, unsigned decimal
-  Lookup,      // first query piece containing the name, unsigned decimal
-  LookupText,  // the same, as a descriptor of the text (size = length + 1)
-  Body,        // body number, truncated and saturated to 32 bits
-  BodyWord,    // 1 when the body text equals the keyword exactly
-  BodyMapped,  // body text through a mapping function
-  BodyText,    // body text, cut, as a descriptor (size = length + 1)
-  Out,         // output number, rendered as number or mapped text
-  OutText,     // output text buffer of a fixed size
-  BodyBuffer,  // body text cut to fit a zero-filled buffer; descriptor of the buffer's size
-  QueryBuffer, // query text through a reader into a zero-filled buffer of a fixed size
+  Scan,         // query "name=" at a segment start, unsigned decimal
+  Lookup,       // first query piece containing the name, unsigned decimal
+  LookupText,   // the same, as a descriptor of the text (size = length + 1)
+  Body,         // body number, truncated and saturated to 32 bits
+  BodyWord,     // 1 when the body text equals the keyword exactly
+  BodyMapped,   // body text through a mapping function
+  BodyText,     // body text, cut, as a descriptor (size = length + 1)
+  BodyBuffer,   // body text cut to fit a zero-filled buffer; descriptor of the buffer's size
+  QueryBuffer,  // query text through a reader into a zero-filled buffer of a fixed size
+  Out,          // output number, rendered as number or mapped text
+  OutText,      // output text buffer of a fixed size
 };
+
+constexpr bool isOutput(Kind k) { return k == Kind::Out || k == Kind::OutText; }
+constexpr bool readsBody(Kind k) {
+  return k == Kind::Body || k == Kind::BodyWord || k == Kind::BodyMapped || k == Kind::BodyText ||
+         k == Kind::BodyBuffer;
+}
+constexpr bool readsLookup(Kind k) { return k == Kind::Lookup || k == Kind::LookupText; }
+// Inputs the call takes by value, and inputs it takes as a text descriptor.
+constexpr bool passesNumber(Kind k) {
+  return k == Kind::Scan || k == Kind::Lookup || k == Kind::Body || k == Kind::BodyWord || k == Kind::BodyMapped;
+}
+constexpr bool passesText(Kind k) {
+  return k == Kind::LookupText || k == Kind::BodyText || k == Kind::BodyBuffer || k == Kind::QueryBuffer;
+}
 
 struct Arg {
   Kind kind = Kind::Scan;
@@ -70,21 +83,18 @@ struct Arg {
   // Null unless the row names a mapping or reader: most rows then hold no
   // pointer at all, and their argument lists stay in read-only data
   // instead of being relocated at every start of the program.
-  TextOf text = nullptr;  // null: the output renders as a JSON number
+  TextOf text = nullptr;  // Out: null renders a JSON number
   ValueOf value = nullptr;
   ReaderOf reader = nullptr;
-  uint32_t n = 0;  // Out: preset; OutText, BodyBuffer, QueryBuffer: buffer size; BodyText: longest text kept
-
-  constexpr bool isOutput() const { return kind == Kind::Out || kind == Kind::OutText; }
-  constexpr bool isBody() const { return (kind >= Kind::Body && kind <= Kind::BodyText) || kind == Kind::BodyBuffer; }
-  constexpr bool isLookup() const { return kind == Kind::Lookup || kind == Kind::LookupText; }
+  uint32_t preset = 0;   // Out: the value the output holds before the call
+  uint32_t size = 0;     // OutText, BodyBuffer, QueryBuffer: the buffer's bytes
+  uint32_t longest = 0;  // BodyText: the longest text passed on
 };
 
-consteval Arg arg(Kind kind, const char *name, uint32_t n = 0) {
+consteval Arg arg(Kind kind, const char *name) {
   Arg a;
   a.kind = kind;
   a.name = Name(name);
-  a.n = n;
   return a;
 }
 consteval Arg scan(const char *param) { return arg(Kind::Scan, param); }
@@ -102,17 +112,30 @@ consteval Arg bodyMapped(const char *key, const ValueMap &value) {
   a.value = &value;
   return a;
 }
-consteval Arg bodyText(const char *key, uint32_t longest) { return arg(Kind::BodyText, key, longest); }
-consteval Arg out(const char *key, uint32_t preset = 0) { return arg(Kind::Out, key, preset); }
+consteval Arg bodyText(const char *key, uint32_t longest) {
+  Arg a = arg(Kind::BodyText, key);
+  a.longest = longest;
+  return a;
+}
+consteval Arg out(const char *key, uint32_t preset = 0) {
+  Arg a = arg(Kind::Out, key);
+  a.preset = preset;
+  return a;
+}
 consteval Arg out(const char *key, const TextMap &text, uint32_t preset = 0) {
-  Arg a = arg(Kind::Out, key, preset);
+  Arg a = out(key, preset);
   a.text = &text;
   return a;
 }
-consteval Arg outText(const char *key, uint32_t size) { return arg(Kind::OutText, key, size); }
-consteval Arg bodyBuffer(const char *key, uint32_t size) { return arg(Kind::BodyBuffer, key, size); }
+consteval Arg sized(Kind kind, const char *name, uint32_t size) {
+  Arg a = arg(kind, name);
+  a.size = size;
+  return a;
+}
+consteval Arg outText(const char *key, uint32_t size) { return sized(Kind::OutText, key, size); }
+consteval Arg bodyBuffer(const char *key, uint32_t size) { return sized(Kind::BodyBuffer, key, size); }
 consteval Arg queryBuffer(const char *param, const QueryReader &reader, uint32_t size) {
-  Arg a = arg(Kind::QueryBuffer, param, size);
+  Arg a = sized(Kind::QueryBuffer, param, size);
   a.reader = &reader;
   return a;
 }
@@ -145,14 +168,10 @@ void splitQuery(Request &r);
 
 template <class P>
 constexpr bool fits(const Arg &a) {
-  if constexpr (std::is_same_v<P, uint32_t>)
-    return !a.isOutput() && a.kind != Kind::LookupText && a.kind != Kind::BodyText && a.kind != Kind::BodyBuffer &&
-           a.kind != Kind::QueryBuffer;
+  if constexpr (std::is_same_v<P, uint32_t>) return passesNumber(a.kind);
   else if constexpr (std::is_same_v<P, uint32_t *>) return a.kind == Kind::Out;
   else if constexpr (std::is_same_v<P, open_buffdesc *>) return a.kind == Kind::OutText;
-  else if constexpr (std::is_same_v<P, const open_buffdesc *>)
-    return a.kind == Kind::LookupText || a.kind == Kind::BodyText || a.kind == Kind::BodyBuffer ||
-           a.kind == Kind::QueryBuffer;
+  else if constexpr (std::is_same_v<P, const open_buffdesc *>) return passesText(a.kind);
   else return false;
 }
 
@@ -181,9 +200,9 @@ int callWith(int (*fn)(openapiClientHandle_t *, P...), Slot *slots) {
 }
 
 template <size_t N>
-consteval bool any(const Arg (&args)[N], bool (Arg::*test)() const) {
+consteval bool any(const Arg (&args)[N], bool (*test)(Kind)) {
   for (const Arg &a : args)
-    if ((a.*test)()) return true;
+    if (test(a.kind)) return true;
   return false;
 }
 
@@ -198,58 +217,71 @@ bool bodyReady(Request &req) {
   return false;
 }
 
-// A table row's description, for route-dump and API descriptions.
-struct RouteDoc {
-  const char *group;  // reply group key; null when the reply has none
-  const Arg *args;
-  size_t argCount;
+// How a route answers once its call returned. `data` holds the rendered
+// outputs, and is null unless the call succeeded and the reply shows them.
+
+// A read: the outputs under `Group`, no trailing newline.
+template <Name Group>
+struct ReadReply {
+  static constexpr const char *group = Group.s;
+  static constexpr bool rendersOutputs = true;
+  static void answer(uint32_t code, const cJSON *data) { replyRead(code, Group.s, data); }
 };
 
-// A read: one call, outputs rendered under `Group`, no trailing newline.
-// A read that takes body values answers an unparsable body like a set.
-template <Name Group, auto Call, Arg... A>
-struct Read {
+// A set, clear or move: the code alone with a newline.
+struct SetReply {
+  static constexpr const char *group = nullptr;
+  static constexpr bool rendersOutputs = false;
+  static void answer(uint32_t code, const cJSON *) { replySetResult(code); }
+};
+
+// A validity or capability question: a read when the switch answers, a
+// set (no group, newline) when it does not.
+template <Name Group>
+struct CheckReply {
+  static constexpr const char *group = Group.s;
+  static constexpr bool rendersOutputs = true;
+  static void answer(uint32_t code, const cJSON *data) {
+    if (code == CODE_SUCCESS) replyRead(code, Group.s, data);
+    else replySetResult(code);
+  }
+};
+
+// The skeleton: gather the inputs, make the one call, answer through
+// `Reply`. A body that is not JSON answers 10003 before anything reaches
+// the switch, whatever the reply shape.
+template <class ReplyPolicy, auto Call, Arg... A>
+struct OpenCall {
+  using Reply = ReplyPolicy;
+  static constexpr const char *group = Reply::group;
   static constexpr Arg args[] = {A...};
   static_assert(argsFit(Call, args), "arguments do not match the OpEN call");
-  static constexpr RouteDoc doc = {Group.s, args, sizeof...(A)};
 
   static uint32_t handle() {
     Request req;
-    if (!bodyReady<any(args, &Arg::isBody)>(req)) return 0;
-    if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
+    if (!bodyReady<any(args, readsBody)>(req)) return 0;
+    if constexpr (any(args, readsLookup)) splitQuery(req);
     Slot slots[sizeof...(A)];
     for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);
     uint32_t code = openResultToCode(callWith(Call, slots));
-    JsonPtr data(code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
+    JsonPtr data(Reply::rendersOutputs && code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
     for (size_t i = 0; data && i < sizeof...(A); ++i) renderArg(data.get(), args[i], slots[i]);
-    replyRead(code, Group.s, data.get());
+    Reply::answer(code, data.get());
     return 0;
   }
 };
 
-// A set, clear or move: one call, the code alone with a newline. A body
-// that is not JSON answers 10003 before anything reaches the switch.
+template <Name Group, auto Call, Arg... A>
+using Read = OpenCall<ReadReply<Group>, Call, A...>;
 template <auto Call, Arg... A>
-struct Set {
-  static constexpr Arg args[] = {A...};
-  static_assert(argsFit(Call, args), "arguments do not match the OpEN call");
-  static constexpr RouteDoc doc = {nullptr, args, sizeof...(A)};
-
-  static uint32_t handle() {
-    Request req;
-    if (!bodyReady<any(args, &Arg::isBody)>(req)) return 0;
-    if constexpr (any(args, &Arg::isLookup)) splitQuery(req);
-    Slot slots[sizeof...(A)];
-    for (size_t i = 0; i < sizeof...(A); ++i) loadArg(args[i], slots[i], req);
-    replySetResult(openResultToCode(callWith(Call, slots)));
-    return 0;
-  }
-};
+using Set = OpenCall<SetReply, Call, A...>;
+template <Name Group, auto Call, Arg... A>
+using Check = OpenCall<CheckReply<Group>, Call, A...>;
 
 // A route that answers one fixed code without asking the switch.
 template <Name Group, uint32_t Code, LineEnd End = LineEnd::None>
 struct Fixed {
-  static constexpr RouteDoc doc = {Group.empty() ? nullptr : Group.s, nullptr, 0};
+  static constexpr const char *group = Group.empty() ? nullptr : Group.s;
   static uint32_t handle() {
     replyEnvelope(Code, Group.s, nullptr, End);
     return 0;
@@ -257,17 +289,5 @@ struct Fixed {
 };
 
 }  // namespace kit
-
-// One registration: where, which method, which name, and what answers.
-struct RouteRow {
-  const char *path;
-  uint32_t method;
-  const char *name;
-  ApiHandler handler;
-  const kit::RouteDoc *doc;  // null for hand-written handlers
-};
-
-#define ROUTE(path, method, name, ...) {path, method, name, &__VA_ARGS__::handle, &__VA_ARGS__::doc}
-#define HANDLER(path, method, name, fn) {path, method, name, fn, nullptr}
 
 #endif

@@ -1,0 +1,7 @@
+#include "api/program.h"
+
+#include "switch/open_client.h"
+
+bool programConnect(void) { return initHandler("interfaces_v2.cgi", &gOpenClient) == 0; }
+
+void programDisconnect(void) { openapiClientTearDown(&gOpenClient); }

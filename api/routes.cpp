@@ -18,7 +18,6 @@
 #include "api/if/expansion_routes.h"
 #include "api/if/if_texts.h"
 #include "api/if/name_lookup.h"
-#include "api/if/summary_texts.h"
 #include "api/interface_app/interface_app.h"
 #include "api/interface_app/led_gate.h"
 #include "api/pml/pml_args.h"
@@ -111,13 +110,13 @@ constexpr RouteRow kRoutes[] = {
 
     // MAC locking, global switches.
     ROUTE(PML, METHOD_GET, "global-admin-mode",
-          Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out("adminMode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out("adminMode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "global-admin-mode",
           Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs("adminMode", "enable")>),
     ROUTE(PML, METHOD_GET, "static-addr-global-count",
           Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out("count")>),
     ROUTE(PML, METHOD_GET, "vlan-admin-mode",
-          Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out("adminMode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out("adminMode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "vlan-admin-mode", Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs("adminMode", "enable")>),
 
     // Cable diagnostics.
@@ -144,11 +143,11 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "max-frame-size",
           Read<"if", openapiIfMaxFrameSizeGet, scan("ifNum"), out("maxFrameSize")>),
     SHADOWED_ROUTE(IF, METHOD_GET, "soft-shutdown-state",
-          Read<"if", rpcclt_openapiIfSoftShutdownStateGet, scan("ifNum"), out("soft_shut", kIfEnable)>),
+          Read<"if", rpcclt_openapiIfSoftShutdownStateGet, scan("ifNum"), out("soft_shut", kEnable)>),
     SHADOWED_ROUTE(IF, METHOD_GET, "admin-state",
-          Read<"if", openapiIfAdminStateGet, scan("ifNum"), out("adminState", kIfEnable)>),
+          Read<"if", openapiIfAdminStateGet, scan("ifNum"), out("adminState", kEnable)>),
     SHADOWED_ROUTE(IF, METHOD_GET, "link-trap",
-          Read<"if", rpcclt_openapiIfLinkTrapGet, scan("ifNum"), out("link-trap", kIfEnable)>),
+          Read<"if", rpcclt_openapiIfLinkTrapGet, scan("ifNum"), out("link-trap", kEnable)>),
     ROUTE(IF, METHOD_GET, "capabilities",
           Read<"if", rpcclt_openapiIfCapabilitiesGet, scan("ifNum"), out("portCapability")>),
     ROUTE(IF, METHOD_GET, "disable-reason",
@@ -156,8 +155,8 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(IF, METHOD_GET, "active-media-type",
           Read<"if", rpcclt_openapiIfActiveMediaTypeGet, scan("ifNum"), out("mediaType", kIfMediaType)>),
     ROUTE(IF, METHOD_GET, "pause-status",
-          Read<"if", rpcclt_openapiIfPauseStatusGet, scan("ifNum"), out("rxPauseAllowed", kIfTrue),
-               out("txPauseAllowed", kIfTrue)>),
+          Read<"if", rpcclt_openapiIfPauseStatusGet, scan("ifNum"), out("rxPauseAllowed", kTrue),
+               out("txPauseAllowed", kTrue)>),
     ROUTE(IF, METHOD_GET, "special-port-type",
           Read<"if", rpcclt_openapiIfSpecialPortTypeGet, scan("ifNum"), out("specialType", kIfSpecialPortType)>),
     ROUTE(IF, METHOD_GET, "exp-port-root-port",
@@ -379,10 +378,10 @@ constexpr RouteRow kRoutes[] = {
           Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan("ifNum"), out("nextIfNum")>),
     // A check that replies like a read although registered as POST.
     ROUTE(PML, METHOD_POST, "intf-is-valid",
-          Read<"pml", rpcclt_openapiPmlIntfIsValid, scan("ifNum"), out("isValid", kPmlBool)>),
+          Read<"pml", rpcclt_openapiPmlIntfIsValid, scan("ifNum"), out("isValid", kTrue)>),
     // Read as "mode", written as "intfMode": clients rely on both names.
     ROUTE(PML, METHOD_GET, "intf-mode",
-          Read<"pml", rpcclt_openapiPmlIntfModeGet, scan("ifNum"), out("mode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfModeGet, scan("ifNum"), out("mode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "intf-mode", Set<rpcclt_openapiPmlIntfModeSet, scan("ifNum"), bodyIs("intfMode", "enable")>),
     ROUTE(PML, METHOD_GET, "intf-dynamic-limit",
           Read<"pml", rpcclt_openapiPmlIntfDynamicLimitGet, scan("ifNum"), out("limit")>),
@@ -399,16 +398,16 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(PML, METHOD_GET, "intf-static-count",
           Read<"pml", rpcclt_openapiPmlIntfStaticCountGet, scan("ifNum"), out("limit")>),
     ROUTE(PML, METHOD_GET, "intf-violation-trap-mode",
-          Read<"pml", rpcclt_openapiPmlIntfViolationTrapModeGet, scan("ifNum"), out("trapMode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfViolationTrapModeGet, scan("ifNum"), out("trapMode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "intf-violation-trap-mode",
           Set<rpcclt_openapiPmlIntfViolationTrapModeSet, scan("ifNum"), bodyIs("trapMode", "enable")>),
     ROUTE(PML, METHOD_GET, "intf-violation-ddisable-mode",
-          Read<"pml", rpcclt_openapiPmlIntfViolationDDisableModeGet, scan("ifNum"), out("mode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfViolationDDisableModeGet, scan("ifNum"), out("mode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "intf-violation-ddisable-mode",
           Set<rpcclt_openapiPmlIntfViolationDDisableModeSet, scan("ifNum"), bodyIs("mode", "enable")>),
     // Read as "stickyMode", written as "sticky".
     ROUTE(PML, METHOD_GET, "intf-sticky-mode",
-          Read<"pml", rpcclt_openapiPmlIntfStickyModeGet, scan("ifNum"), out("stickyMode", kPmlEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfStickyModeGet, scan("ifNum"), out("stickyMode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "intf-sticky-mode",
           Set<rpcclt_openapiPmlIntfStickyModeSet, scan("ifNum"), bodyIs("sticky", "enable")>),
     ROUTE(PML, METHOD_GET, "intf-trap-frequency",
@@ -434,11 +433,11 @@ constexpr RouteRow kRoutes[] = {
           Read<"pml", rpcclt_openapiPmlVlanOperationalLimitGet, scan("vlanId"), out("limit")>),
     // The VLAN violation modes speak "true"/"false", unlike the interface ones.
     ROUTE(PML, METHOD_GET, "vlan-violation-ddisable-mode",
-          Read<"pml", rpcclt_openapiPmlVlanViolationDDisableModeGet, scan("vlanId"), out("mode", kPmlBool)>),
+          Read<"pml", rpcclt_openapiPmlVlanViolationDDisableModeGet, scan("vlanId"), out("mode", kTrue)>),
     ROUTE(PML, METHOD_PUT, "vlan-violation-ddisable-mode",
           Set<rpcclt_openapiPmlVlanViolationDDisableModeSet, scan("vlanId"), bodyIs("mode", "true")>),
     ROUTE(PML, METHOD_GET, "vlan-violation-trap-mode",
-          Read<"pml", rpcclt_openapiPmlVlanViolationTrapModeGet, scan("vlanId"), out("mode", kPmlBool)>),
+          Read<"pml", rpcclt_openapiPmlVlanViolationTrapModeGet, scan("vlanId"), out("mode", kTrue)>),
     ROUTE(PML, METHOD_PUT, "vlan-violation-trap-mode",
           Set<rpcclt_openapiPmlVlanViolationTrapModeSet, scan("vlanId"), bodyIs("mode", "true")>),
     ROUTE(PML, METHOD_GET, "vlan-mode", Read<"pml", rpcclt_openapiPmlVlanModeGet, scan("vlanId"), out("mode")>),
@@ -454,10 +453,10 @@ constexpr RouteRow kRoutes[] = {
     // static walk's next flag is "isnextEntrySticky" as clients expect.
     ROUTE(PML, METHOD_POST, "intf-static-entry-get-first",
           Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId"),
-               out("isSticky", kPmlBool)>),
+               out("isSticky", kTrue)>),
     ROUTE(PML, METHOD_POST, "intf-static-entry-get-next",
           Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetNext, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
-               outMac("nextMacAddr"), out("nextVlanId"), out("isnextEntrySticky", kPmlBool)>),
+               outMac("nextMacAddr"), out("nextVlanId"), out("isnextEntrySticky", kTrue)>),
     ROUTE(PML, METHOD_POST, "intf-dynamic-entry-get-first",
           Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
     ROUTE(PML, METHOD_POST, "intf-dynamic-entry-get-next",

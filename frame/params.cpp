@@ -50,14 +50,25 @@ char *readBody() {
   return body;
 }
 
-int hexValue(char c) {
+}  // namespace
+
+int hexDigitValue(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
   if (c >= 'A' && c <= 'F') return c - 'A' + 10;
   return -1;
 }
 
-}  // namespace
+size_t queryValueLength(const char *value) { return strcspn(value, "&"); }
+
+const char *queryFieldValue(const char *query, const char *name) {
+  if (!query || !name) return nullptr;
+  size_t n = strlen(name);
+  for (const char *seg = query;; seg += queryValueLength(seg) + 1) {
+    if (strncmp(seg, name, n) == 0 && seg[n] == '=') return seg + n + 1;
+    if (seg[queryValueLength(seg)] == '\0') return nullptr;
+  }
+}
 
 char *requestDataGet(void) {
   const char *method = getenv("REQUEST_METHOD");
@@ -74,8 +85,8 @@ char **queryParamsSplit(const char *text) {
   if (!text) return list;
   const char *rest = text;
   for (;;) {
-    const char *amp = strchr(rest, '&');
-    size_t len = amp ? static_cast<size_t>(amp - rest) : strlen(rest);
+    size_t len = queryValueLength(rest);
+    const char *amp = rest[len] ? rest + len : nullptr;
     if (count + 1 >= cap) {
       cap += kListStep;
       char **grown = static_cast<char **>(realloc(list, cap * sizeof(char *)));
@@ -109,8 +120,8 @@ char *urlDecode(char *text) {
   if (!text) return nullptr;
   char *out = text;
   for (const char *in = text; *in;) {
-    if (*in == '%' && hexValue(in[1]) >= 0 && hexValue(in[2]) >= 0) {
-      *out++ = static_cast<char>(hexValue(in[1]) * 16 + hexValue(in[2]));
+    if (*in == '%' && hexDigitValue(in[1]) >= 0 && hexDigitValue(in[2]) >= 0) {
+      *out++ = static_cast<char>(hexDigitValue(in[1]) * 16 + hexDigitValue(in[2]));
       in += 3;
     } else {
       *out++ = *in == '+' ? ' ' : *in;
@@ -122,13 +133,8 @@ char *urlDecode(char *text) {
 }
 
 uint32_t queryScanUintIn(const char *query, const char *name) {
-  if (!query || !*query || !name) return 0;
-  size_t n = strlen(name);
-  for (const char *seg = query; seg; seg = strchr(seg, '&') ? strchr(seg, '&') + 1 : nullptr) {
-    if (strncmp(seg, name, n) != 0 || seg[n] != '=') continue;
-    return static_cast<uint32_t>(strtoul(seg + n + 1, nullptr, 10));
-  }
-  return 0;
+  const char *value = queryFieldValue(query, name);
+  return value ? static_cast<uint32_t>(strtoul(value, nullptr, 10)) : 0;
 }
 
 uint32_t queryScanUint(const char *name) { return queryScanUintIn(getenv("QUERY_STRING"), name); }

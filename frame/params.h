@@ -19,6 +19,14 @@ const char *queryParamValue(const char *name, char **list);
 void queryParamsFree(char **list);
 
 char *urlDecode(char *text);
+// A hexadecimal digit's value, or -1.
+int hexDigitValue(char c);
+
+// Where the value of "name=" starts, the name anchored at the start of a
+// query segment; null when absent.
+const char *queryFieldValue(const char *query, const char *name);
+// A query value's length: up to the next "&" or the end.
+size_t queryValueLength(const char *value);
 
 // "name=" anchored at the start of a query segment, as unsigned decimal;
 // 0 when absent.

@@ -1,9 +1,12 @@
-// A mapping between platform values and reply or body texts, held in a
-// variable so that route tables can name it as a template argument.
+// Mappings between platform values and reply or body texts. A mapping is
+// held in a variable so that route tables can name it as a template
+// argument; the texts themselves stand in tables of value and text.
 #ifndef FRAME_VALUE_MAP_H
 #define FRAME_VALUE_MAP_H
 
+#include <stddef.h>
 #include <stdint.h>
+#include <string.h>
 
 struct TextMap {
   const char *(*text)(uint32_t value);
@@ -13,5 +16,35 @@ struct TextMap {
 struct ValueMap {
   uint32_t (*value)(const char *text);
 };
+
+struct Named {
+  uint32_t value;
+  const char *text;
+};
+
+// The first row's text for `value`, else `otherwise`.
+template <size_t N>
+const char *textOf(const Named (&table)[N], uint32_t value, const char *otherwise) {
+  for (const Named &n : table)
+    if (n.value == value) return n.text;
+  return otherwise;
+}
+
+// The first row's value for `text`, else `otherwise` (also for null).
+template <size_t N>
+uint32_t valueOf(const Named (&table)[N], const char *text, uint32_t otherwise,
+                 int (*compare)(const char *, const char *) = strcmp) {
+  if (!text) return otherwise;
+  for (const Named &n : table)
+    if (compare(n.text, text) == 0) return n.value;
+  return otherwise;
+}
+
+// On/off values: only exactly 1 is on; anything else the platform answers
+// reads as off.
+inline const char *enableText(uint32_t value) { return value == 1 ? "enable" : "disable"; }
+inline const char *trueText(uint32_t value) { return value == 1 ? "true" : "false"; }
+inline constexpr TextMap kEnable{enableText};
+inline constexpr TextMap kTrue{trueText};
 
 #endif

@@ -1,14 +1,14 @@
 #include "api/green/green_texts.h"
 
-const char *enableText(uint32_t value) { return value == 1 ? "enable" : "disable"; }
+namespace {
 
-const char *trueText(uint32_t value) { return value == 1 ? "true" : "false"; }
+const Named kReasons[] = {
+    {0, "greenethr_admin_down"},  {1, "greenethr_fiber_port"},      {2, "greenethr_link_up"},
+    {3, "greenethr_link_down"},   {4, "greenethr_long_cable"},      {5, "greenethr_short_cable"},
+    {6, "greenethr_unkwn_cable_len"}, {7, "greenethr_no_energy"},   {8, "greenethr_forced"},
+    {9, "greenethr_not1gig"},     {10, "greenethr_not_attached"},
+};
 
-const char *greenReasonText(uint32_t reason) {
-  static const char *const kReasons[] = {
-      "greenethr_admin_down", "greenethr_fiber_port",  "greenethr_link_up",         "greenethr_link_down",
-      "greenethr_long_cable", "greenethr_short_cable", "greenethr_unkwn_cable_len", "greenethr_no_energy",
-      "greenethr_forced",     "greenethr_not1gig",     "greenethr_not_attached",
-  };
-  return reason < sizeof kReasons / sizeof kReasons[0] ? kReasons[reason] : "greenethr_invalid_val";
-}
+}  // namespace
+
+const char *greenReasonText(uint32_t reason) { return textOf(kReasons, reason, "greenethr_invalid_val"); }

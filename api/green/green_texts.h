@@ -1,5 +1,4 @@
-// How green Ethernet values read in replies. Only a value of exactly 1
-// counts as on; anything else the platform answers reads as off.
+// How the green Ethernet operational reasons read in replies.
 #ifndef API_GREEN_GREEN_TEXTS_H
 #define API_GREEN_GREEN_TEXTS_H
 
@@ -7,12 +6,8 @@
 
 #include "frame/value_map.h"
 
-const char *enableText(uint32_t value);
-const char *trueText(uint32_t value);
 const char *greenReasonText(uint32_t reason);
 
-inline constexpr TextMap kEnable{enableText};
-inline constexpr TextMap kTrue{trueText};
 inline constexpr TextMap kGreenReason{greenReasonText};
 
 // Outside the reason table: what a call that leaves the reason untouched

@@ -1,31 +1,13 @@
 #include "api/if/attribute_texts.h"
 
-#include <stddef.h>
-#include <string.h>
 #include <strings.h>
 
 namespace {
 
-struct Named {
-  uint32_t value;
-  const char *text;
-};
-
-template <size_t N>
-const char *textOf(const Named (&table)[N], uint32_t value, const char *otherwise) {
-  for (const Named &n : table)
-    if (n.value == value) return n.text;
-  return otherwise;
-}
-
-template <size_t N>
-uint32_t valueOf(const Named (&table)[N], const char *text, uint32_t otherwise,
-                 int (*compare)(const char *, const char *) = strcmp) {
-  if (!text) return otherwise;
-  for (const Named &n : table)
-    if (compare(n.text, text) == 0) return n.value;
-  return otherwise;
-}
+const Named kDuplexes[] = {{1, "full"}, {0, "half"}};
+// The platform's value means "disabled" when it is 1.
+const Named kAutoNegs[] = {{1, "disable"}, {0, "enable"}};
+const Named kMediaTypes[] = {{1, "copper"}, {2, "fiber"}};
 
 const Named kSpeedNames[] = {
     {1, "portctrl_portspeed_auto_neg"},      {2, "portctrl_portspeed_half_100tx"},
@@ -104,34 +86,11 @@ const Named kFecModes[] = {
 
 }  // namespace
 
-const char *ifDuplexText(uint32_t duplex) {
-  switch (duplex) {
-    case 1: return "full";
-    case 0: return "half";
-    default: return "unknown";
-  }
-}
+const char *ifDuplexText(uint32_t duplex) { return textOf(kDuplexes, duplex, "unknown"); }
 
-// The platform's value means "disabled" when it is 1.
-const char *ifAutoNegText(uint32_t autoNeg) {
-  switch (autoNeg) {
-    case 1: return "disable";
-    case 0: return "enable";
-    default: return "unknown";
-  }
-}
+const char *ifAutoNegText(uint32_t autoNeg) { return textOf(kAutoNegs, autoNeg, "unknown"); }
 
-const char *ifEnableText(uint32_t value) { return value == 1 ? "enable" : "disable"; }
-
-const char *ifTrueText(uint32_t value) { return value == 1 ? "true" : "false"; }
-
-const char *ifMediaTypeText(uint32_t media) {
-  switch (media) {
-    case 1: return "copper";
-    case 2: return "fiber";
-    default: return "none";
-  }
-}
+const char *ifMediaTypeText(uint32_t media) { return textOf(kMediaTypes, media, "none"); }
 
 const char *ifSpecialPortTypeText(uint32_t type) { return textOf(kSpecialPortTypes, type, "normal"); }
 

@@ -16,8 +16,6 @@ inline constexpr uint32_t kIfSpeedUnknown = 20;
 
 const char *ifDuplexText(uint32_t duplex);
 const char *ifAutoNegText(uint32_t autoNeg);
-const char *ifEnableText(uint32_t value);
-const char *ifTrueText(uint32_t value);
 const char *ifMediaTypeText(uint32_t media);
 const char *ifSpecialPortTypeText(uint32_t type);
 const char *ifDisableReasonText(uint32_t reason);
@@ -39,8 +37,6 @@ uint32_t ifFecModeValue(const char *text);
 
 inline constexpr TextMap kIfDuplex{ifDuplexText};
 inline constexpr TextMap kIfAutoNeg{ifAutoNegText};
-inline constexpr TextMap kIfEnable{ifEnableText};
-inline constexpr TextMap kIfTrue{ifTrueText};
 inline constexpr TextMap kIfMediaType{ifMediaTypeText};
 inline constexpr TextMap kIfSpecialPortType{ifSpecialPortTypeText};
 inline constexpr TextMap kIfDisableReason{ifDisableReasonText};

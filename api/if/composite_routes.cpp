@@ -1,8 +1,7 @@
 #include "api/if/composite_routes.h"
 
-#include <optional>
-
 #include "api/if/attribute_texts.h"
+#include "api/if/port_fields.h"
 #include "frame/envelope.h"
 #include "frame/params.h"
 #include "open_api.h"
@@ -11,13 +10,6 @@
 namespace {
 
 constexpr char kGroup[] = "if";
-constexpr uint32_t kDescrBuffer = 256;
-// Asked for but never shown: the page's duplex is a fixed "auto".
-constexpr uint32_t kDuplexPreset = 65535;
-// Both FEC outputs read "auto" when the platform leaves them unwritten.
-constexpr uint32_t kFecPreset = 2;
-
-using ValueGetter = int (*)(openapiClientHandle_t *, uint32_t, uint32_t *);
 
 // Every resource of the page needs a port; 0 or none is refused before
 // the switch is asked.
@@ -33,101 +25,60 @@ uint32_t refuseRead() {
   return 0;
 }
 
-// One value under one key. Without a fallback a refusal is reported; with
-// one, the page gets the fallback's text and code 0.
-struct OneValue {
-  ValueGetter call;
-  const char *key;
-  const TextMap &text;
-  uint32_t preset;
-  std::optional<uint32_t> fallback;
-};
-
-uint32_t readOneValue(const OneValue &v) {
+// One value under one key; a refusal of the switch is the reply's code.
+uint32_t readOneValue(PortValueGetter call, const char *key, const char *(*text)(uint32_t)) {
   uint32_t ifNum = requestedIfNum();
   if (!ifNum) return refuseRead();
-  uint32_t value = v.preset;
-  uint32_t code = openResultToCode(v.call(&gOpenClient, ifNum, &value));
+  uint32_t value = 0;
+  uint32_t code = openResultToCode(call(&gOpenClient, ifNum, &value));
   if (code != CODE_SUCCESS) {
-    if (!v.fallback) {
-      replyRead(code, kGroup, nullptr);
-      return 0;
-    }
-    value = *v.fallback;
+    replyRead(code, kGroup, nullptr);
+    return 0;
   }
   JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), v.key, v.text.text(value));
+  cJSON_AddStringToObject(data.get(), key, text(value));
   return replyData(data);
 }
 
-void addLaneMode(cJSON *data, const char *key, uint32_t mode) {
-  const char *text = ifLaneModeText(mode);
-  if (text) cJSON_AddStringToObject(data, key, text);
-  else cJSON_AddNullToObject(data, key);
+// The fields that never fail the reply, for the port of the request.
+uint32_t readFields(void (*add)(cJSON *, uint32_t)) {
+  uint32_t ifNum = requestedIfNum();
+  if (!ifNum) return refuseRead();
+  JsonPtr data(cJSON_CreateObject());
+  if (data) add(data.get(), ifNum);
+  return replyData(data);
 }
 
 }  // namespace
 
-uint32_t ifCompositeAdminStateGet(void) {
-  return readOneValue({openapiIfAdminStateGet, "admin-state", kIfUpDown, 0, std::nullopt});
-}
+uint32_t ifCompositeAdminStateGet(void) { return readOneValue(openapiIfAdminStateGet, "admin-state", ifUpDownText); }
 
 uint32_t ifCompositeAutoNegGet(void) {
-  return readOneValue({openapiIfAutoNegGet, "auto-negotiate", kIfAutoNegotiate, 0, std::nullopt});
+  return readOneValue(openapiIfAutoNegGet, "auto-negotiate", ifAutoNegotiateText);
 }
 
 uint32_t ifCompositeSoftShutdownGet(void) {
-  return readOneValue({rpcclt_openapiIfSoftShutdownStateGet, "soft-shutdown", kIfEnable, 0, 0});
+  return readFields([](cJSON *o, uint32_t ifNum) {
+    addEnableField(o, "soft-shutdown", rpcclt_openapiIfSoftShutdownStateGet, ifNum, 0);
+  });
 }
 
 // Preset to enabled, yet a refused read shows "disable".
 uint32_t ifCompositeLinkTrapGet(void) {
-  return readOneValue({rpcclt_openapiIfLinkTrapGet, "link-trap", kIfEnable, 1, 0});
+  return readFields(
+      [](cJSON *o, uint32_t ifNum) { addEnableField(o, "link-trap", rpcclt_openapiIfLinkTrapGet, ifNum, 1); });
 }
 
-// The call results are not looked at: an unanswered speed keeps its preset
-// and reads "unknown"; the configured values are fixed texts.
 uint32_t ifCompositeSpeedGet(void) {
-  uint32_t ifNum = requestedIfNum();
-  if (!ifNum) return refuseRead();
-  uint32_t speed = kIfSpeedUnknown;
-  uint32_t duplex = kDuplexPreset;
-  rpcclt_openapiIfSpeedModeGet(&gOpenClient, ifNum, &speed);
-  rpcclt_openapiIfDuplexModeGet(&gOpenClient, ifNum, &duplex);
-  JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), "configured-speed", "unknown");
-  cJSON_AddStringToObject(data.get(), "operational-speed", ifSpeedMbitText(speed));
-  cJSON_AddStringToObject(data.get(), "speed-mode", ifSpeedMbitText(speed));
-  cJSON_AddStringToObject(data.get(), "configured-duplex", "auto");
-  cJSON_AddStringToObject(data.get(), "operational-duplex", "unknown");
-  return replyData(data);
+  return readFields([](cJSON *o, uint32_t ifNum) {
+    addSpeedFields(o, ifNum);
+    cJSON_AddStringToObject(o, "operational-duplex", "unknown");
+  });
 }
 
-// The MTU and the frame size are fixed zeros on this page; only the
-// header size is asked for.
-uint32_t ifCompositeMtuSizeGet(void) {
-  uint32_t ifNum = requestedIfNum();
-  if (!ifNum) return refuseRead();
-  uint32_t headerSize = 0;
-  if (rpcclt_openapiIfEthernetHeaderSizeGet(&gOpenClient, ifNum, &headerSize) != OPEN_E_NONE) headerSize = 0;
-  JsonPtr data(cJSON_CreateObject());
-  cJSON_AddNumberToObject(data.get(), "mtu", 0);
-  cJSON_AddNumberToObject(data.get(), "max-frame-size", 0);
-  cJSON_AddNumberToObject(data.get(), "ethernet-header-size", headerSize);
-  return replyData(data);
-}
+uint32_t ifCompositeMtuSizeGet(void) { return readFields(addFrameFields); }
 
-uint32_t ifCompositeDescrGet(void) {
-  uint32_t ifNum = requestedIfNum();
-  if (!ifNum) return refuseRead();
-  char text[kDescrBuffer] = {};
-  open_buffdesc descr = {kDescrBuffer, text};
-  if (rpcclt_openapiIfDescrGet(&gOpenClient, ifNum, &descr) != OPEN_E_NONE) text[0] = '\0';
-  text[kDescrBuffer - 1] = '\0';
-  JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), "description", text);
-  return replyData(data);
-}
+uint32_t ifCompositeDescrGet(void) { return readFields(addDescription); }
 
 uint32_t ifCompositeFecModeGet(void) {
   uint32_t ifNum = requestedIfNum();
@@ -145,20 +96,7 @@ uint32_t ifCompositeFecModeGet(void) {
   return replyData(data);
 }
 
-// A port that cannot be split reads null for both modes, also when the
-// switch refuses to answer.
-uint32_t ifCompositeExpandableModeGet(void) {
-  uint32_t ifNum = requestedIfNum();
-  if (!ifNum) return refuseRead();
-  uint32_t configured = 0;
-  uint32_t operational = 0;
-  if (rpcclt_openapiIntfExpandablePortConfigModeGet(&gOpenClient, ifNum, &configured) != OPEN_E_NONE) configured = 0;
-  if (rpcclt_openapiIntfExpandablePortOperModeGet(&gOpenClient, ifNum, &operational) != OPEN_E_NONE) operational = 0;
-  JsonPtr data(cJSON_CreateObject());
-  addLaneMode(data.get(), "expandable-config-mode", configured);
-  addLaneMode(data.get(), "expandable-oper-mode", operational);
-  return replyData(data);
-}
+uint32_t ifCompositeExpandableModeGet(void) { return readFields(addLaneModes); }
 
 // A text naming no accepted lane mode is sent as 0; the switch decides.
 uint32_t ifCompositeExpandableModeSet(void) {

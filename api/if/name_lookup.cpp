@@ -19,8 +19,7 @@ void copyName(NameQuery &q, const char *query) {
   const char *start = query ? strstr(query, "name=") : nullptr;
   if (start) {
     start += strlen("name=");
-    const char *end = strchr(start, '&');
-    size_t len = end ? static_cast<size_t>(end - start) : strlen(start);
+    size_t len = queryValueLength(start);
     if (len >= 1 && len < sizeof q.name) {
       memcpy(q.name, start, len);
       q.name[len] = '\0';

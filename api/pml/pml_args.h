@@ -11,11 +11,7 @@
 // Room for 17 characters and the terminator, in and out alike.
 inline constexpr uint32_t kPmlMacSize = 18;
 
-const char *pmlEnableText(uint32_t value);
-const char *pmlBoolText(uint32_t value);
 
-inline constexpr TextMap kPmlEnable{pmlEnableText};
-inline constexpr TextMap kPmlBool{pmlBoolText};
 
 // The "macAddr=" field of the query string, percent-decoded, into a
 // buffer of `size` bytes (at most size - 1 characters). The decoding is

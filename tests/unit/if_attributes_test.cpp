@@ -29,8 +29,8 @@ TEST(IfAttributeTexts, SmallEnumerations) {
   expectTexts(kIfDuplex, {{1, "full"}, {0, "half"}, {2, "unknown"}, {65535, "unknown"}}, "duplex");
   // 1 is the platform's "negotiation off".
   expectTexts(kIfAutoNeg, {{1, "disable"}, {0, "enable"}, {2, "unknown"}}, "auto-neg");
-  expectTexts(kIfEnable, {{1, "enable"}, {0, "disable"}, {2, "disable"}}, "enable");
-  expectTexts(kIfTrue, {{1, "true"}, {0, "false"}, {7, "false"}}, "pause");
+  expectTexts(kEnable, {{1, "enable"}, {0, "disable"}, {2, "disable"}}, "enable");
+  expectTexts(kTrue, {{1, "true"}, {0, "false"}, {7, "false"}}, "pause");
   expectTexts(kIfMediaType, {{1, "copper"}, {2, "fiber"}, {0, "none"}, {3, "none"}}, "media");
   expectTexts(kIfUpDown, {{1, "up"}, {0, "down"}, {2, "down"}}, "admin");
   expectTexts(kIfAutoNegotiate, {{0, "enable"}, {1, "disable"}, {2, "disable"}}, "auto-negotiate");

@@ -4,7 +4,7 @@
 
 #include "api/if/name_lookup.h"
 #include "api/if/attribute_texts.h"
-#include "api/if/summary_texts.h"
+#include "api/if/if_texts.h"
 #include "sim/sim.h"
 
 namespace {

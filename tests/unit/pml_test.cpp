@@ -71,8 +71,8 @@ TEST(PmlTexts, OnlyExactlyOneIsEnableOrTrue) {
     const char *enable, *boolean;
   } cases[] = {{0, "disable", "false"}, {1, "enable", "true"}, {2, "disable", "false"}, {0xFFFFFFFF, "disable", "false"}};
   for (const Case &c : cases) {
-    EXPECT_STREQ(kPmlEnable.text(c.value), c.enable) << c.value;
-    EXPECT_STREQ(kPmlBool.text(c.value), c.boolean) << c.value;
+    EXPECT_STREQ(kEnable.text(c.value), c.enable) << c.value;
+    EXPECT_STREQ(kTrue.text(c.value), c.boolean) << c.value;
   }
 }
 

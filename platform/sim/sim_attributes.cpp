@@ -135,7 +135,10 @@ int peersByMode(Sim &s, Call &c) {
   if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
   std::string list;
   std::vector<uint32_t> peers = peersOf(c.in(0));
-  for (uint32_t p : peers) list += (list.empty() ? "" : ",") + std::to_string(p);
+  for (uint32_t p : peers) {
+    if (!list.empty()) list += ',';
+    list += std::to_string(p);
+  }
   c.setOut(0, static_cast<uint64_t>(storedNum(s, kConfigMode, keyOf(c.in(0)), 0)));
   c.setOutText(1, list);
   c.setOut(2, peers.size());

@@ -95,7 +95,9 @@ struct Sim {
   std::string scenario;  // the loaded scenario, for `reset`
   int64_t startedAt = 0; // monotonic seconds at load
 
+  // The value stored for exactly these inputs, else the call's "*" value.
   const Outputs *stored(const std::string &call, const std::string &key) const;
+  // Stores a call's answer; a "*" key replaces all of the call's values.
   void put(const std::string &call, const std::string &key, Outputs v);
 };
 

@@ -91,7 +91,12 @@ const Outputs *Sim::stored(const std::string &call, const std::string &key) cons
 }
 
 void Sim::put(const std::string &call, const std::string &key, Outputs v) {
-  state[call][key] = std::move(v);
+  auto &keys = state[call];
+  // A "*" value is the call's answer for every input from now on, so the
+  // values stored for single inputs before it go; those stored after it
+  // (by `set` or by a setter) win over it again.
+  if (key == "*") keys.clear();
+  keys[key] = std::move(v);
 }
 
 const Interface *findInterface(const Sim &s, uint32_t ifNum) {

@@ -101,6 +101,11 @@ struct Sim {
   void put(const std::string &call, const std::string &key, Outputs v);
 };
 
+// The first number stored for a call's inputs, else `otherwise`.
+int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise = 0);
+// Whether the interface's link is up as openapiIfLinkStateGet answers it.
+bool linkUp(const Sim &s, uint32_t ifNum);
+
 // Call table, assembled from each group's lines.
 const CallRule *findRule(const std::string &name);
 struct RuleGroup {

@@ -60,16 +60,6 @@ bool isFibre(uint64_t ifNum) { return ifNum >= kFirstFibrePort && ifNum <= kLast
 
 std::string keyOf(uint64_t ifNum) { return std::to_string(ifNum); }
 
-bool linkUp(const Sim &s, const std::string &key) {
-  const Outputs *link = s.stored("openapiIfLinkStateGet", key);
-  return link && !link->empty() && link->at(0).num == 0;
-}
-
-int64_t storedNum(const Sim &s, const char *call, const std::string &key, int64_t otherwise) {
-  const Outputs *v = s.stored(call, key);
-  return v && !v->empty() ? v->at(0).num : otherwise;
-}
-
 // Copper ports have no cage: what only the cage knows is unsupported there.
 int unsupportedOnCopper(Sim &s, Call &c) {
   return findInterface(s, static_cast<uint32_t>(c.in(0))) ? -28 : -29;
@@ -193,7 +183,7 @@ void seedCage(Sim &s, const std::string &key, uint32_t ifNum) {
 
 void seedPort(Sim &s, const Interface &i) {
   std::string key = keyOf(i.ifNum);
-  seedSpeedAndDuplex(s, key, isFibre(i.ifNum), linkUp(s, key));
+  seedSpeedAndDuplex(s, key, isFibre(i.ifNum), linkUp(s, i.ifNum));
   seedPortState(s, key, i.ifNum);
   seedCage(s, key, i.ifNum);
 }

@@ -99,6 +99,16 @@ void Sim::put(const std::string &call, const std::string &key, Outputs v) {
   keys[key] = std::move(v);
 }
 
+int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise) {
+  const Outputs *v = s.stored(call, key);
+  return v && !v->empty() ? v->front().num : otherwise;
+}
+
+// Link state 0 is up; an interface without one is down.
+bool linkUp(const Sim &s, uint32_t ifNum) {
+  return storedNum(s, "openapiIfLinkStateGet", std::to_string(ifNum), 1) == 0;
+}
+
 const Interface *findInterface(const Sim &s, uint32_t ifNum) {
   for (const Interface &i : s.interfaces)
     if (i.ifNum == ifNum) return &i;

@@ -82,16 +82,6 @@ int answerMembership(Sim &s, Call &c, bool (*member)(Sim &, uint32_t)) {
 int isGreenIntf(Sim &s, Call &c) { return answerMembership(s, c, isGreenPort); }
 int isEeeIntf(Sim &s, Call &c) { return answerMembership(s, c, isEeePort); }
 
-int64_t storedNum(Sim &s, const char *call, const std::string &k) {
-  const Outputs *v = s.stored(call, k);
-  return v && !v->empty() ? (*v)[0].num : 0;
-}
-
-bool linkUp(Sim &s, uint32_t ifNum) {
-  const Outputs *v = s.stored("openapiIfLinkStateGet", key(ifNum));
-  return v && !v->empty() && (*v)[0].num == 0;
-}
-
 // Reasons, as the reply table numbers them.
 enum Reason : uint32_t {
   kAdminDown = 0,

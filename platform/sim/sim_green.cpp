@@ -46,9 +46,9 @@ cJSON *section(Sim &s, const char *name) {
 
 bool inList(Sim &s, const char *list, uint32_t ifNum) {
   const cJSON *p = nullptr;
-  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) if (cJSON_IsNumber(p) &&
-                                                                              static_cast<uint32_t>(p->valuedouble) ==
-                                                                                  ifNum) return true;
+  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) {
+    if (cJSON_IsNumber(p) && static_cast<uint32_t>(p->valuedouble) == ifNum) return true;
+  }
   return false;
 }
 

@@ -1,18 +1,13 @@
 // Client library of the simulated OpEN service: every call is one request
 // and one reply over the process's single Unix-socket connection.
-#include <errno.h>
-#include <poll.h>
 #include <stdio.h>
 #include <string.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <type_traits>
 
 #include "open_api.h"
 #include "sim/client_io.h"
-#include "sim/socket_path.h"
 #include "sim/wire.h"
 
 namespace {
@@ -116,7 +111,7 @@ int simCall(const char *name, openapiClientHandle_t *client, A... args) {
   memcpy(buf, &frameLen, 4);
 
   size_t replyLen = 0;
-  if (!simExchange(client->sock, buf, w.len, buf, sizeof buf, &replyLen, kCallTimeoutMs)) {
+  if (!simExchange(client->sock, buf, w.len, buf, sizeof buf, &replyLen)) {
     dropConnection(client);
     return OPEN_E_FAIL;
   }

@@ -1,7 +1,6 @@
 #include "sim/client_io.h"
 
 #include <errno.h>
-#include <poll.h>
 #include <stdint.h>
 #include <string.h>
 #include <sys/socket.h>
@@ -29,7 +28,7 @@ int simConnect(const char *explicitPath, int timeoutMs) {
   return fd;
 }
 
-bool simSendAll(int fd, const char *buf, size_t n, int) {
+bool simSendAll(int fd, const char *buf, size_t n) {
   while (n > 0) {
     ssize_t k = send(fd, buf, n, MSG_NOSIGNAL);
     if (k < 0 && errno == EINTR) continue;
@@ -40,7 +39,7 @@ bool simSendAll(int fd, const char *buf, size_t n, int) {
   return true;
 }
 
-bool simRecvAll(int fd, char *buf, size_t n, int) {
+bool simRecvAll(int fd, char *buf, size_t n) {
   while (n > 0) {
     ssize_t k = recv(fd, buf, n, 0);
     if (k < 0 && errno == EINTR) continue;
@@ -54,9 +53,8 @@ bool simRecvAll(int fd, char *buf, size_t n, int) {
 // The reply usually arrives whole in one segment: read what is there in
 // one call and only then loop for the rest, so that a call costs one send
 // and one receive.
-bool simExchange(int fd, const char *request, size_t requestLen, char *reply, size_t cap,
-                 size_t *replyLen, int timeoutMs) {
-  if (!simSendAll(fd, request, requestLen, timeoutMs)) return false;
+bool simExchange(int fd, const char *request, size_t requestLen, char *reply, size_t cap, size_t *replyLen) {
+  if (!simSendAll(fd, request, requestLen)) return false;
   size_t have = 0;
   uint32_t len = 0;
   while (have < 4 || have < 4 + static_cast<size_t>(len)) {

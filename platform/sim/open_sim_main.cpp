@@ -68,9 +68,9 @@ int serveCommand(int argc, char **argv) {
 
 bool receiveReply(int fd, std::string *frame) {
   uint32_t len = 0;
-  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4, kControlTimeoutMs) || len > wire::kMaxFrame) return false;
+  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4) || len > wire::kMaxFrame) return false;
   frame->resize(len);
-  return simRecvAll(fd, frame->data(), len, kControlTimeoutMs);
+  return simRecvAll(fd, frame->data(), len);
 }
 
 int ctlCommand(int argc, char **argv) {
@@ -98,7 +98,7 @@ int ctlCommand(int argc, char **argv) {
 
   int fd = simConnect(socket, kControlTimeoutMs);
   std::string frame;
-  if (fd < 0 || !simSendAll(fd, request.data(), request.size(), kControlTimeoutMs) || !receiveReply(fd, &frame)) {
+  if (fd < 0 || !simSendAll(fd, request.data(), request.size()) || !receiveReply(fd, &frame)) {
     fprintf(stderr, "open-sim: no daemon answering at %s\n", simSocketPath(socket));
     return 1;
   }

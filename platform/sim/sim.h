@@ -95,9 +95,16 @@ struct Sim {
   std::string scenario;  // the loaded scenario, for `reset`
   int64_t startedAt = 0; // monotonic seconds at load
 
+  // The value stored for exactly these inputs, else the call's "*" value.
   const Outputs *stored(const std::string &call, const std::string &key) const;
+  // Stores a call's answer; a "*" key replaces all of the call's values.
   void put(const std::string &call, const std::string &key, Outputs v);
 };
+
+// The first number stored for a call's inputs, else `otherwise`.
+int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise = 0);
+// Whether the interface's link is up as openapiIfLinkStateGet answers it.
+bool linkUp(const Sim &s, uint32_t ifNum);
 
 // Call table, assembled from each group's lines.
 const CallRule *findRule(const std::string &name);

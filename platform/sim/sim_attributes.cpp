@@ -60,16 +60,6 @@ bool isFibre(uint64_t ifNum) { return ifNum >= kFirstFibrePort && ifNum <= kLast
 
 std::string keyOf(uint64_t ifNum) { return std::to_string(ifNum); }
 
-bool linkUp(const Sim &s, const std::string &key) {
-  const Outputs *link = s.stored("openapiIfLinkStateGet", key);
-  return link && !link->empty() && link->at(0).num == 0;
-}
-
-int64_t storedNum(const Sim &s, const char *call, const std::string &key, int64_t otherwise) {
-  const Outputs *v = s.stored(call, key);
-  return v && !v->empty() ? v->at(0).num : otherwise;
-}
-
 // Copper ports have no cage: what only the cage knows is unsupported there.
 int unsupportedOnCopper(Sim &s, Call &c) {
   return findInterface(s, static_cast<uint32_t>(c.in(0))) ? -28 : -29;
@@ -135,7 +125,10 @@ int peersByMode(Sim &s, Call &c) {
   if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
   std::string list;
   std::vector<uint32_t> peers = peersOf(c.in(0));
-  for (uint32_t p : peers) list += (list.empty() ? "" : ",") + std::to_string(p);
+  for (uint32_t p : peers) {
+    if (!list.empty()) list += ',';
+    list += std::to_string(p);
+  }
   c.setOut(0, static_cast<uint64_t>(storedNum(s, kConfigMode, keyOf(c.in(0)), 0)));
   c.setOutText(1, list);
   c.setOut(2, peers.size());
@@ -190,7 +183,7 @@ void seedCage(Sim &s, const std::string &key, uint32_t ifNum) {
 
 void seedPort(Sim &s, const Interface &i) {
   std::string key = keyOf(i.ifNum);
-  seedSpeedAndDuplex(s, key, isFibre(i.ifNum), linkUp(s, key));
+  seedSpeedAndDuplex(s, key, isFibre(i.ifNum), linkUp(s, i.ifNum));
   seedPortState(s, key, i.ifNum);
   seedCage(s, key, i.ifNum);
 }

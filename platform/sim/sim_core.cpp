@@ -91,7 +91,22 @@ const Outputs *Sim::stored(const std::string &call, const std::string &key) cons
 }
 
 void Sim::put(const std::string &call, const std::string &key, Outputs v) {
-  state[call][key] = std::move(v);
+  auto &keys = state[call];
+  // A "*" value is the call's answer for every input from now on, so the
+  // values stored for single inputs before it go; those stored after it
+  // (by `set` or by a setter) win over it again.
+  if (key == "*") keys.clear();
+  keys[key] = std::move(v);
+}
+
+int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise) {
+  const Outputs *v = s.stored(call, key);
+  return v && !v->empty() ? v->front().num : otherwise;
+}
+
+// Link state 0 is up; an interface without one is down.
+bool linkUp(const Sim &s, uint32_t ifNum) {
+  return storedNum(s, "openapiIfLinkStateGet", std::to_string(ifNum), 1) == 0;
 }
 
 const Interface *findInterface(const Sim &s, uint32_t ifNum) {

@@ -74,11 +74,6 @@ void markReset(Sim &s, uint32_t ifNum, int64_t atMs) {
   cJSON_AddNumberToObject(r, key.c_str(), static_cast<double>(atMs));
 }
 
-bool linkUp(const Sim &s, uint32_t ifNum) {
-  const Outputs *v = s.stored("openapiIfLinkStateGet", std::to_string(ifNum));
-  return v && !v->empty() && v->front().num == 0;
-}
-
 // Milliseconds of traffic the counters hold now, in whole snapshots.
 int64_t countedMs(Sim &s, const TrafficProfile &p) {
   const cJSON *reset = cJSON_GetObjectItemCaseSensitive(resetTimes(s), std::to_string(p.ifNum).c_str());

@@ -46,9 +46,9 @@ cJSON *section(Sim &s, const char *name) {
 
 bool inList(Sim &s, const char *list, uint32_t ifNum) {
   const cJSON *p = nullptr;
-  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) if (cJSON_IsNumber(p) &&
-                                                                              static_cast<uint32_t>(p->valuedouble) ==
-                                                                                  ifNum) return true;
+  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) {
+    if (cJSON_IsNumber(p) && static_cast<uint32_t>(p->valuedouble) == ifNum) return true;
+  }
   return false;
 }
 
@@ -81,16 +81,6 @@ int answerMembership(Sim &s, Call &c, bool (*member)(Sim &, uint32_t)) {
 
 int isGreenIntf(Sim &s, Call &c) { return answerMembership(s, c, isGreenPort); }
 int isEeeIntf(Sim &s, Call &c) { return answerMembership(s, c, isEeePort); }
-
-int64_t storedNum(Sim &s, const char *call, const std::string &k) {
-  const Outputs *v = s.stored(call, k);
-  return v && !v->empty() ? (*v)[0].num : 0;
-}
-
-bool linkUp(Sim &s, uint32_t ifNum) {
-  const Outputs *v = s.stored("openapiIfLinkStateGet", key(ifNum));
-  return v && !v->empty() && (*v)[0].num == 0;
-}
 
 // Reasons, as the reply table numbers them.
 enum Reason : uint32_t {

@@ -136,11 +136,6 @@ bool lockable(const Sim &s, uint64_t ifNum) {
 
 bool vlanKnown(uint64_t vlan) { return std::find(std::begin(kVlans), std::end(kVlans), vlan) != std::end(kVlans); }
 
-int64_t storedNum(const Sim &s, const char *call, const std::string &key, int64_t fallback) {
-  const Outputs *v = s.stored(call, key);
-  return v && !v->empty() ? v->front().num : fallback;
-}
-
 bool sameEntry(const Entry &e, uint64_t ifNum, const std::string &mac, uint64_t vlan) {
   return e.ifNum == ifNum && e.mac == mac && e.vlan == vlan;
 }

@@ -156,7 +156,7 @@ bool serviceClient(Sim &s, Client &c) {
     if (c.in.size() < 4 + len) break;
     std::string reply = answer(s, c.in.substr(4, len));
     c.in.erase(0, 4 + len);
-    if (!simSendAll(c.fd, reply.data(), reply.size(), 0)) return false;
+    if (!simSendAll(c.fd, reply.data(), reply.size())) return false;
   }
   return true;
 }

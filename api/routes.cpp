@@ -379,7 +379,7 @@ constexpr RouteRow kRoutes[] = {
     // A check that replies like a read although registered as POST.
     ROUTE(PML, METHOD_POST, "intf-is-valid",
           Read<"pml", rpcclt_openapiPmlIntfIsValid, scan("ifNum"), out("isValid", kTrue)>),
-    // Read as "mode", written as "intfMode": clients rely on both names.
+    // Read as "mode", written as "intfMode".
     ROUTE(PML, METHOD_GET, "intf-mode",
           Read<"pml", rpcclt_openapiPmlIntfModeGet, scan("ifNum"), out("mode", kEnable)>),
     ROUTE(PML, METHOD_PUT, "intf-mode", Set<rpcclt_openapiPmlIntfModeSet, scan("ifNum"), bodyIs("intfMode", "enable")>),
@@ -394,7 +394,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"pml", rpcclt_openapiPmlIntfDynamicMaxLimitGet, scan("ifNum"), out("limit")>),
     ROUTE(PML, METHOD_GET, "intf-static-max-limit",
           Read<"pml", rpcclt_openapiPmlIntfStaticMaxLimitGet, scan("ifNum"), out("limit")>),
-    // The count answers under "limit", as it always has.
+    // The count answers under "limit".
     ROUTE(PML, METHOD_GET, "intf-static-count",
           Read<"pml", rpcclt_openapiPmlIntfStaticCountGet, scan("ifNum"), out("limit")>),
     ROUTE(PML, METHOD_GET, "intf-violation-trap-mode",
@@ -450,7 +450,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan("ifNum"), scan("vlanId"),
                out("count")>),
     // The walks are POST although the first-entry routes read no body; the
-    // static walk's next flag is "isnextEntrySticky" as clients expect.
+    // static walk's next flag is "isnextEntrySticky".
     ROUTE(PML, METHOD_POST, "intf-static-entry-get-first",
           Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId"),
                out("isSticky", kTrue)>),

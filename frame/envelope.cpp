@@ -14,8 +14,8 @@ struct ErrorMessage {
   const char *message;
 };
 
-// Searched from the top; the order (10027 among the 1000x codes, the empty
-// message of 11000) is what clients have always seen.
+// Searched from the top; 10027 stands among the 1000x codes and 11000 has
+// an empty message.
 const ErrorMessage ErrorMessageTable[] = {
     {0, "Success"},
     {999, "unknown fail"},

@@ -1,5 +1,12 @@
 // The one reply shape every handler writes: an optional data member under
 // the handler's group key, then "resp" with code, message and status.
+//
+// The switch's web pages parse these replies byte for byte, so every
+// oddity of the contract is kept: keys spelt differently for reading and
+// writing, POST routes that read no body, fixed values, presets that show
+// through when the switch writes nothing, messages with their own
+// spelling. Comments beside such code state the oddity; they do not
+// argue for it again.
 #ifndef FRAME_ENVELOPE_H
 #define FRAME_ENVELOPE_H
 

@@ -42,8 +42,8 @@ char *readBody() {
   long got = 0;
   while (got < n) {
     int c = getchar();
-    // The end-of-file value lands in the text as one byte, as it always
-    // has; the terminator follows it.
+    // The end-of-file value lands in the text as one byte; the terminator
+    // follows it.
     body[got++] = static_cast<char>(c);
     if (c == EOF) break;
   }

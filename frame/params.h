@@ -14,7 +14,7 @@ char *requestDataGet(void);
 // The "&"-separated pieces of `text`, in order, ending with a null entry.
 char **queryParamsSplit(const char *text);
 // Text after "=" of the first piece that contains `name` anywhere (a loose
-// match clients rely on); a pointer into the list, or null.
+// match); a pointer into the list, or null.
 const char *queryParamValue(const char *name, char **list);
 void queryParamsFree(char **list);
 

@@ -24,8 +24,8 @@ const CounterField kCounterFields[] = {
     {"total-transmit-errors", rpcclt_openapiIfOutErrorsGet},
 };
 
-// The fixed fields are what the port list has always received; a client
-// reads the real values through the single-attribute routes.
+// Fixed texts: a client reads the real values through the single-attribute
+// routes.
 void addFixedStatus(cJSON *o) {
   cJSON_AddStringToObject(o, "admin-state", "down");
   cJSON_AddStringToObject(o, "link-state", "down");

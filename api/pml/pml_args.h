@@ -1,5 +1,5 @@
-// How MAC-locking values travel: enable and boolean renderings, and the
-// 18-byte MAC address text taken from the body or the query string.
+// How MAC addresses travel in the MAC-locking routes: an 18-byte text
+// taken from the body or the query string, or rendered in a reply.
 #ifndef API_PML_PML_ARGS_H
 #define API_PML_PML_ARGS_H
 
@@ -11,13 +11,10 @@
 // Room for 17 characters and the terminator, in and out alike.
 inline constexpr uint32_t kPmlMacSize = 18;
 
-
-
 // The "macAddr=" field of the query string, percent-decoded, into a
 // buffer of `size` bytes (at most size - 1 characters). The decoding is
-// kept exactly as clients have always been answered: any two characters
-// after "%" are read as hexadecimal up to the first non-digit, and a
-// decoded 0 byte ends the text early.
+// loose: any two characters after "%" are read as hexadecimal up to the
+// first non-digit, and a decoded 0 byte ends the text early.
 void getQueryMacAddr(const char *query, char *mac, size_t size);
 
 inline constexpr kit::QueryReader kQueryMacAddr{getQueryMacAddr};

@@ -1,6 +1,5 @@
 // The switch's command line, reached through OpEN: a "show" command run
 // into a text file, and configuration lines applied from a small script.
-// Also the physical-interface walk several handlers share.
 #ifndef SWITCH_CLI_FILES_H
 #define SWITCH_CLI_FILES_H
 
@@ -33,9 +32,5 @@ uint32_t cliConfigScriptApply(openapiClientHandle_t *handle, const char *first, 
 // happened. 0 with *text set, or 10000.
 uint32_t cliShowToText(openapiClientHandle_t *handle, const char *command, const char *fileName, size_t limit,
                        char **text);
-
-int swapiIfFirstGet(openapiClientHandle_t *handle, uint32_t ifType, uint32_t *first);
-// The physical interface after `current`, or the first when it is 0.
-uint32_t swapiIfFirstOrNextGet(openapiClientHandle_t *handle, uint32_t current, uint32_t *next);
 
 #endif

@@ -1,7 +1,7 @@
 #include "api/if/counter_routes.h"
 
 #include "api/if/attribute_texts.h"
-#include "api/if/if_walk.h"
+#include "switch/if_walk.h"
 #include "api/if/port_fields.h"
 #include "frame/envelope.h"
 #include "frame/params.h"

@@ -9,6 +9,7 @@
 #include "frame/envelope.h"
 #include "frame/params.h"
 #include "switch/cli_files.h"
+#include "switch/if_walk.h"
 #include "switch/open_client.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <string.h>
 #include <strings.h>
 
-#include "api/if/if_walk.h"
+#include "switch/if_walk.h"
 #include "frame/envelope.h"
 #include "frame/params.h"
 #include "switch/cli_files.h"

@@ -5,6 +5,7 @@
 #include "frame/envelope.h"
 #include "frame/log.h"
 #include "switch/cli_files.h"
+#include "switch/if_walk.h"
 #include "switch/open_client.h"
 #include "test_support.h"
 

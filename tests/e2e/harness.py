@@ -94,12 +94,6 @@ class Sim:
             raise RuntimeError("ctl %s failed: %s" % (words, r.stderr.decode()))
         return r
 
-    def set(self, call, key, value):
-        self.ctl("set", call, key, json.dumps(value))
-
-    def fail(self, call, result, count=None):
-        self.ctl("fail", call, result, *([] if count is None else [count]))
-
     def journal(self, clear=True):
         lines = self.ctl("journal").stdout.decode().splitlines()
         if clear:
@@ -160,11 +154,6 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
     return token
 
 
-def session_text(token):
-    with open(os.path.join(SESSION_DIR, token)) as f:
-        return f.read()
-
-
 def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None):
     """One request as the web server makes it; `wrap` is a command prefix (for
     example one that gives the process its own view of the files). An `env`
@@ -204,18 +193,6 @@ class SimTestCase(unittest.TestCase):
 
     def request(self, method, path, query=None, body=None, **kw):
         return cgi(self.sim, method, path, query, body, session=kw.pop("session", self.token), **kw)
-
-    def get(self, path, query=None, **kw):
-        return self.request("GET", path, query, **kw)
-
-    def put(self, path, query=None, body=None, **kw):
-        return self.request("PUT", path, query, body, **kw)
-
-    def post(self, path, query=None, body=None, **kw):
-        return self.request("POST", path, query, body, **kw)
-
-    def delete(self, path, query=None, **kw):
-        return self.request("DELETE", path, query, **kw)
 
     def assertReply(self, result, expected):
         self.assertEqual(result.out.decode(errors="replace"), expected.decode(errors="replace"))

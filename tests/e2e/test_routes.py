@@ -98,9 +98,10 @@ COUNTERS = [
     T("GET if/status?ifNum=0", "openapiIfFirstGet(0)", [], setup="fail openapiIfFirstGet -1"),
     T("GET if/num?name=0%2F2", "openapiIfFirstGet(0) HashIntfUnitSlotPortGet(1) openapiIfNextGet(0, 1) "
       "HashIntfUnitSlotPortGet(2)", names(("0/2", 2))),
-    # The Nth LAG is computed from the first, not asked for; a VLAN's number is shown even when 0.
+    # The Nth LAG is computed from the first, not asked for; a VLAN is shown even as 0, and none past 4094 asked.
     T("GET if/num?name=lag3", "openapiIfFirstGet(2)", names(("lag3", 652))),
     T("GET if/num?name=vlan30", "RtrVlanIntfIfNumGet(30)", names(("vlan30", 0)), setup="set RtrVlanIntfIfNumGet 30 0"),
+    T("GET if/num?name=vlan4095", "", names()),
     # All of them: ports without a unit, slot and port are left out, and VLANs without a routing interface.
     T("GET if/num", None, names(*[("0/%d" % p, p) for p in range(3, 29)], ("lag1", 650), ("lag2", 651),
                                 ("vlan1", 700), ("vlan10", 701)), setup="fail HashIntfUnitSlotPortGet -1 2"),
@@ -219,7 +220,6 @@ DDISABLE = [
 HISTORY = "x2GreenEthrPwrSavHistoryIntf"
 GREEN = [
     T("GET green/valid-intf-first", "GreenEthrValidIntfFirstGet()", {"intIfNum": 1}),
-    T("GET green/valid-intf-next?prevIfNum=23", "GreenEthrValidIntfNextGet(23)", {"intIfNum": 24}),
     # Checks answer like reads, or like sets when the switch refuses.
     T("POST green/is-valid-intf-type?intIfNum=3", "GreenEthrIsValidIntfType(3)", {"valid": "true"}),
     T("POST green/is-intf-eee-capable?intIfNum=650", "GreenEthrIsIntfEEECapable(650)", {"valid": "false"}),

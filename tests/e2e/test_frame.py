@@ -1,20 +1,58 @@
-"""The request frame through the real program: the road of one request,
-sessions and privileges, registration with the service and its wait."""
+"""The request frame through the real program: the road of one request, its
+log lines, sessions, dispatch, hostile input and faults of the files around
+the program. Every row names the exact bytes printed and the OpEN calls made,
+and every process must end by itself with its exit status."""
 
 import os
 import re
+import shutil
+import subprocess
+import tempfile
+import time
 import unittest
+import urllib.error
+import urllib.request
 
-from harness import (FORBIDDEN, LEVEL_FILE, LOG_FILE, SESSION_DIR, SimTestCase, cgi, main, new_session, read_reply,
-                     session_text, uptime)
+import harness
+from harness import (FORBIDDEN, JSON_HEADER, LEVEL_FILE, LOG_FILE, SESSION_DIR, Lighttpd, SimTestCase, cgi, envelope,
+                     main, new_session, read_reply, set_reply, uptime)
 
 IF = "/api/v2/interfaces/if"
+NEXT = IF + "/ddisable-autorecovery-table-intf-next"  # a read that scans its number
+INTERVAL = IF + "/ddisable-auto-recovery-interval"  # a change that applies one CLI line
+CAUSE = IF + "/ddisable-auto-recovery-cause"
+EXPAND = IF + "/intf-expandable-port-mode-supported"  # a read that looks its query up
+EXPAND_CALL = "rpcclt_openapiIntfExpandablePortModeSupportedGet"
+NEXT_4, END = read_reply(0, "if", {"nextIfNum": 4}), read_reply(10023)
+UP = read_reply(0, "if", {"linkState": "up"})
+APPLY = ["rpcclt_openapiTxtCfgCompress", "rpcclt_openapiTxtCfgApply"]
+INTERVAL_300 = b'{"interval":300}'
+
+
+def lines(*rows):
+    """A whole log text: (level, tag, text) per message, "{n}" standing for a number, "{*}" for a line's rest."""
+    day = r"(?:%s|%s)" % (time.strftime("%Y-%m-%d", time.localtime(time.time() - 60)), time.strftime("%Y-%m-%d"))
+    return "".join(day + r" \d\d:\d\d:\d\d\.\d{3} " + re.escape("(%s): quill_cgi: [%s] %s" % row).replace(
+        r"\{n\}", r"-?\d+").replace(r"\{\*\}", r"[^\n]*") for row in rows)
+
+
+START = [("DEBUG", "initHandler:873", "Register RPC to OpEN success. (client name = interfaces_v2.cgi_{n})\n"),
+         ("DEBUG", "initHandler:890", "Network OS Version = 4.2.1.7\n"),
+         ("DEBUG", "initHandler:900", "Open API Version = 1.27.0.4\n")]
+REFRESH = ("DEBUG", "checkSessionX:103", "Token update to file. (admin\n{n}\n{*})\r\n")
+FORBID = ("ERROR", "httpdProcessRequest:236", "403 Forbidden\n")
+APPLY_LOG = ("DEBUG", "txtCfgApply:204", "inputName=/mnt/application/quill/tmp/quill_cmd_in_file.txt, outputName="
+             "/mnt/application/quill/tmp/quill_cmd_out_file.txt\n")
+APPLY_FAILED = ("ERROR", "cliModeCommandApply:441", "openapiTxtCfgApply failed for interface dot1p queue map")
 
 
 class LogWatch:
-    """What the program appends to its log file while the block runs."""
+    """What the program appends to its log at level 7 while the block runs,
+    also across a rotation (the block's first lines then end the old file)."""
 
     def __enter__(self):
+        with open(LEVEL_FILE, "ab") as f:
+            f.truncate(4)
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"7")
         st = os.stat(LOG_FILE) if os.path.exists(LOG_FILE) else None
@@ -22,139 +60,255 @@ class LogWatch:
         return self
 
     def __exit__(self, *exc):
-        # The block may have crossed a rotation: its first lines are then at
-        # the end of the rotated file, the rest in the new one.
         rotated = self.inode is not None and os.stat(LOG_FILE).st_ino != self.inode
         text = b""
         if rotated and os.path.exists(LOG_FILE + ".old") and os.stat(LOG_FILE + ".old").st_ino == self.inode:
             with open(LOG_FILE + ".old", "rb") as f:
-                f.seek(self.start)
-                text = f.read()
+                text = f.read()[self.start:]
         with open(LOG_FILE, "rb") as f:
-            f.seek(0 if rotated else self.start)
-            text += f.read()
+            text += f.read()[0 if rotated else self.start:]
         self.text = text.decode(errors="replace")
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"6")
 
 
-class RoadOfOneRequest(SimTestCase):
-    def test_link_state_of_port_3(self):
+def private_view(script):
+    """A command prefix that runs the next command after `script` in its own mount namespace."""
+    return ["unshare", "-m", "sh", "-c", "set -e; %s; exec \"$0\" \"$@\"" % script]
+
+
+def namespaces_usable():
+    try:
+        return subprocess.run(["unshare", "-m", "true"], capture_output=True, timeout=30).returncode == 0
+    except OSError:
+        return False
+
+
+class Frame(SimTestCase):
+    def test_road_of_one_request(self):
         token = new_session()
         with LogWatch() as log:
-            r = self.get(IF + "/link-state", "ifNum=3", session=token)
-        self.assertReply(r, read_reply(0, "if", {"linkState": "up"}))
+            r = self.request("GET", IF + "/link-state", "ifNum=3", session=token)
+        self.assertReply(r, UP)
         journal = self.sim.journal()
         self.assertEqual([e["call"] for e in journal], [
             "openapiClientRegister", "rpcclt_openapiConnectivityCheck", "rpcclt_openapiNetworkOSVersionGet",
             "rpcclt_openapiApiVersionGet", "openapiIfLinkStateGet", "openapiClientTearDown"])
-        self.assertRegex(journal[0]["in"][0], r"^interfaces_v2\.cgi_\d+$")
+        self.assertEqual(journal[0]["in"], ["interfaces_v2.cgi_%s" % log.text.split("cgi_")[1].split(")")[0]])
         self.assertEqual(journal[4]["in"], [3])
-        self.assertRegex(session_text(token), r"^admin\n\d+\n" + token + "$")
-        self.assertIn("(DEBUG): quill_cgi: [initHandler:873] Register RPC to OpEN success. (client name = "
-                      "interfaces_v2.cgi_", log.text)
-        self.assertIn("[initHandler:890] Network OS Version = 4.2.1.7\n", log.text)
-        self.assertIn("[initHandler:900] Open API Version = 1.27.0.4\n", log.text)
-        self.assertIn("[checkSessionX:103] Token update to file. (admin\n", log.text)
+        self.assertRegex(log.text, "^" + lines(*START, REFRESH) + r"\Z")
+        with open(os.path.join(SESSION_DIR, token)) as f:
+            self.assertRegex(f.read(), r"^admin\n\d+\n" + token + r"\Z")
 
-    def test_version_reads_that_fail_only_log(self):
-        self.sim.fail("rpcclt_openapiNetworkOSVersionGet", -1)
-        self.sim.fail("rpcclt_openapiApiVersionGet", -28)
-        with LogWatch() as log:
-            r = self.get(IF + "/link-state", "ifNum=4")
-        self.assertReply(r, read_reply(0, "if", {"linkState": "down"}))
-        self.assertIn("(ERROR): quill_cgi: [initHandler:892] Network OS Version retrieve error\n", log.text)
-        self.assertIn("(ERROR): quill_cgi: [initHandler:902] Open API Version retrieve error\n", log.text)
-
-
-class Sessions(SimTestCase):
-    def test_who_may_call_what(self):
-        old = uptime() - 7300
-        cases = [
-            # (description, session file lines or token, method, expect 403)
-            ("admin GET", new_session(), "GET", False),
-            ("read-only GET", new_session("viewer", "ro"), "GET", False),
-            ("read-write GET", new_session("operator", "rw"), "GET", False),
-            ("rwx reads as rw", new_session("operator", "rwx"), "GET", False),
-            ("unknown privilege", new_session("operator", "xx"), "GET", True),
-            ("timed out", new_session(stamp=old), "GET", True),
-            ("never expires", new_session(stamp=0), "GET", False),
-            ("missing file", "no-such-session", "GET", True),
-            ("token with a slash", "../session/" + new_session(), "GET", True),
-            ("empty token", "", "GET", True),
-            ("600-character token", "t" * 600, "GET", True),
+    def test_log_lines(self):
+        old = new_session(stamp=-99999)
+        # (set-up, method, path, query, body, session, exit status, reply, the lines after the start)
+        rows = [
+            (["fail rpcclt_openapiNetworkOSVersionGet -1", "fail rpcclt_openapiApiVersionGet -28"],
+             "GET", IF + "/link-state", "ifNum=3", None, None, 0, UP,
+             START[:1] + [("ERROR", "initHandler:892", "Network OS Version retrieve error\n"),
+                          ("ERROR", "initHandler:902", "Open API Version retrieve error\n"), REFRESH]),
+            (["fail openapiClientRegister -1"], "GET", NEXT, None, None, None, 255, b"",
+             [("ERROR", "initHandler:870", "\nFailed to initialize RPC to OpEN. Exiting (result = -1)\n")]),
+            # The service answers at the second check; the full wait is left to the unit tests.
+            (["fail rpcclt_openapiConnectivityCheck -1 1"], "GET", IF + "/link-state", "ifNum=3", None, None,
+             0, UP, START[:1] + [("WARN", "initHandler:882", "RPC call can fail until server starts. Keep trying "
+                                 "(result = -1)\n")] + START[1:] + [REFRESH]),
+            ([], "GET", IF + "/no-such", "a=1", None, None, 0, b"",
+             START + [("ERROR", "httpdProcessRequest:231", "method not found:%s/no-such?a=1\nif\nno-such\n" % IF)]),
+            ([], "GET", NEXT, None, None, "nobody", 0, FORBIDDEN,
+             START + [("DEBUG", "checkSessionX:45", "/tmp/session/nobody file not exsits, ignore\n"), FORBID]),
+            ([], "GET", NEXT, None, None, old, 0, FORBIDDEN,
+             START + [("INFO", "checkSessionX:86", "Token timeout({n} - -99999).please login again. (userName: "
+                                                    "admin\n timestamp: -99999\n)\r\n"), FORBID]),
+            ([], "GET", NEXT, None, None, new_session("operator", "xx"), 0, FORBIDDEN,
+             START + [("ERROR", "checkSessionX:63", "Invalid priviledged level in user session\n"), FORBID]),
+            ([], "PUT", INTERVAL, None, INTERVAL_300, new_session("viewer", "ro"), 0, FORBIDDEN,
+             START + [("ERROR", "checkSessionX:72", "Permission denied, not a priviledged user\n"), FORBID]),
+            (["fail rpcclt_openapiCliShowExecuteToFile -3"], "GET", INTERVAL, None, None, None, 0,
+             read_reply(17002), START + [REFRESH, ("ERROR", "cliShowExecuteToFile:187",
+                                                   "Execute show cmd faile, result:-3\r\n")]),
+            (["fail rpcclt_openapiTxtCfgCompress -1"], "PUT", INTERVAL, None, INTERVAL_300, None, 0,
+             set_reply(10000), START + [REFRESH, APPLY_LOG, ("ERROR", "txtCfgApply:211", "Bad return code trying to "
+                                        "compress the configuration file. (result = -1)\n"), APPLY_FAILED]),
+            # The last message has no line end of its own.
+            ([], "PUT", INTERVAL, None, b'{"interval":10}', None, 0, set_reply(10000),
+             START + [REFRESH, APPLY_LOG, ("ERROR", "txtCfgApply:216", "Bad return code trying to apply the "
+                                          "configuration. (result = -1)\n"), APPLY_FAILED]),
+            (["fail openapiIfFirstGet -29"], "GET", IF + "/counters", None, None, None, 0,
+             read_reply(0, "if", []), START + [REFRESH, ("ERROR", "swapiIfFirstGet:4031", "Bad return code trying "
+                                                         "to get first physical interface. result = -29\r\n")]),
         ]
-        for name, token, method, refused in cases:
-            with self.subTest(name):
-                r = cgi(self.sim, method, IF + "/link-state", "ifNum=1", session=token)
+        for setup, method, path, query, body, session, status, reply, expected in rows:
+            with self.subTest(path=path, setup=setup, session=session):
+                self.sim.ctl("reset")
+                for command in setup:
+                    self.sim.ctl(*command.split())
+                with LogWatch() as log:
+                    r = self.request(method, path, query, body, session=session or self.token)
+                self.assertEqual((r.out, r.status), (reply, status))
+                self.assertRegex(log.text, "^" + lines(*expected) + r"\Z")
+        self.assertFalse(os.path.exists(os.path.join(SESSION_DIR, old)))
+
+    def test_sessions(self):
+        decoy = new_session(token="decoy-%d" % os.getpid())
+        put = (IF + "/admin-state", "ifNum=3", b'{"adminState":"enable"}', None)
+        polling = (NEXT, "prevIfNum=3", None, "1")
+        # (session file text, or a token naming no file of its own; request; reply; file afterwards: a pattern
+        #  in which {now} is the uptime and {token} the token, or None for deleted)
+        rows = [
+            ("admin\n{now}\n", None, NEXT_4, "admin\n{now}\n{token}"),
+            ("admin\n0\n", None, NEXT_4, "admin\n{now}\n{token}"),  # a 0 stamp never expires
+            ("viewer\n{now}\nro\n", None, NEXT_4, "viewer\n{now}\nro\n{token}"),
+            ("viewer\n{now}\nro\n", put, FORBIDDEN, "viewer\n{now}\nro\n"),
+            ("operator\n{now}\nrwx\n", put, set_reply(0), "operator\n{now}\nrwx\n{token}"),
+            ("operator\n{now}\n", None, FORBIDDEN, "operator\n{now}\n"),
+            ("operator\n{now}\nrw\n", polling, NEXT_4, "operator\n{now}\nrw\n"),  # polling does not refresh
+            ("admin\n-99999\n", None, FORBIDDEN, None),
+            ("adm", None, FORBIDDEN, "adm"),
+        ] + [(("token", token), None, FORBIDDEN, None)
+             for token in ["../session/" + decoy, "", decoy + "x" * 600, None]]
+        for n, (text, request, reply, after) in enumerate(rows):
+            with self.subTest(text=text, request=request):
+                self.sim.ctl("reset")
+                low, token = uptime(), text[1] if isinstance(text, tuple) else "s%d-%d" % (os.getpid(), n)
+                if not isinstance(text, tuple):
+                    with open(os.path.join(SESSION_DIR, token), "w") as f:
+                        f.write(text.replace("{now}", str(low)))
+                decoy_before = os.stat(os.path.join(SESSION_DIR, decoy)).st_mtime_ns
+                path, query, body, refresh = request or (NEXT, "prevIfNum=3", None, None)
+                r = cgi(self.sim, "PUT" if body else "GET", path, query, body, session=token, refresh=refresh)
+                self.assertEqual((r.out, r.status), (reply, 0))
+                self.assertEqual(len(self.sim.calls()), 0 if reply == FORBIDDEN else 1)
+                self.assertEqual(os.stat(os.path.join(SESSION_DIR, decoy)).st_mtime_ns, decoy_before)
+                if isinstance(text, tuple):
+                    continue
+                file = os.path.join(SESSION_DIR, token)
+                self.assertEqual(os.path.exists(file), after is not None)
+                if after is not None:
+                    with open(file) as f:
+                        now = f.read()
+                    m = re.fullmatch(re.escape(after).replace(r"\{now\}", r"(\d+)").replace(r"\{token\}", token), now)
+                    self.assertTrue(m and (not m.groups() or low <= int(m.group(1)) <= uptime() + 1), now)
+
+
+LONG = "a" * 2000
+NOT_VALID = set_reply(10003)
+# (method, path, query, body, CGI variables, reply, calls made: names, or (name, inputs) pairs)
+HOSTILE = [
+    # CONTENT_LENGTH
+    ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "-5"}, NOT_VALID, []),
+    ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "9" * 40}, NOT_VALID, []),
+    ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "16xyz"}, set_reply(0), APPLY),
+    # Longer than the body: the end-of-file byte trails the JSON text, which still parses.
+    ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "100"}, set_reply(0), APPLY),
+    ("PUT", INTERVAL, None, b'{"interval":', {"CONTENT_LENGTH": "1000000"}, NOT_VALID, []),
+    # bodies
+    ("PUT", INTERVAL, None, bytes(range(256)) * 4, {}, NOT_VALID, []),
+    ("PUT", INTERVAL, None, b"[" * 100000, {}, NOT_VALID, []),
+    ("PUT", INTERVAL, None, b'{"interval":300,"x":' + b"[" * 5000 + b"]" * 5000 + b"}", {}, NOT_VALID, []),
+    ("PUT", INTERVAL, None, b'{"interval":300,"pad":"' + b"a" * (1 << 20) + b'"}', {}, set_reply(0), APPLY),
+    ("PUT", INTERVAL, None, INTERVAL_300 + b"\x00\xff garbage", {}, set_reply(0), APPLY),
+    ("PUT", INTERVAL, None, b'{"interval":1e999}', {}, set_reply(10000), APPLY),
+    ("PUT", CAUSE, None, b'{"cause":"pml\\nreload","mode":"enable"}', {}, NOT_VALID, []),
+    # An escaped NUL ends the cause: only the table's name reaches the CLI.
+    ("PUT", CAUSE, None, b'{"cause":"pml\\u0000; reload","mode":"enable"}', {}, set_reply(0), APPLY),
+    ("GET", NEXT, "prevIfNum=3", b"\x00\xff" * 1000, {}, NEXT_4, ["openapiIfNextGet"]),
+    # queries: scans read the variable whole, lookups see its first 8192 characters
+    ("GET", NEXT, "x" * 9000 + "&prevIfNum=3", None, {}, NEXT_4, ["openapiIfNextGet"]),
+    ("GET", NEXT, "prevIfNum=99999999999", None, {}, END, [("openapiIfNextGet", [0, 1215752191])]),
+    ("GET", EXPAND, "x" * 8168 + "&expandPortMode=quad_40g", None, {},
+     read_reply(0, "if", {"isExpandedModeSupported": "true"}), [(EXPAND_CALL, [4])]),
+    ("GET", EXPAND, "x" * 8169 + "&expandPortMode=quad_40g", None, {},
+     read_reply(0, "if", {"isExpandedModeSupported": "false"}), [(EXPAND_CALL, [0])]),
+    ("GET", CAUSE, "cause=" + "pml" * 43, None, {}, read_reply(17002), []),
+    # request paths and methods
+    ("GET", IF + "/" + LONG, None, None, {}, b"", []),
+    ("GET", NEXT, "prevIfNum=3&" + LONG, None, {}, NEXT_4, ["openapiIfNextGet"]),
+    ("GET", "x" * 2000, None, None, {}, b"Invalid request path '" + b"x" * 1023 + b"'\n", []),
+    ("GET", "", None, None, {}, b"Invalid request path ''\n", []),
+    ("GET", IF + "/cable-status", "ifNum=1", None, {}, b"", []),
+    ("X" * 5000, NEXT, None, None, {}, b"", []),
+    ("get", NEXT, "prevIfNum=3", None, {}, NEXT_4, ["openapiIfNextGet"]),
+    ("GET", NEXT, None, None, {"REQUEST_METHOD": None}, b"", []),
+]
+
+
+class Hostile(SimTestCase):
+    def test_requests(self):
+        for method, path, query, body, env, reply, calls in HOSTILE:
+            with self.subTest(method=method[:10], path=path[:60], query=(query or "")[:30], body=(body or b"")[:30],
+                              env=str(env)[:40]):
+                self.sim.ctl("reset")
+                r = cgi(self.sim, method, path, query, body, session=self.token, env=env)
+                self.assertEqual((r.out, r.status), (reply, 0))
+                seen = self.sim.calls()
+                self.assertEqual([(e["call"], e["in"]) if isinstance(c, tuple) else e["call"]
+                                  for e, c in zip(seen, calls)] + seen[len(calls):], calls)
+
+
+@unittest.skipUnless(namespaces_usable(), "needs private mount namespaces (unshare -m)")
+class Faults(SimTestCase):
+    """Each fault lives in a private mount namespace of the processes under test."""
+
+    def test_cli_work_folder(self):
+        quill = "/mnt/application/quill"
+        for script in ["mount -t tmpfs tmpfs " + quill, "mount -t tmpfs -o ro tmpfs " + harness.CLI_DIR,
+                       "mount -t tmpfs tmpfs {q}; touch {q}/tmp".format(q=quill)]:
+            sim = harness.Sim(wrap=private_view(script))
+            inside = ["nsenter", "-t", str(sim.proc.pid), "-m", "--"]
+            try:
+                for method, path, body, reply, calls in [
+                        ("GET", INTERVAL, None, read_reply(17002), ["rpcclt_openapiCliShowExecuteToFile"]),
+                        ("PUT", INTERVAL, INTERVAL_300, set_reply(10000), [])]:
+                    with self.subTest(script, path=path, method=method):
+                        r = cgi(sim, method, path, None, body, session=self.token, wrap=inside)
+                        self.assertEqual((r.out, r.status), (reply, 0))
+                        self.assertEqual([e["call"] for e in sim.calls()], calls)
+                        look = "cat {0} 2>/dev/null || ls -A {0}".format(harness.CLI_DIR)  # a file in its place, or not
+                        self.assertEqual(subprocess.run(inside + ["sh", "-c", look], capture_output=True).stdout, b"")
+            finally:
+                sim.stop()
+
+    def test_an_unwritable_log_sends_its_lines_to_standard_output(self):
+        stamp = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \(ERROR\): quill_cgi: "
+        folder = tempfile.mkdtemp(prefix="log-fault-")
+        for name, content in (("log", b""), ("level", b"6")):
+            with open(os.path.join(folder, name), "wb") as f:
+                f.write(content)
+        wrap = private_view("touch {1} {2}; mount --bind {0}/log {1}; mount --bind {0}/level {2}; "
+                            "mount -o remount,bind,ro {1}".format(folder, LOG_FILE, LEVEL_FILE))
+        for session, method, path, body, pattern in [
+                ("nobody", "GET", NEXT, None, stamp + re.escape("[httpdProcessRequest:236] 403 Forbidden\n" +
+                                                                FORBIDDEN.decode())),
+                (self.token, "PUT", INTERVAL, b'{"interval":10}', re.escape(JSON_HEADER.decode()) + stamp + re.escape(
+                    "[txtCfgApply:216] Bad return code trying to apply the configuration. (result = -1)\n") + stamp +
+                 re.escape("[%s] %s" % APPLY_FAILED[1:] + envelope(10000, newline=True).decode()))]:
+            with self.subTest(path=path):
+                r = cgi(self.sim, method, path, None, body, session=session, wrap=wrap)
                 self.assertEqual(r.status, 0)
-                if refused:
-                    self.assertEqual(r.out, FORBIDDEN)
-                else:
-                    self.assertEqual(r.out, read_reply(0, "if", {"linkState": "up"}))
-
-    def test_no_session_header_is_refused_without_calling_the_switch(self):
-        r = cgi(self.sim, "GET", IF + "/type", "ifNum=1")
-        self.assertEqual((r.out, r.status), (FORBIDDEN, 0))
-        self.assertEqual(self.sim.calls(), [])
-
-    def test_refresh_rewrites_the_stamp_and_polling_does_not(self):
-        token = new_session("operator", "rw", stamp=uptime() - 100)
-        before = session_text(token)
-        self.get(IF + "/type", "ifNum=1", session=token, refresh="1")
-        self.assertEqual(session_text(token), before)
-        self.get(IF + "/type", "ifNum=1", session=token)
-        self.assertRegex(session_text(token), r"^operator\n(\d+)\nrw\n" + token + "$")
-        stamp = int(session_text(token).split("\n")[1])
-        self.assertGreaterEqual(stamp, uptime() - 2)
-
-    def test_a_timed_out_session_is_deleted(self):
-        token = new_session(stamp=uptime() - 7300)
-        r = self.get(IF + "/type", "ifNum=1", session=token)
-        self.assertEqual(r.out, FORBIDDEN)
-        self.assertFalse(os.path.exists(os.path.join(SESSION_DIR, token)))
+                self.assertRegex(r.out.decode(errors="replace"), "^" + pattern + r"\Z")
+        with open(os.path.join(folder, "log"), "rb") as f:
+            self.assertEqual(f.read(), b"")
 
 
-class Dispatch(SimTestCase):
-    def test_unknown_routes_print_nothing(self):
-        for path, method in [(IF + "/no-such-route", "GET"), (IF + "/NUM", "GET"), (IF + "/", "GET"),
-                             (IF + "/cable-status", "GET"), (IF + "/link-state", "PATCH")]:
-            with self.subTest(path=path, method=method):
-                r = cgi(self.sim, method, path, "ifNum=1", session=self.token)
-                self.assertEqual((r.out, r.status), (b"", 0))
-
-    def test_methods_ignore_case(self):
-        r = cgi(self.sim, "get", IF + "/link-state", "ifNum=1", session=self.token)
-        self.assertEqual(r.out, read_reply(0, "if", {"linkState": "up"}))
-
-
-class Registration(SimTestCase):
-    def test_refused_registration_exits_255_with_nothing_printed(self):
-        self.sim.fail("openapiClientRegister", -1)
-        with LogWatch() as log:
-            r = self.get(IF + "/link-state", "ifNum=1")
-        self.assertEqual((r.out, r.status), (b"", 255))
-        self.assertIn("(ERROR): quill_cgi: [initHandler:870] \nFailed to initialize RPC to OpEN. Exiting "
-                      "(result = -1)\n", log.text)
-
-    def test_service_that_answers_at_the_third_check(self):
-        self.sim.fail("rpcclt_openapiConnectivityCheck", -1, 2)
-        with LogWatch() as log:
-            r = self.get(IF + "/link-state", "ifNum=2")
-        self.assertReply(r, read_reply(0, "if", {"linkState": "up"}))
-        warnings = re.findall(r"\(WARN\): quill_cgi: \[initHandler:882\] RPC call can fail until server starts. "
-                              r"Keep trying \(result = -1\)\n", log.text)
-        self.assertEqual(len(warnings), 2)
-
-    def test_service_that_never_answers(self):
-        # The one test that waits out the whole 18 seconds.
-        self.sim.fail("rpcclt_openapiConnectivityCheck", -1)
-        with LogWatch() as log:
-            r = self.get(IF + "/link-state", "ifNum=2")
-        self.assertEqual((r.out, r.status), (b"", 255))
-        self.assertEqual(log.text.count("[initHandler:882] RPC call can fail until server starts."), 6)
-        checks = [e for e in self.sim.journal() if e["call"] == "rpcclt_openapiConnectivityCheck"]
-        self.assertEqual(len(checks), 7)
+@unittest.skipUnless(shutil.which("lighttpd"), "lighttpd is not installed")
+class ThroughLighttpd(SimTestCase):
+    def test_a_session_is_served_and_none_is_forbidden(self):
+        server = Lighttpd(self.sim.socket)
+        try:
+            for headers, expected in [({"session": self.token}, (200, "application/json", UP[len(JSON_HEADER):])),
+                                      ({}, (403, None, b""))]:
+                request = urllib.request.Request("http://127.0.0.1:%d%s/link-state?ifNum=3" % (server.port, IF),
+                                                 headers=headers)
+                try:
+                    with urllib.request.urlopen(request, timeout=30) as r:
+                        got = (r.status, r.headers.get("Content-Type"), r.read())
+                except urllib.error.HTTPError as e:
+                    got = (e.code, None, e.read())
+                self.assertEqual(got, expected)
+        finally:
+            server.stop()
 
 
 if __name__ == "__main__":

@@ -40,7 +40,7 @@ TEST(SessionDecisions, LifetimeIs7200SecondsAndZeroNeverExpires) {
   EXPECT_FALSE(sessionExpired(100, 200));
 }
 
-TEST(SessionDecisions, TokensThatCouldLeaveTheFolderAreUnusable) {
+TEST(SessionDecisions, TokensThatCouldLeaveTheFolderOrCarryControlCharactersAreUnusable) {
   std::string longToken(499, 'a'), fitting(498, 'a');
   struct Case {
     const char *token;
@@ -49,6 +49,9 @@ TEST(SessionDecisions, TokensThatCouldLeaveTheFolderAreUnusable) {
       {"abc123", true}, {"", false}, {nullptr, false}, {"../etc/passwd", false}, {"a/b", false},
       {"..", true},  // stays inside: the folder has no such file
       {longToken.c_str(), false}, {fitting.c_str(), true},
+      // No login hands out a control character: refused like a missing file.
+      {"ab\ncd", false}, {"\x01", false}, {"tab\tbed", false}, {"x\x1f", false}, {"del\x7f", false},
+      {"a b", true}, {"caf\xc3\xa9", true}, {"~!\x80", true},
   };
   for (const Case &c : cases) EXPECT_EQ(sessionTokenUsable(c.token, "/tmp/session/"), c.usable);
 }
@@ -137,6 +140,9 @@ TEST_F(SessionFiles, MissingFilesAndBadTokensAreRefused) {
   EXPECT_EQ(check(escape.c_str(), nullptr, METHOD_GET), -1);
   EXPECT_EQ(readText(dir_.path() + "-outside"), "admin\n0\n");
   unlink((dir_.path() + "-outside").c_str());
+  writeText(path("ctl\x01"), "admin\n0\n");  // exists, but the token is no usable name
+  EXPECT_EQ(check("ctl\x01", nullptr, METHOD_GET), -1);
+  EXPECT_EQ(readText(path("ctl\x01")), "admin\n0\n");
   writeText(path("c"), "admin\n5\n");
   EXPECT_EQ(check("c", nullptr, METHOD_GET, noUptime), -1);
 }

@@ -1,15 +1,21 @@
 #include "api/green/green_texts.h"
 #include "api/if/attribute_texts.h"
+#include "api/if/if_texts.h"
 #include "api/if/name_lookup.h"
+#include "api/pml/pml_args.h"
 #include "test_support.h"
 
 // The mappings with a rule beyond their table: exactly 1 is on, lane mode
 // 0 reads null, and lane-mode input is a table of its own that ignores case.
 TEST(ReplyTexts, RulesBeyondTheTables) {
+  struct OneIsOn { const TextMap &map; std::string on, off; } ones[] = {
+      {kEnable, "enable", "disable"}, {kTrue, "true", "false"},    {kIfEnable, "enable", "disable"},
+      {kIfTrue, "true", "false"},     {kPmlBool, "true", "false"}, {kPmlEnable, "enable", "disable"},
+      {kIfUpDown, "up", "down"},      {kIfAttach, "attached", "none"}};
+  for (const OneIsOn &o : ones)
+    EXPECT_EQ(std::string(o.map.text(1)) + "|" + o.map.text(0) + "|" + o.map.text(2), o.on + "|" + o.off + "|" + o.off);
   struct Text { const TextMap &map; uint32_t value; const char *text; } texts[] = {
-      {kEnable, 1, "enable"},  {kEnable, 2, "disable"}, {kTrue, 0xFFFFFFFF, "false"}, {kIfAutoNeg, 1, "disable"},
-      {kIfLaneMode, 0, nullptr}, {kIfLaneMode, 14, "1x400G"}, {kIfLaneMode, 15, "none"},
-  };
+      {kIfAutoNeg, 1, "disable"}, {kIfLaneMode, 0, nullptr}, {kIfLaneMode, 14, "1x400G"}, {kIfLaneMode, 15, "none"}};
   for (const Text &t : texts) EXPECT_STREQ(t.map.text(t.value), t.text) << t.value;
   struct Value { const char *text; uint32_t value; } values[] = {{"4x10G", 1}, {"1X100G", 5}, {"1x50G", 0}, {0, 0}};
   for (const Value &v : values) EXPECT_EQ(ifLaneModeValue(v.text), v.value) << (v.text ? v.text : "(null)");

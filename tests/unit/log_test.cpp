@@ -6,12 +6,9 @@ static bool has(const std::string &text, const char *part) { return part && text
 
 TEST(Logging, TheLevelFileDecidesWhatIsWrittenAndHowLinesRead) {
   struct Case { const char *level, *shown, *hidden, *levelAfter; } cases[] = {
-      {"7", " (DEBUG): quill_cgi: [f:4] debug\n", nullptr, "7"},
-      {"6", " (INFO): quill_cgi: [f:3] info\n", "debug", "6"},
-      {"4", " (WARN): quill_cgi: [f:2] warn\n", "info", "4"},
-      {"3", " (ERROR): quill_cgi: [f:1] error\n", "warn", "3"},
-      {"0", nullptr, "error", "0"},
-      {"x", "info", "debug", "6"},  // not a digit: rewritten to 6
+      {"7", " (DEBUG): quill_cgi: [f:4] debug\n", 0, "7"}, {"6", " (INFO): quill_cgi: [f:3] info\n", "debug", "6"},
+      {"4", " (WARN): quill_cgi: [f:2] warn\n", "info", "4"}, {"3", " (ERROR): quill_cgi: [f:1] error\n", "warn", "3"},
+      {"0", 0, "error", "0"},                              {"x", "info", "debug", "6"},  // "x" is rewritten to 6
   };
   for (const Case &c : cases) {
     LogCapture log(c.level);

@@ -55,10 +55,7 @@ struct LogCapture {
     writeText(levelFile, level);
     reopen();
   }
-  ~LogCapture() {
-    logClose();
-    logUseFiles(nullptr);
-  }
+  ~LogCapture() { logClose(), logUseFiles(nullptr); }
   // As a new process opens the files: after a test has written into them.
   void reopen() {
     logUseFiles(&files);

@@ -66,7 +66,10 @@ Privilege sessionPrivilege(const char *privilegeLine, uint32_t method, uint32_t 
 bool sessionExpired(long uptime, long stamp) { return stamp != 0 && uptime - stamp > kSessionLifetime; }
 
 bool sessionTokenUsable(const char *token, const char *dir) {
-  return token && *token && !strchr(token, '/') && strlen(dir) + strlen(token) < kPathBuf;
+  if (!token || !*token || strchr(token, '/') || strlen(dir) + strlen(token) >= kPathBuf) return false;
+  for (const unsigned char *c = reinterpret_cast<const unsigned char *>(token); *c; ++c)
+    if (*c < 0x20 || *c == 0x7f) return false;
+  return true;
 }
 
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {

@@ -25,8 +25,9 @@ enum class Privilege { Allowed, Denied, Invalid };
 bool sessionIsAdmin(const char *userLine);
 Privilege sessionPrivilege(const char *privilegeLine, uint32_t method, uint32_t access);
 bool sessionExpired(long uptime, long stamp);
-// A token that could reach outside the session folder, or not fit its
-// path, is refused before any path is formed.
+// A token that could reach outside the session folder, not fit its path,
+// or carry a control character (no login hands those out) is refused
+// before any file is opened.
 bool sessionTokenUsable(const char *token, const char *dir);
 
 #endif

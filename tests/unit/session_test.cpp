@@ -1,144 +1,92 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
-#include <string>
-
 #include "frame/route_table.h"
 #include "frame/session.h"
 #include "test_support.h"
 
-namespace {
-
 TEST(SessionDecisions, PrivilegeByMethodAndAccess) {
-  struct Case {
-    const char *line;
-    uint32_t method, access;
-    Privilege verdict;
-  } cases[] = {
-      {"ro\n", METHOD_GET, 1, Privilege::Allowed},   {"ro\n", METHOD_PUT, 1, Privilege::Denied},
-      {"ro\n", METHOD_POST, 1, Privilege::Denied},   {"ro\n", METHOD_DELETE, 1, Privilege::Denied},
-      {"ro\n", METHOD_GET, 2, Privilege::Denied},    {"rw\n", METHOD_PUT, 1, Privilege::Allowed},
-      {"rw\n", METHOD_GET, 2, Privilege::Denied},    {"rwx\n", METHOD_DELETE, 1, Privilege::Allowed},
+  struct Case { const char *line; uint32_t method, access; Privilege verdict; } cases[] = {
+      {"ro\n", METHOD_GET, 1, Privilege::Allowed},    {"ro\n", METHOD_PUT, 1, Privilege::Denied},
+      {"ro\n", METHOD_POST, 1, Privilege::Denied},    {"ro\n", METHOD_DELETE, 1, Privilege::Denied},
+      {"ro\n", METHOD_GET, 2, Privilege::Denied},     {"rw\n", METHOD_PUT, 1, Privilege::Allowed},
+      {"rw\n", METHOD_GET, 2, Privilege::Denied},     {"rwx\n", METHOD_DELETE, 0, Privilege::Allowed},
       {"admin\n", METHOD_GET, 1, Privilege::Invalid}, {"", METHOD_GET, 1, Privilege::Invalid},
-      {"RO\n", METHOD_GET, 1, Privilege::Invalid},
+      {"RO\n", METHOD_GET, 1, Privilege::Invalid},    {"r", METHOD_GET, 1, Privilege::Invalid},
   };
   for (const Case &c : cases)
     EXPECT_EQ(sessionPrivilege(c.line, c.method, c.access), c.verdict) << c.line << c.method << c.access;
 }
 
-TEST(SessionDecisions, AdminLineMustBeExact) {
-  char exact[200] = "admin\n", other[200] = "admin2\n", noNewline[200] = "admin";
-  EXPECT_TRUE(sessionIsAdmin(exact));
-  EXPECT_FALSE(sessionIsAdmin(other));
-  EXPECT_FALSE(sessionIsAdmin(noNewline));
-}
-
-TEST(SessionDecisions, LifetimeIs7200SecondsAndZeroNeverExpires) {
-  EXPECT_FALSE(sessionExpired(10000, 10000 - 7200));
-  EXPECT_TRUE(sessionExpired(10000, 10000 - 7201));
-  EXPECT_FALSE(sessionExpired(99999999, 0));
-  EXPECT_FALSE(sessionExpired(100, 200));
-}
-
-TEST(SessionDecisions, TokensThatCouldLeaveTheFolderAreUnusable) {
-  std::string longToken(499, 'a'), fitting(498, 'a');
-  struct Case {
-    const char *token;
-    bool usable;
-  } cases[] = {
+TEST(SessionDecisions, TokensThatCouldLeaveTheFolderOrCarryControlCharactersAreUnusable) {
+  std::string tooLong(499, 'a'), fitting(498, 'a');  // with "/tmp/session/": 512 and 511 characters
+  struct Case { const char *token; bool usable; } cases[] = {
       {"abc123", true}, {"", false}, {nullptr, false}, {"../etc/passwd", false}, {"a/b", false},
       {"..", true},  // stays inside: the folder has no such file
-      {longToken.c_str(), false}, {fitting.c_str(), true},
+      {tooLong.c_str(), false}, {fitting.c_str(), true}, {"ab\ncd", false}, {"\x01", false}, {"tab\tbed", false},
+      {"x\x1f", false}, {"del\x7f", false}, {"a b", true}, {"caf\xc3\xa9", true}, {"~!\x80", true},
   };
-  for (const Case &c : cases) EXPECT_EQ(sessionTokenUsable(c.token, "/tmp/session/"), c.usable);
+  for (const Case &c : cases) EXPECT_EQ(sessionTokenUsable(c.token, "/tmp/session/"), c.usable) << c.token;
 }
 
-long gNow = 0;
-bool fakeUptime(long *now) {
-  *now = gNow;
-  return true;
-}
-bool noUptime(long *) { return false; }
+static long gNow = 0;
+static bool fakeUptime(long *now) { return *now = gNow, true; }
+static bool noUptime(long *) { return false; }
 
-class SessionFiles : public testing::Test {
- protected:
+struct SessionFiles : testing::Test {
   int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime) {
-    Route route = {};
-    route.method = method;
-    route.access = 1;
-    SessionEnv env = {dirSlash_.c_str(), clock};
-    return checkSessionIn(env, token, refresh, &route);
+    Route route = {nullptr, method, 1, nullptr, nullptr};
+    return checkSessionIn(SessionEnv{dir.path.c_str(), clock}, token, refresh, &route);
   }
-  std::string path(const char *token) { return dir_.file(token); }
-  TempDir dir_;
-  std::string dirSlash_ = dir_.path() + "/";
+  TempDir dir;
 };
 
-TEST_F(SessionFiles, AdminIsRefreshedWithUptimeAndToken) {
-  gNow = 5000;
-  writeText(path("t1"), "admin\n4000\n");
-  EXPECT_EQ(check("t1", nullptr, METHOD_PUT), 0);
-  EXPECT_EQ(readText(path("t1")), "admin\n5000\nt1");
-  // A second refresh reads its own output back correctly.
-  gNow = 5100;
-  EXPECT_EQ(check("t1", nullptr, METHOD_GET), 0);
-  EXPECT_EQ(readText(path("t1")), "admin\n5100\nt1");
+// Each case: the file before, the check, and the file after (null: deleted).
+TEST_F(SessionFiles, TheCheckAgesOutRefreshesOrLeavesTheFile) {
+  const std::string longStamp = "bob\n" + std::string(199, '0') + "\nro\n";
+  struct Case { const char *before; long now; const char *refresh; uint32_t method; int result; const char *after; };
+  const Case cases[] = {
+      {"admin\n4000\n", 5000, nullptr, METHOD_PUT, 0, "admin\n5000\nt"},
+      {"admin\n5000\nt", 5100, nullptr, METHOD_GET, 0, "admin\n5100\nt"},  // its own output read back
+      {"admin\n900\na-much-longer-old-tail\n", 1000, nullptr, METHOD_GET, 0, "admin\n1000\nt"},
+      {"alice\n200\nrw\n", 300, nullptr, METHOD_DELETE, 0, "alice\n300\nrw\nt"},
+      {"bob\n200\nro\n", 300, nullptr, METHOD_PUT, -1, "bob\n200\nro\n"},
+      {"bob\n200\nro\n", 300, nullptr, METHOD_GET, 0, "bob\n300\nro\nt"},
+      {"carol\n200\nxx\n", 300, nullptr, METHOD_GET, -1, "carol\n200\nxx\n"},
+      {"admin2\n200\nro\n", 300, nullptr, METHOD_PUT, -1, "admin2\n200\nro\n"},  // not the administrator
+      {"admin", 300, nullptr, METHOD_GET, -1, "admin"},
+      {longStamp.c_str(), 300, "1", METHOD_GET, -1, longStamp.c_str()},  // line 2 is read 199 characters at most
+      {"admin\n900\n", 1000, "1", METHOD_GET, 0, "admin\n900\n"},  // polling: no refresh
+      {"admin\n900\n", 1000, "", METHOD_GET, 0, "admin\n900\n"},
+      {"admin\n1000\n", 8200, nullptr, METHOD_GET, 0, "admin\n8200\nt"},  // exactly 7200: still valid
+      {"admin\n1000\n", 8201, nullptr, METHOD_GET, -1, nullptr},
+      {"dave\n1000\nro\n", 8201, "1", METHOD_GET, -1, nullptr},
+      {"admin\n0\n", 123456, nullptr, METHOD_GET, 0, "admin\n123456\nt"},  // no stamp: never ages
+      {"admin\nnot-a-number\n", 99999, nullptr, METHOD_GET, 0, "admin\n99999\nt"},
+  };
+  for (const Case &c : cases) {
+    writeText(dir.file("t"), c.before);
+    gNow = c.now;
+    EXPECT_EQ(check("t", c.refresh, c.method), c.result) << c.before << c.now;
+    EXPECT_EQ(readText(dir.file("t")), c.after ? c.after : "") << c.before << c.now;
+    EXPECT_EQ(access(dir.file("t").c_str(), F_OK) == 0, c.after != nullptr) << c.before << c.now;
+  }
+  writeText(dir.file("t"), "admin\n5\n");
+  EXPECT_EQ(check("t", nullptr, METHOD_GET, noUptime), -1);
+  EXPECT_EQ(readText(dir.file("t")), "admin\n5\n");
 }
 
-TEST_F(SessionFiles, UsersKeepTheirPrivilegeLine) {
-  gNow = 300;
-  writeText(path("u1"), "alice\n200\nrw\n");
-  EXPECT_EQ(check("u1", nullptr, METHOD_DELETE), 0);
-  EXPECT_EQ(readText(path("u1")), "alice\n300\nrw\nu1");
-  writeText(path("u2"), "bob\n200\nro\n");
-  EXPECT_EQ(check("u2", nullptr, METHOD_PUT), -1);
-  EXPECT_EQ(readText(path("u2")), "bob\n200\nro\n");  // refused: untouched
-  EXPECT_EQ(check("u2", nullptr, METHOD_GET), 0);
-  writeText(path("u3"), "carol\n200\nxx\n");
-  EXPECT_EQ(check("u3", nullptr, METHOD_GET), -1);
+// A token that is no usable name is refused as a missing file is, even
+// when a file of that name exists.
+TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
+  LogCapture log;
+  std::string base = dir.path.substr(5, 11);  // unit-XXXXXX
+  std::string outside = "/tmp/" + base + "-outside", escape = "../" + base + "-outside";
+  const std::string files[] = {outside, dir.file("ctl\x01"), dir.file("nl\nx")};
+  for (const std::string &name : files) writeText(name, "admin\n0\n");
+  for (const char *token : {"missing", static_cast<const char *>(nullptr), "", escape.c_str(), "ctl\x01", "nl\nx"}) {
+    EXPECT_EQ(check(token, nullptr, METHOD_GET), -1) << token;
+    std::string line = "[checkSessionX:45] " + dir.path + (token ? token : "(null)") + " file not exsits, ignore\n";
+    EXPECT_NE(log.text().find(" (DEBUG): quill_cgi: " + line), std::string::npos) << token;
+  }
+  EXPECT_EQ(log.text().find("Token update"), std::string::npos);
+  for (const std::string &name : files) EXPECT_EQ(readText(name), "admin\n0\n") << name;
+  unlink(outside.c_str());
 }
-
-TEST_F(SessionFiles, PollingRequestsDoNotRefresh) {
-  gNow = 1000;
-  writeText(path("p"), "admin\n900\n");
-  EXPECT_EQ(check("p", "1", METHOD_GET), 0);
-  EXPECT_EQ(check("p", "", METHOD_GET), 0);
-  EXPECT_EQ(readText(path("p")), "admin\n900\n");
-}
-
-TEST_F(SessionFiles, TimeoutDeletesTheFile) {
-  writeText(path("old"), "admin\n1000\n");
-  gNow = 8200;
-  EXPECT_EQ(check("old", nullptr, METHOD_GET), 0);  // exactly 7200: still valid
-  writeText(path("old"), "admin\n1000\n");
-  gNow = 8201;
-  EXPECT_EQ(check("old", nullptr, METHOD_GET), -1);
-  struct stat st;
-  EXPECT_NE(stat(path("old").c_str(), &st), 0);
-  EXPECT_EQ(check("old", nullptr, METHOD_GET), -1);
-}
-
-TEST_F(SessionFiles, ZeroOrGarbageStampGetsARealOne) {
-  gNow = 123456;
-  writeText(path("z"), "admin\n0\n");
-  EXPECT_EQ(check("z", nullptr, METHOD_GET), 0);
-  EXPECT_EQ(readText(path("z")), "admin\n123456\nz");
-  writeText(path("g"), "admin\nnot-a-number\n");
-  EXPECT_EQ(check("g", nullptr, METHOD_GET), 0);
-}
-
-TEST_F(SessionFiles, MissingFilesAndBadTokensAreRefused) {
-  gNow = 10;
-  writeText(dir_.path() + "-outside", "admin\n0\n");
-  std::string escape = "../" + dir_.path().substr(dir_.path().rfind('/') + 1) + "-outside";
-  EXPECT_EQ(check("nope", nullptr, METHOD_GET), -1);
-  EXPECT_EQ(check(nullptr, nullptr, METHOD_GET), -1);
-  EXPECT_EQ(check("", nullptr, METHOD_GET), -1);
-  EXPECT_EQ(check(escape.c_str(), nullptr, METHOD_GET), -1);
-  EXPECT_EQ(readText(dir_.path() + "-outside"), "admin\n0\n");
-  unlink((dir_.path() + "-outside").c_str());
-  writeText(path("c"), "admin\n5\n");
-  EXPECT_EQ(check("c", nullptr, METHOD_GET, noUptime), -1);
-}
-
-}  // namespace

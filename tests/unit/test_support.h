@@ -1,108 +1,70 @@
-// Shared fixtures of the unit tests: environment, temporary folders and an
-// in-process simulated switch.
+// Shared by the unit tests: environment, temporary folders and a logger
+// that writes into one.
 #ifndef TESTS_UNIT_TEST_SUPPORT_H
 #define TESTS_UNIT_TEST_SUPPORT_H
 
 #include <gtest/gtest.h>
-#include <stdio.h>
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "open_api.h"
-#include "sim/sim.h"
-#include "sim/sim_server.h"
+#include "frame/log.h"
 
-// Sets variables for one scope and puts the old values back.
+// Variables set (null: unset) for a scope; the old values come back.
 class ScopedEnv {
  public:
   ScopedEnv(std::initializer_list<std::pair<const char *, const char *>> vars) {
-    for (auto &[name, value] : vars) {
-      const char *old = getenv(name);
-      saved_.push_back({name, old ? std::string(old) : std::string(), old != nullptr});
-      if (value) setenv(name, value, 1);
-      else unsetenv(name);
+    for (auto [name, value] : vars) {
+      saved_.emplace_back(name, getenv(name) ? std::optional<std::string>(getenv(name)) : std::nullopt);
+      set(name, value);
     }
   }
   ~ScopedEnv() {
-    for (auto &s : saved_) {
-      if (s.present) setenv(s.name.c_str(), s.value.c_str(), 1);
-      else unsetenv(s.name.c_str());
-    }
+    for (auto &[name, old] : saved_) set(name, old ? old->c_str() : nullptr);
   }
+  static void set(const char *name, const char *value) { value ? setenv(name, value, 1) : unsetenv(name); }
 
  private:
-  struct Saved {
-    std::string name, value;
-    bool present;
-  };
-  std::vector<Saved> saved_;
-};
-
-class TempDir {
- public:
-  TempDir() {
-    char tmpl[] = "/tmp/unit-XXXXXX";
-    path_ = mkdtemp(tmpl);
-  }
-  ~TempDir() { std::system(("rm -rf " + path_).c_str()); }
-  const std::string &path() const { return path_; }
-  std::string file(const std::string &name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
+  std::vector<std::pair<const char *, std::optional<std::string>>> saved_;
 };
 
 inline std::string readText(const std::string &path) {
   std::ifstream f(path, std::ios::binary);
-  std::ostringstream ss;
-  ss << f.rdbuf();
-  return ss.str();
+  return std::string(std::istreambuf_iterator<char>(f), {});
 }
-
 inline void writeText(const std::string &path, const std::string &text) {
-  std::ofstream f(path, std::ios::binary | std::ios::trunc);
-  f << text;
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
 
-// The simulated switch served from a thread of the test process, with
-// OPEN_SIM_SOCKET pointing at it.
-class InProcessSim {
- public:
-  InProcessSim() : env_({{"OPEN_SIM_SOCKET", nullptr}}) {
-    std::string error;
-    sim::loadScenario(sim_, sim::defaultScenario(), &error);
-    socket_ = dir_.file("sim.sock");
-    setenv("OPEN_SIM_SOCKET", socket_.c_str(), 1);
-    thread_ = std::thread([this] { sim::serve(sim_, socket_.c_str()); });
-    for (int i = 0; i < 500 && access(socket_.c_str(), F_OK) != 0; ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  ~InProcessSim() {
-    sim::stopServing();
-    thread_.join();
-  }
-  // Only between calls: the server thread owns the state while serving.
-  std::vector<std::string> control(std::vector<std::string> words, std::string *out = nullptr) {
-    std::string text;
-    sim::handleControl(sim_, words, &text);
-    if (out) *out = text;
-    return words;
-  }
+struct TempDir {
+  char tmpl[20] = "/tmp/unit-XXXXXX";
+  std::string path = std::string(mkdtemp(tmpl)) + "/";  // with the trailing "/"
+  ~TempDir() { std::system(("rm -rf " + path).c_str()); }
+  std::string file(const std::string &name) const { return path + name; }
+};
 
- private:
-  TempDir dir_;
-  ScopedEnv env_;
-  sim::Sim sim_;
-  std::string socket_;
-  std::thread thread_;
+// The logger writing into a temporary folder at `level` for a scope.
+struct LogCapture {
+  explicit LogCapture(const char *level = "7") {
+    writeText(levelFile, level);
+    reopen();
+  }
+  ~LogCapture() { logClose(), logUseFiles(nullptr); }
+  // As a new process opens the files: after a test has written into them.
+  void reopen() {
+    logUseFiles(&files);
+    logOpen(LOG_TO_FILE, 8, "quill_cgi");
+  }
+  std::string text() const { return readText(log); }
+  TempDir dir;
+  std::string log = dir.file("k.log"), old = dir.file("k.log.old"), levelFile = dir.file("level");
+  LogFiles files = {log.c_str(), old.c_str(), levelFile.c_str()};
 };
 
 #endif

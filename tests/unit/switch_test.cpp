@@ -24,7 +24,8 @@ static int flakyCheck(openapiClientHandle_t *) {
 }
 static void recordPause(unsigned seconds) {
   traceWarnings();
-  gTrace += "p" + std::to_string(seconds);
+  gTrace += 'p';
+  gTrace += std::to_string(seconds);
 }
 
 TEST(ConnectivityWait, SevenChecksWithAWarningAndA3SecondPauseBetweenTwo) {

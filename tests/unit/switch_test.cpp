@@ -1,5 +1,8 @@
+#include <sys/stat.h>
+
 #include <algorithm>
 
+#include "switch/cli_files.h"
 #include "switch/open_client.h"
 #include "test_support.h"
 
@@ -41,4 +44,29 @@ TEST(ConnectivityWait, SevenChecksWithAWarningAndA3SecondPauseBetweenTwo) {
     for (int i = 0; i < c.rounds; ++i) expected += "cwp3";
     EXPECT_EQ(gTrace, expected + "c") << c.failures;
   }
+}
+
+// The CLI exchange in a work folder of its own: an accepted script and a
+// show file leave nothing behind, a script the switch rejects stays for
+// inspection in its "end"/"configure" frame, and a show text is cut to fit.
+TEST(CliExchange, WorkFilesAreAppliedCutAndRemoved) {
+  TempDir work;
+  LogCapture log("3");
+  cliUseWorkDir(work.path.c_str());
+  InProcessSim sim({});
+  ASSERT_EQ(openapiClientRegister("unit", &gOpenClient), OPEN_E_NONE);
+  char buf[16];
+  EXPECT_EQ(cliConfigScriptApply(&gOpenClient, "configure", "errdisable recovery interval 600", buf, sizeof buf), 0u);
+  char *text = nullptr;
+  ASSERT_EQ(cliShowToText(&gOpenClient, "show errdisable recovery", work.file("show").c_str(), 64, &text), 0u);
+  EXPECT_EQ(strlen(text), 63u);
+  EXPECT_EQ(strncmp(text, "Time left for Auto-recovery", 27), 0) << text;
+  free(text);
+  EXPECT_EQ(system(("rmdir " + work.path).c_str()), 0) << "a work file was left behind";
+  mkdir(work.path.c_str(), 0700);
+  EXPECT_EQ(cliConfigScriptApply(&gOpenClient, "configure", "errdisable recovery interval 5", buf, sizeof buf), 10000u);
+  EXPECT_EQ(readText(work.file("quill_cmd_in_file.txt")),
+            "end\nconfigure\nconfigure\nerrdisable recovery interval 5\nend\nconfigure\nend\nconfigure\n");
+  openapiClientTearDown(&gOpenClient);
+  cliUseWorkDir(nullptr);
 }

@@ -1,5 +1,5 @@
-// Shared by the unit tests: environment, temporary folders and a logger
-// that writes into one.
+// Shared by the unit tests: environment, temporary folders, a logger that
+// writes into one, and the simulated switch in a thread.
 #ifndef TESTS_UNIT_TEST_SUPPORT_H
 #define TESTS_UNIT_TEST_SUPPORT_H
 
@@ -11,10 +11,12 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include "frame/log.h"
+#include "sim/sim_server.h"
 
 // Variables set (null: unset) for a scope; the old values come back.
 class ScopedEnv {
@@ -65,6 +67,30 @@ struct LogCapture {
   TempDir dir;
   std::string log = dir.file("k.log"), old = dir.file("k.log.old"), levelFile = dir.file("level");
   LogFiles files = {log.c_str(), old.c_str(), levelFile.c_str()};
+};
+
+// The default simulated switch, changed by control words before any client
+// connects, served from a thread for one scope.
+class InProcessSim {
+ public:
+  explicit InProcessSim(const std::vector<std::vector<std::string>> &controls) {
+    std::string text;
+    sim::loadScenario(sim_, sim::defaultScenario(), &text);
+    for (const auto &words : controls) EXPECT_EQ(sim::handleControl(sim_, words, &text), 0) << text;
+    thread_ = std::thread([this] { sim::serve(sim_, socket_.c_str()); });
+    for (int i = 0; i < 1000 && access(socket_.c_str(), F_OK) != 0; ++i) usleep(2000);
+  }
+  ~InProcessSim() {
+    sim::stopServing();
+    thread_.join();
+  }
+
+ private:
+  TempDir dir_;
+  std::string socket_ = dir_.file("sim.sock");
+  ScopedEnv env_{{{"OPEN_SIM_SOCKET", socket_.c_str()}}};
+  sim::Sim sim_;
+  std::thread thread_;
 };
 
 #endif

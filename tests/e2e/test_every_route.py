@@ -10,10 +10,10 @@ import os
 import re
 import subprocess
 
-from harness import SimTestCase, command, main
+from harness import BUILD, SimTestCase, command, main
 
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
-ROUTE_DUMP = os.path.join(os.environ.get("IF_BUILD_DIR", "../../build"), "route-dump")
+ROUTE_DUMP = os.path.abspath(os.path.join(BUILD, "route-dump"))
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
          "&macAddr=00:1B:21:3A:4F:92&streamID=5&name=0%2F3")
 # Body values by input kind; a route that compares a body text with its

@@ -64,9 +64,11 @@ size_t queryValueLength(const char *value) { return strcspn(value, "&"); }
 const char *queryFieldValue(const char *query, const char *name) {
   if (!query || !name) return nullptr;
   size_t n = strlen(name);
-  for (const char *seg = query;; seg += queryValueLength(seg) + 1) {
+  for (const char *seg = query;;) {
     if (strncmp(seg, name, n) == 0 && seg[n] == '=') return seg + n + 1;
-    if (seg[queryValueLength(seg)] == '\0') return nullptr;
+    size_t length = queryValueLength(seg);
+    if (seg[length] == '\0') return nullptr;
+    seg += length + 1;
   }
 }
 

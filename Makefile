@@ -33,6 +33,7 @@ build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
 test: build
+	@scripts/install-deps.sh browser
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD) && ctest --output-on-failure
 	@$(MAKE) test-sanitize

@@ -371,7 +371,8 @@ std::string summaryOf(const RouteRow &r) {
     if (shown) keys += (keys.empty() ? "" : ", ") + std::string(d.args[i].name.s);
   }
   const char *verb = d.shape == doc::Shape::Set ? "Sets " : d.shape == doc::Shape::Check ? "Asks " : "Reads ";
-  return keys.empty() ? std::string(r.name) : verb + keys;
+  if (keys.empty()) return (r.method == METHOD_DELETE ? "Deletes " : "Runs ") + std::string(r.name);
+  return verb + keys;
 }
 
 void addParameters(cJSON *op, const std::vector<Input> &inputs) {

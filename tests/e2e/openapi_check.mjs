@@ -1,8 +1,9 @@
-// Checks an OpenAPI document with a real validator, then each recorded
-// reply against the 200 schema of its operation.
+// Checks an OpenAPI document with a real validator, its examples against
+// their own schemas, then each recorded reply against the 200 schema of
+// its operation.
 //   node openapi_check.mjs DOCUMENT REPLIES
 // REPLIES is a JSON list of {"operationId", "reply"}. Prints one line per
-// reply that its schema does not describe; exits 1 when there is any.
+// example or reply that its schema does not describe; exits 1 when there is any.
 import { readFileSync } from "node:fs";
 import SwaggerParser from "@apidevtools/swagger-parser";
 import Ajv2020 from "ajv/dist/2020.js";
@@ -14,12 +15,24 @@ const resolved = await SwaggerParser.dereference(structuredClone(document));
 
 const ajv = new Ajv2020({ allErrors: true });
 ajv.addKeyword("x-unknown-text-value");
+let failed = 0;
+// The examples "Try it out" sends must be what the document itself allows.
+function checkExample(where, schema, example) {
+  const validate = ajv.compile(schema);
+  if (!validate(example)) {
+    console.log(`${where}: example ${JSON.stringify(example)}: ${ajv.errorsText(validate.errors)}`);
+    failed++;
+  }
+}
 const schemas = new Map();
 for (const item of Object.values(resolved.paths))
-  for (const op of Object.values(item))
+  for (const op of Object.values(item)) {
     schemas.set(op.operationId, ajv.compile(op.responses["200"].content["application/json"].schema));
+    for (const p of op.parameters) checkExample(`${op.operationId} ${p.name}`, p.schema, p.example);
+    const body = op.requestBody?.content["application/json"];
+    if (body) checkExample(`${op.operationId} body`, body.schema, body.example);
+  }
 
-let failed = 0;
 const replies = JSON.parse(readFileSync(repliesPath, "utf8"));
 for (const { operationId, reply } of replies) {
   const validate = schemas.get(operationId);

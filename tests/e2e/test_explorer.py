@@ -4,11 +4,12 @@ with the administrator session filled in, and shows the replies."""
 
 import json
 import os
+import shlex
 import shutil
 import subprocess
 import unittest
 
-from harness import BUILD, Lighttpd, Sim, main, new_session
+from harness import BUILD, EXEC_WRAPPER, Lighttpd, Sim, main, new_session
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SITE = os.path.join(HERE, "..", "..", "scripts", "explorer-site.sh")
@@ -21,7 +22,8 @@ class Explorer(unittest.TestCase):
         sim = Sim()
         web = Lighttpd(sim.socket)
         try:
-            subprocess.run([SITE, BUILD, os.path.join(web.dir, "www"), new_session()], check=True)
+            subprocess.run([SITE, BUILD, os.path.join(web.dir, "www"), new_session(), shlex.join(EXEC_WRAPPER)],
+                           check=True)
             screenshot = os.path.join(os.path.abspath(BUILD), "explorer.png")
             r = subprocess.run(["node", os.path.join(HERE, "explorer.mjs"), "http://127.0.0.1:%d/api-docs/" % web.port,
                                 screenshot], capture_output=True, text=True, timeout=180)

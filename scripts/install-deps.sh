@@ -6,10 +6,13 @@
 #                            user emulation and the arm64 libraries, runtime included
 #   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the
 #                            aarch64 cross compiler for the binary sizes
+#   install-deps.sh package  also the Debian packages: what arm64 installs, and
+#                            dpkg-shlibdeps, lintian and file to build and check them
 set -euo pipefail
 
 packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
-if [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; then
+case "${1:-}" in arm64|bench|package) cross=1 ;; *) cross=0 ;; esac
+if [ $cross = 1 ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
              libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
 fi
@@ -18,6 +21,7 @@ if [ "${1:-}" = bench ]; then
 fi
 # "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
 [ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
+[ "${1:-}" = "package" ] && packages+=(dpkg-dev lintian file)
 
 # Once a second architecture is installed, a bare name of a package present in
 # both is ambiguous to dpkg; the native qualifier settles it.
@@ -36,7 +40,7 @@ if [ "$(id -u)" -ne 0 ]; then
   command -v sudo >/dev/null || { echo "need root to install: ${missing[*]}" >&2; exit 1; }
   sudo="sudo"
 fi
-if { [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; } && ! dpkg --print-foreign-architectures | grep -qx arm64; then
+if [ $cross = 1 ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
   $sudo dpkg --add-architecture arm64
 fi
 export DEBIAN_FRONTEND=noninteractive

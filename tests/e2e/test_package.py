@@ -3,6 +3,7 @@ the program's package installed, serving through lighttpd with its own snippet."
 
 import glob
 import os
+import pathlib
 import re
 import shutil
 import subprocess
@@ -55,12 +56,11 @@ class Packages(unittest.TestCase):
                                  sorted(files))
                 root = tempfile.mkdtemp(prefix="deb-")
                 subprocess.run(["dpkg", "-x", deb, root], check=True)
-                for f in files:  # every program is built for the package's CPU
-                    with open(os.path.join(root, f), "rb") as data:
-                        head = data.read(20)
-                    if head[:4] == b"\x7fELF":
-                        self.assertEqual((f, head[18]), (f, ELF_MACHINE[arch]))
+                heads = {f: pathlib.Path(root, f).read_bytes()[:20] for f in files}
                 shutil.rmtree(root)
+                # every program is built for the package's CPU
+                self.assertEqual({f: h[18] for f, h in heads.items() if h[:4] == b"\x7fELF"},
+                                 {f: ELF_MACHINE[arch] for f in files if "bin/" in f})
 
     def test_lintian_finds_no_error(self):
         debs = [package(name, arch) for name, arch, *_ in CONTENTS]

@@ -19,6 +19,7 @@ SNIPPET = "/etc/lighttpd/conf-available/50-interfaces-v2-cgi.conf"
 PROGRAM = ["usr/share/doc/interfaces-v2/" + f for f in ("README.md", "changelog.gz", "copyright")] + [
     SNIPPET[1:], "usr/lib/cgi-bin/interfaces_v2.cgi"]
 SIMULATOR = ["usr/share/doc/interfaces-v2-sim/changelog.gz", "usr/share/doc/interfaces-v2-sim/copyright",
+             "usr/share/man/man1/open-sim.1.gz", "usr/share/man/man1/route-dump.1.gz",
              "usr/bin/open-sim", "usr/bin/route-dump"]
 # The CGI carries its C++ runtime; the simulator's programs load it.
 CONTENTS = [  # package, architecture, Depends, Recommends, files

@@ -132,13 +132,14 @@ class Lighttpd:
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
         self.port = probe.getsockname()[1]
         probe.close()
-        if snippet:
+        if snippet:  # as Debian runs it: as www-data, which must reach the socket
+            os.chmod(self.dir, 0o755)
             conf = os.path.join(self.dir, "lighttpd.conf")
             with open(conf, "w") as f:
                 f.write('server.modules = ("mod_setenv")\nserver.bind = "127.0.0.1"\nserver.port = %d\n'
-                        'server.document-root = "%s"\nserver.errorlog = "%s/error.log"\n'
+                        'server.document-root = "%s"\nserver.username = "www-data"\nserver.groupname = "www-data"\n'
                         'setenv.add-environment = ("OPEN_SIM_SOCKET" => "%s")\ninclude "%s"\n'
-                        % (self.port, self.dir, self.dir, sim_socket, snippet))
+                        % (self.port, self.dir, sim_socket, snippet))
         else:
             conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
                                                 "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,

@@ -4,6 +4,7 @@ the program's package installed, serving through lighttpd with its own snippet."
 import glob
 import os
 import pathlib
+import pwd
 import re
 import shutil
 import subprocess
@@ -77,11 +78,14 @@ class Packages(unittest.TestCase):
         view = private_view("mount -t overlay overlay -o lowerdir={0}/usr:/usr /usr; "
                             "mount -t overlay overlay -o lowerdir={0}/etc:/etc /etc".format(root))
         sim = Sim(wrap=view, program="/usr/bin/open-sim")
+        os.chmod(os.path.dirname(sim.socket), 0o755)
         server = None
         try:
             server = Lighttpd(sim.socket, snippet=SNIPPET, wrap=view)
+            token, web = new_session(), pwd.getpwnam("www-data")  # the login page writes it as www-data
+            os.chown(os.path.join(harness.SESSION_DIR, token), web.pw_uid, web.pw_gid)
             request = urllib.request.Request("http://127.0.0.1:%d/api/v2/interfaces/if/link-state?ifNum=3"
-                                             % server.port, headers={"session": new_session()})
+                                             % server.port, headers={"session": token})
             with urllib.request.urlopen(request, timeout=30) as r:
                 got = (r.status, r.headers.get("Content-Type"), r.read())
             self.assertEqual(got, (200, "application/json",

@@ -35,6 +35,7 @@ build: configure
 
 # The packages are tested too: installed, and serving through lighttpd.
 test: build package
+	@scripts/install-deps.sh browser
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD) && ctest --output-on-failure
 	@$(MAKE) test-sanitize

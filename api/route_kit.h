@@ -20,6 +20,7 @@
 #include "frame/envelope.h"
 #include "frame/params.h"
 #include "frame/value_map.h"
+#include "api/route_doc.h"
 #include "open_api.h"
 #include "switch/open_client.h"
 
@@ -89,6 +90,7 @@ struct Arg {
   uint32_t preset = 0;   // Out: the value the output holds before the call
   uint32_t size = 0;     // OutText, BodyBuffer, QueryBuffer: the buffer's bytes
   uint32_t longest = 0;  // BodyText: the longest text passed on
+  bool mac = false;      // the text is a MAC address (for the API description)
 };
 
 consteval Arg arg(Kind kind, const char *name) {
@@ -223,6 +225,7 @@ bool bodyReady(Request &req) {
 // A read: the outputs under `Group`, no trailing newline.
 template <Name Group>
 struct ReadReply {
+  static constexpr doc::Shape shape = doc::Shape::Read;
   static constexpr const char *group = Group.s;
   static constexpr bool rendersOutputs = true;
   static void answer(uint32_t code, const cJSON *data) { replyRead(code, Group.s, data); }
@@ -230,6 +233,7 @@ struct ReadReply {
 
 // A set, clear or move: the code alone with a newline.
 struct SetReply {
+  static constexpr doc::Shape shape = doc::Shape::Set;
   static constexpr const char *group = nullptr;
   static constexpr bool rendersOutputs = false;
   static void answer(uint32_t code, const cJSON *) { replySetResult(code); }
@@ -239,6 +243,7 @@ struct SetReply {
 // set (no group, newline) when it does not.
 template <Name Group>
 struct CheckReply {
+  static constexpr doc::Shape shape = doc::Shape::Check;
   static constexpr const char *group = Group.s;
   static constexpr bool rendersOutputs = true;
   static void answer(uint32_t code, const cJSON *data) {
@@ -281,6 +286,8 @@ using Check = OpenCall<CheckReply<Group>, Call, A...>;
 // A route that answers one fixed code without asking the switch.
 template <Name Group, uint32_t Code, LineEnd End = LineEnd::None>
 struct Fixed {
+  static constexpr doc::Shape shape = doc::Shape::Fixed;
+  static constexpr uint32_t code = Code;
   static constexpr const char *group = Group.empty() ? nullptr : Group.s;
   static uint32_t handle() {
     replyEnvelope(Code, Group.s, nullptr, End);

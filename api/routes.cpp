@@ -75,7 +75,7 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body("maxSamples")>),
     ROUTE(PWR_HIST, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
           Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out("maxSamples")>),
-    HANDLER(PWR_HIST, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry),
+    HANDLER(PWR_HIST, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
     // Interface enumeration and identity.
     ROUTE(IF, METHOD_GET, "first", Read<"if", openapiIfFirstGet, lookup("ifType"), out("firstIfNum")>),
@@ -188,7 +188,8 @@ constexpr RouteRow kRoutes[] = {
     // Port expansion and FEC.
     ROUTE(IF, METHOD_GET, "intf-expandable-port-next",
           Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan("prevIfNum"), out("nextIfNum")>),
-    HANDLER(IF, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet),
+    HANDLER(IF, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet,
+            kExpandModeSupportedDoc),
     ROUTE(IF, METHOD_PUT, "intf-expandable-port-mode",
           Set<rpcclt_openapiIntfExpandablePortModeSet, scan("ifNum"),
               bodyMapped("expandPortMode", kIfExpandModeValue)>),
@@ -208,17 +209,17 @@ constexpr RouteRow kRoutes[] = {
                out("fecOperMode", kIfFecMode)>),
 
     // D-Disable recovery, first part.
-    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-interval", recoveryIntervalSetHandler),
-    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-interval", recoveryIntervalGetHandler),
-    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-cause", recoveryCauseGetHandler),
-    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-cause", recoveryCauseSetHandler),
-    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-intf-next", nextPhysicalIfHandler),
-    HANDLER(IF, METHOD_GET, "ddisable-reason-intf-next", nextPhysicalIfHandler),
+    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-interval", recoveryIntervalSetHandler, kRecoveryIntervalSetDoc),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-interval", recoveryIntervalGetHandler, kRecoveryIntervalGetDoc),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-cause", recoveryCauseGetHandler, kRecoveryCauseGetDoc),
+    HANDLER(IF, METHOD_PUT, "ddisable-auto-recovery-cause", recoveryCauseSetHandler, kRecoveryCauseSetDoc),
+    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-intf-next", nextPhysicalIfHandler, kNextPhysicalIfDoc),
+    HANDLER(IF, METHOD_GET, "ddisable-reason-intf-next", nextPhysicalIfHandler, kNextPhysicalIfDoc),
 
     // Interface application settings.
     ROUTE(APP, METHOD_GET, "time-range",
           Read<"interfaceApp", rpcclt_openapiInterfaceAppTimeRangeGet, scan("intIfNum"), outText("timeRange", 256)>),
-    HANDLER(APP, METHOD_PUT, "time-range", interfaceAppTimeRangeSet),
+    HANDLER(APP, METHOD_PUT, "time-range", interfaceAppTimeRangeSet, kTimeRangeSetDoc),
     ROUTE(APP, METHOD_PUT, "rgb-led-color-mode",
           LedGated<LedPort::First,
                    Set<rpcclt_openapiInterfaceAppRGBLedColorModeSet, scan("unit"), bodyIs("mode", "enable")>>),
@@ -368,8 +369,8 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiGreenEthrIntfStatisticsClear, scan("intIfNum")>),
 
     // Power-saving history, second block.
-    HANDLER(PWR_HIST, METHOD_GET, "intf-next-entry", greenHistoryNextEntry),
-    HANDLER(PWR_HIST, METHOD_GET, "intf-next-sample", greenHistoryNextSample),
+    HANDLER(PWR_HIST, METHOD_GET, "intf-next-entry", greenHistoryNextEntry, kHistoryNextEntryDoc),
+    HANDLER(PWR_HIST, METHOD_GET, "intf-next-sample", greenHistoryNextSample, kHistoryNextSampleDoc),
     ROUTE(PWR_HIST, METHOD_DELETE, "intf-statistics",
           Set<rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, scan("intIfNum")>),
 
@@ -485,35 +486,36 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiPmlDot1qciStreamDelete, scan("ifNum"), queryMac(), scan("vlanId"), scan("streamID")>),
 
     // D-Disable recovery (second part).
-    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-feature-list", recoveryFeatureListHandler),
-    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-time-left", recoveryTimeLeftHandler),
+    HANDLER(IF, METHOD_GET, "ddisable-autorecovery-table-feature-list", recoveryFeatureListHandler,
+            kRecoveryFeatureListDoc),
+    HANDLER(IF, METHOD_GET, "ddisable-auto-recovery-time-left", recoveryTimeLeftHandler, kRecoveryTimeLeftDoc),
     ROUTE(IF, METHOD_GET, "ddisable-reason", Fixed<"if", CODE_UNSUPPORTED>),
 
     // The late interface block: summaries, name lookup and the
     // all-counters reset.
-    HANDLER(IF, METHOD_GET, "status", statusSummaryHandler),
-    HANDLER(IF, METHOD_GET, "counters", counterSummaryHandler),
-    HANDLER(IF, METHOD_GET, "num", nameLookupHandler),
-    HANDLER(IF "/all-counters", METHOD_POST, "reset", allCountersResetHandler),
+    HANDLER(IF, METHOD_GET, "status", statusSummaryHandler, kStatusSummaryDoc),
+    HANDLER(IF, METHOD_GET, "counters", counterSummaryHandler, kCounterSummaryDoc),
+    HANDLER(IF, METHOD_GET, "num", nameLookupHandler, kNameLookupDoc),
+    HANDLER(IF "/all-counters", METHOD_POST, "reset", allCountersResetHandler, kAllCountersResetDoc),
 
     // Composite routes that take over earlier keys.
-    HANDLER(IF, METHOD_GET, "admin-state", ifCompositeAdminStateGet),
-    HANDLER(IF, METHOD_GET, "auto-neg", ifCompositeAutoNegGet),
-    HANDLER(IF, METHOD_GET, "speed", ifCompositeSpeedGet),
-    HANDLER(IF, METHOD_GET, "mtu-size", ifCompositeMtuSizeGet),
-    HANDLER(IF, METHOD_GET, "descr", ifCompositeDescrGet),
-    HANDLER(IF, METHOD_GET, "soft-shutdown-state", ifCompositeSoftShutdownGet),
-    HANDLER(IF, METHOD_GET, "intf-fec-mode", ifCompositeFecModeGet),
-    HANDLER(IF, METHOD_GET, "link-trap", ifCompositeLinkTrapGet),
+    HANDLER(IF, METHOD_GET, "admin-state", ifCompositeAdminStateGet, kAdminStateDoc),
+    HANDLER(IF, METHOD_GET, "auto-neg", ifCompositeAutoNegGet, kAutoNegDoc),
+    HANDLER(IF, METHOD_GET, "speed", ifCompositeSpeedGet, kSpeedDoc),
+    HANDLER(IF, METHOD_GET, "mtu-size", ifCompositeMtuSizeGet, kMtuSizeDoc),
+    HANDLER(IF, METHOD_GET, "descr", ifCompositeDescrGet, kDescrDoc),
+    HANDLER(IF, METHOD_GET, "soft-shutdown-state", ifCompositeSoftShutdownGet, kSoftShutdownDoc),
+    HANDLER(IF, METHOD_GET, "intf-fec-mode", ifCompositeFecModeGet, kFecModeDoc),
+    HANDLER(IF, METHOD_GET, "link-trap", ifCompositeLinkTrapGet, kLinkTrapDoc),
     ROUTE(IF, METHOD_GET, "encapsulation", Fixed<"if", CODE_UNSUPPORTED>),
     ROUTE(IF, METHOD_PUT, "encapsulation", Fixed<"", CODE_UNSUPPORTED, LineEnd::Newline>),
     ROUTE(IF, METHOD_GET, "phy-properties", Fixed<"if", CODE_UNSUPPORTED>),
     ROUTE(IF, METHOD_PUT, "phy-properties", Fixed<"", CODE_UNSUPPORTED, LineEnd::Newline>),
-    HANDLER(IF, METHOD_GET, "expandable-mode", ifCompositeExpandableModeGet),
-    HANDLER(IF, METHOD_PUT, "expandable-mode", ifCompositeExpandableModeSet),
+    HANDLER(IF, METHOD_GET, "expandable-mode", ifCompositeExpandableModeGet, kExpandableModeDoc),
+    HANDLER(IF, METHOD_PUT, "expandable-mode", ifCompositeExpandableModeSet, kExpandableModeSetDoc),
 
     // The single-interface counter reset, last of all.
-    HANDLER(IF "/counters", METHOD_POST, "reset", counterResetHandler),
+    HANDLER(IF "/counters", METHOD_POST, "reset", counterResetHandler, kCounterResetDoc),
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 

@@ -9,16 +9,25 @@
 
 // What a table row's handler reads and answers, for route-dump.
 struct RouteDoc {
+  doc::Shape shape;
   const char *group;  // reply group key; null when the reply has none
   const kit::Arg *args;
   size_t argCount;
+  uint32_t code;  // Shape::Fixed: the one code it answers
+  bool gated;     // asks first whether the port has a colour LED (17002 when not)
 };
 
 template <class H>
 constexpr RouteDoc describe() {
-  if constexpr (requires { typename H::Gated; }) return describe<typename H::Gated>();
-  else if constexpr (requires { H::args; }) return {H::group, H::args, std::size(H::args)};
-  else return {H::group, nullptr, 0};
+  if constexpr (requires { typename H::Gated; }) {
+    RouteDoc d = describe<typename H::Gated>();
+    d.gated = true;
+    return d;
+  } else if constexpr (requires { H::args; }) {
+    return {H::Reply::shape, H::group, H::args, std::size(H::args), 0, false};
+  } else {
+    return {H::shape, H::group, nullptr, 0, H::code, false};
+  }
 }
 template <class H>
 inline constexpr RouteDoc kDocOf = describe<H>();
@@ -31,14 +40,16 @@ struct RouteRow {
   uint32_t method;
   const char *name;
   ApiHandler handler;
-  const RouteDoc *doc;  // null for hand-written handlers
+  const RouteDoc *doc;        // null for hand-written handlers
+  const doc::HandDoc *hand;   // a hand-written handler's own description
   bool shadowed;
 };
 
-#define ROUTE(path, method, name, ...) {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, false}
-#define HANDLER(path, method, name, fn) {path, method, name, fn, nullptr, false}
+#define ROUTE(path, method, name, ...) \
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false}
+#define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false}
 #define SHADOWED_ROUTE(path, method, name, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, true}
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true}
 
 extern const RouteRow kRoutes[];
 extern const size_t kRouteCount;

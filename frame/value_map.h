@@ -13,8 +13,11 @@ struct TextMap {
 };
 
 // Maps a body text (null when the item is missing or not a string).
+// `accepted` lists the texts that name a value, for the API description:
+// the i-th one, null past the last.
 struct ValueMap {
   uint32_t (*value)(const char *text);
+  const char *(*accepted)(size_t i);
 };
 
 struct Named {
@@ -38,6 +41,12 @@ uint32_t valueOf(const Named (&table)[N], const char *text, uint32_t otherwise,
   for (const Named &n : table)
     if (compare(n.text, text) == 0) return n.value;
   return otherwise;
+}
+
+// The i-th row's text, null past the last.
+template <size_t N>
+const char *nthText(const Named (&table)[N], size_t i) {
+  return i < N ? table[i].text : nullptr;
 }
 
 // On/off values: only exactly 1 is on; anything else the platform answers

@@ -36,6 +36,7 @@ pids+=($!)
 
 admin=$(new_session admin)
 viewer=$(new_session viewer ro)
+"$here/explorer-site.sh" "$build" "$rundir/www" "$admin"
 base="http://127.0.0.1:$port/api/v2/interfaces"
 cat <<MSG
 
@@ -45,6 +46,8 @@ Administrator session: $admin    read-only session: $viewer
   curl -H 'session: $admin' '$base/if/link-state?ifNum=3'
   curl -X PUT -H 'session: $admin' -d '{"adminState":"disable"}' '$base/if/admin-state?ifNum=3'
   curl -i -X PUT -H 'session: $viewer' -d '{"adminState":"enable"}' '$base/if/admin-state?ifNum=3'
+
+Explorer (Swagger UI, administrator session filled in): http://127.0.0.1:$port/api-docs/
 
 Switch state: $build/platform/open-sim ctl --socket $socket dump | journal | set ... | fail ...
 Ctrl-C stops both.

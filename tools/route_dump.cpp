@@ -1,9 +1,12 @@
 // Prints the route table in registration order: ORDINAL METHOD PATH NAME.
-// With --detail, each row's group, inputs and reply keys follow.
+// With --detail, each row's group, inputs and reply keys follow; with
+// --openapi, the OpenAPI document of the routes that serve instead.
 #include <stdio.h>
 #include <string.h>
 
 #include "api/routes.h"
+#include "frame/envelope.h"
+#include "tools/openapi.h"
 
 namespace {
 
@@ -33,9 +36,19 @@ void printDetail(const RouteDoc *doc) {
   for (size_t i = 0; i < doc->argCount; ++i) printf(" %s:%s", kindName(doc->args[i].kind), doc->args[i].name.s);
 }
 
+int printOpenApi() {
+  JsonPtr document(openApiDocument(IF_VERSION));
+  char *text = document ? cJSON_Print(document.get()) : nullptr;
+  if (!text) return 1;
+  puts(text);
+  cJSON_free(text);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
+  if (argc > 1 && strcmp(argv[1], "--openapi") == 0) return printOpenApi();
   bool detail = argc > 1 && strcmp(argv[1], "--detail") == 0;
   for (size_t i = 0; i < kRouteCount; ++i) {
     const RouteRow &r = kRoutes[i];

@@ -122,3 +122,8 @@ uint32_t ifExpandModeValue(const char *text) { return valueOf(kExpandModes, text
 const char *ifFecModeText(uint32_t mode) { return textOf(kFecModes, mode, "port_fec_disable"); }
 
 uint32_t ifFecModeValue(const char *text) { return valueOf(kFecModes, text, 0); }
+
+const ValueMap kIfSpeedNameValue{ifSpeedNameValue, [](size_t i) { return nthText(kSpeedNames, i); }};
+const ValueMap kIfLaneModeValue{ifLaneModeValue, [](size_t i) { return nthText(kLaneModeInputs, i); }};
+const ValueMap kIfExpandModeValue{ifExpandModeValue, [](size_t i) { return nthText(kExpandModes, i); }};
+const ValueMap kIfFecModeValue{ifFecModeValue, [](size_t i) { return nthText(kFecModes, i); }};

@@ -41,18 +41,18 @@ inline constexpr TextMap kIfMediaType{ifMediaTypeText};
 inline constexpr TextMap kIfSpecialPortType{ifSpecialPortTypeText};
 inline constexpr TextMap kIfDisableReason{ifDisableReasonText};
 inline constexpr TextMap kIfSpeedName{ifSpeedNameText};
-inline constexpr ValueMap kIfSpeedNameValue{ifSpeedNameValue};
+extern const ValueMap kIfSpeedNameValue;
 
 inline constexpr TextMap kIfUpDown{ifUpDownText};
 inline constexpr TextMap kIfAutoNegotiate{ifAutoNegotiateText};
 inline constexpr TextMap kIfSpeedMbit{ifSpeedMbitText};
 inline constexpr TextMap kIfLaneMode{ifLaneModeText};
-inline constexpr ValueMap kIfLaneModeValue{ifLaneModeValue};
+extern const ValueMap kIfLaneModeValue;
 inline constexpr TextMap kIfFecShort{ifFecShortText};
 
 inline constexpr TextMap kIfExpandMode{ifExpandModeText};
-inline constexpr ValueMap kIfExpandModeValue{ifExpandModeValue};
+extern const ValueMap kIfExpandModeValue;
 inline constexpr TextMap kIfFecMode{ifFecModeText};
-inline constexpr ValueMap kIfFecModeValue{ifFecModeValue};
+extern const ValueMap kIfFecModeValue;
 
 #endif

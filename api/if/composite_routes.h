@@ -6,6 +6,8 @@
 
 #include <stdint.h>
 
+#include "api/if/port_fields.h"
+
 uint32_t ifCompositeAdminStateGet(void);
 uint32_t ifCompositeAutoNegGet(void);
 uint32_t ifCompositeSpeedGet(void);
@@ -16,5 +18,41 @@ uint32_t ifCompositeFecModeGet(void);
 uint32_t ifCompositeLinkTrapGet(void);
 uint32_t ifCompositeExpandableModeGet(void);
 uint32_t ifCompositeExpandableModeSet(void);
+
+// A read of the port named by "ifNum" with these fields; no port is refused with 10003.
+constexpr doc::HandDoc portRead(const char *summary, std::span<const doc::Field> fields) {
+  return {.summary = summary, .shape = doc::Shape::Read, .group = "if", .query = port_doc::kPortQuery, .reply = fields};
+}
+
+namespace port_doc {
+inline constexpr doc::Field kAdminStateFields[] = {{"admin-state", doc::Type::Text, &kIfUpDown}};
+inline constexpr doc::Field kAutoNegFields[] = {{"auto-negotiate", doc::Type::Text, &kIfAutoNegotiate}};
+inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed, kOperationalSpeed, kSpeedMode, kConfiguredDuplex,
+                                              {"operational-duplex", doc::Type::Text, nullptr, "unknown"}};
+inline constexpr doc::Field kFrameFields[] = {kMtu, kMaxFrameSize, kEthernetHeaderSize};
+inline constexpr doc::Field kDescriptionFields[] = {kDescription};
+inline constexpr doc::Field kSoftShutdownFields[] = {kSoftShutdown};
+inline constexpr doc::Field kFecFields[] = {kFecMode, {"fec-oper", doc::Type::Text, &kIfFecShort}};
+inline constexpr doc::Field kLinkTrapFields[] = {kLinkTrap};
+inline constexpr doc::Field kLaneFields[] = {kConfigLanes, kOperLanes};
+inline constexpr doc::Field kLaneModeBody[] = {
+    {"expandable-config-mode", doc::Type::Text, nullptr, nullptr, &kIfLaneModeValue}};
+}  // namespace port_doc
+
+inline constexpr doc::HandDoc kAdminStateDoc = portRead("A port's administrative state", port_doc::kAdminStateFields);
+inline constexpr doc::HandDoc kAutoNegDoc = portRead("A port's auto-negotiation", port_doc::kAutoNegFields);
+inline constexpr doc::HandDoc kSpeedDoc = portRead("A port's speeds and duplex, in Mbit/s", port_doc::kSpeedFields);
+inline constexpr doc::HandDoc kMtuSizeDoc = portRead("A port's frame sizes", port_doc::kFrameFields);
+inline constexpr doc::HandDoc kDescrDoc = portRead("A port's description", port_doc::kDescriptionFields);
+inline constexpr doc::HandDoc kSoftShutdownDoc = portRead("A port's soft shutdown", port_doc::kSoftShutdownFields);
+inline constexpr doc::HandDoc kFecModeDoc = portRead("A port's configured and operational FEC", port_doc::kFecFields);
+inline constexpr doc::HandDoc kLinkTrapDoc = portRead("Whether a port sends link traps", port_doc::kLinkTrapFields);
+inline constexpr doc::HandDoc kExpandableModeDoc = portRead("A port's configured and operational lane modes",
+                                                            port_doc::kLaneFields);
+inline constexpr doc::HandDoc kExpandableModeSetDoc{
+    .summary = "Splits a port into lanes; a text naming no lane mode is sent as 0 and the switch decides",
+    .shape = doc::Shape::Set,
+    .query = port_doc::kPortQuery,
+    .body = port_doc::kLaneModeBody};
 
 #endif

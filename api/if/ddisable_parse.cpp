@@ -4,6 +4,8 @@
 #include <string.h>
 #include <strings.h>
 
+#include <iterator>
+
 namespace {
 
 struct CauseName {
@@ -72,6 +74,8 @@ void appendWord(char *out, size_t size, const char *word, size_t len) {
 }
 
 }  // namespace
+
+const char *recoveryCauseName(size_t i) { return i < std::size(kCauseNames) ? kCauseNames[i].api : nullptr; }
 
 const char *recoveryCauseCliName(const char *apiName) {
   if (!apiName) return nullptr;

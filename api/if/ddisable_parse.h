@@ -9,6 +9,9 @@
 inline constexpr size_t kCauseNameBuf = 128;
 inline constexpr size_t kFeatureListBuf = 1024;
 
+// The i-th API cause name; null past the last.
+const char *recoveryCauseName(size_t i);
+
 // The CLI's name of an API cause name ("bpdu_rate_limit" -> "bpdustorm"),
 // compared exactly; null for a name the switch does not know.
 const char *recoveryCauseCliName(const char *apiName);

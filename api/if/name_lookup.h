@@ -6,6 +6,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "api/route_doc.h"
+
 enum class NameKind { All, Lag, Vlan, SlotPort, Unknown };
 
 inline constexpr size_t kNameLookupBuf = 128;
@@ -23,5 +25,16 @@ struct NameQuery {
 NameQuery parseNameQuery(const char *query);
 
 uint32_t nameLookupHandler(void);
+
+inline constexpr doc::Field kNameQuery[] = {{.name = "name", .type = doc::Type::Text, .optional = true}};
+inline constexpr doc::Field kNamedInterface[] = {{"interface", doc::Type::Text}, {"number"}};
+inline constexpr doc::HandDoc kNameLookupDoc{
+    .summary = "Interface numbers by name: 0/5, lag2, vlan10, or all (also for a missing name)",
+    .shape = doc::Shape::Read,
+    .group = "if",
+    .query = kNameQuery,
+    .reply = kNamedInterface,
+    .layout = doc::Layout::List,
+    .listKey = "interfaces"};
 
 #endif

@@ -8,7 +8,31 @@
 #include <cjson/cJSON.h>
 #include <stdint.h>
 
+#include "api/if/attribute_texts.h"
+#include "api/route_doc.h"
 #include "open_api.h"
+
+// The fields as the API description shows them.
+namespace port_doc {
+inline constexpr doc::Field kInterface{"interface"};
+inline constexpr doc::Field kConfiguredSpeed{"configured-speed", doc::Type::Text, nullptr, "unknown"};
+inline constexpr doc::Field kOperationalSpeed{"operational-speed", doc::Type::Text, &kIfSpeedMbit};
+inline constexpr doc::Field kSpeedMode{"speed-mode", doc::Type::Text, &kIfSpeedMbit};
+inline constexpr doc::Field kConfiguredDuplex{"configured-duplex", doc::Type::Text, nullptr, "auto"};
+inline constexpr doc::Field kMtu{"mtu"};
+inline constexpr doc::Field kMaxFrameSize{"max-frame-size"};
+inline constexpr doc::Field kEthernetHeaderSize{"ethernet-header-size"};
+inline constexpr doc::Field kDescription{"description", doc::Type::Text};
+inline constexpr doc::Field kSoftShutdown{"soft-shutdown", doc::Type::Text, &kEnable};
+inline constexpr doc::Field kFecMode{"fec-mode", doc::Type::Text, &kIfFecShort};
+inline constexpr doc::Field kLinkTrap{"link-trap", doc::Type::Text, &kEnable};
+inline constexpr doc::Field kConfigLanes{"expandable-config-mode", doc::Type::Text, &kIfLaneMode};
+inline constexpr doc::Field kOperLanes{"expandable-oper-mode", doc::Type::Text, &kIfLaneMode};
+// Every port-settings resource is asked for one port.
+inline constexpr doc::Field kPortQuery[] = {{"ifNum"}};
+// Absent or 0: every physical port.
+inline constexpr doc::Field kAnyPortQuery[] = {{.name = "ifNum", .optional = true}};
+}  // namespace port_doc
 
 using PortValueGetter = int (*)(openapiClientHandle_t *, uint32_t, uint32_t *);
 

@@ -19,8 +19,12 @@ void getQueryMacAddr(const char *query, char *mac, size_t size);
 
 inline constexpr kit::QueryReader kQueryMacAddr{getQueryMacAddr};
 
-consteval kit::Arg bodyMac(const char *key) { return kit::bodyBuffer(key, kPmlMacSize); }
-consteval kit::Arg queryMac() { return kit::queryBuffer("macAddr", kQueryMacAddr, kPmlMacSize); }
-consteval kit::Arg outMac(const char *key) { return kit::outText(key, kPmlMacSize); }
+consteval kit::Arg macText(kit::Arg a) {
+  a.mac = true;
+  return a;
+}
+consteval kit::Arg bodyMac(const char *key) { return macText(kit::bodyBuffer(key, kPmlMacSize)); }
+consteval kit::Arg queryMac() { return macText(kit::queryBuffer("macAddr", kQueryMacAddr, kPmlMacSize)); }
+consteval kit::Arg outMac(const char *key) { return macText(kit::outText(key, kPmlMacSize)); }
 
 #endif

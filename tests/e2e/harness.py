@@ -17,6 +17,7 @@ import unittest
 BUILD = os.environ.get("IF_BUILD_DIR") or os.path.join(os.path.dirname(__file__), "..", "..", "build")
 CGI = os.path.abspath(os.path.join(BUILD, "interfaces_v2.cgi"))
 OPEN_SIM = os.path.abspath(os.path.join(BUILD, "platform", "open-sim"))
+ROUTE_DUMP = os.path.abspath(os.path.join(BUILD, "route-dump"))
 SESSION_DIR = "/tmp/session"
 CLI_DIR = "/mnt/application/quill/tmp"
 LOG_FILE = "/tmp/k9100.log"
@@ -214,6 +215,14 @@ class SimTestCase(unittest.TestCase):
     def assertReply(self, result, expected):
         self.assertEqual(result.out.decode(errors="replace"), expected.decode(errors="replace"))
         self.assertEqual(result.status, 0)
+
+
+def served_routes():
+    """route-dump --detail's rows that serve requests: a later row of the same key shadows an earlier one."""
+    rows = subprocess.run(command(ROUTE_DUMP, "--detail"), capture_output=True, text=True, check=True).stdout
+    rows = [line.split("\t") for line in rows.splitlines()]
+    last = {tuple(r[0].split()[1:]): i for i, r in enumerate(rows)}
+    return [r for i, r in enumerate(rows) if last[tuple(r[0].split()[1:])] == i]
 
 
 def main():

@@ -8,12 +8,10 @@ reference anew, to be read through in the diff before it is committed."""
 import json
 import os
 import re
-import subprocess
 
-from harness import BUILD, SimTestCase, command, main
+from harness import SimTestCase, main, served_routes
 
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
-ROUTE_DUMP = os.path.abspath(os.path.join(BUILD, "route-dump"))
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
          "&macAddr=00:1B:21:3A:4F:92&streamID=5&name=0%2F3")
 # Body values by input kind; a route that compares a body text with its
@@ -33,14 +31,6 @@ FROZEN["rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet"] = "[1, 2, 3, 4]"
 def work_file(match):
     """A CLI work file's descriptor, without the process number in its name."""
     return '"text": "%s"' % re.sub(r"_\d+", "_N", match.group(1))
-
-
-def served_routes():
-    """route-dump's rows that serve requests: a later row of the same key shadows an earlier one."""
-    rows = subprocess.run(command(ROUTE_DUMP, "--detail"), capture_output=True, text=True, check=True).stdout
-    rows = [line.split("\t") for line in rows.splitlines()]
-    last = {tuple(r[0].split()[1:]): i for i, r in enumerate(rows)}
-    return [r for i, r in enumerate(rows) if last[tuple(r[0].split()[1:])] == i]
 
 
 def bodies_of(method, detail):

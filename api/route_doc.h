@@ -1,0 +1,51 @@
+// What a route reads and answers, for the API description route-dump
+// prints. Table rows carry these facts in their argument lists; a
+// hand-written handler declares them beside itself in a HandDoc, and its
+// registration names that HandDoc.
+#ifndef API_ROUTE_DOC_H
+#define API_ROUTE_DOC_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include <span>
+
+#include "frame/value_map.h"
+
+namespace doc {
+
+// How a route answers: a read (its values under the group on success), a
+// set (the code alone), a check (a read when the switch answers, a set
+// when it refuses), or one fixed code.
+enum class Shape : uint8_t { Read, Set, Check, Fixed };
+
+enum class Type : uint8_t { Number, Text, Mac };
+
+struct Field {
+  const char *name;
+  Type type = Type::Number;
+  const TextMap *texts = nullptr;  // a reply value: every text the mapping gives
+  const char *words = nullptr;     // a fixed set of texts, "|" between them
+  const ValueMap *accepts = nullptr;         // an input text: the texts that name a value
+  const char *(*choices)(size_t i) = nullptr;  // an input text: the i-th known one, null past the last
+  bool optional = false;                       // an input whose absence has a meaning of its own
+};
+
+// The reply's group holds one object, one object or a list of every
+// port's (when the query names no port), or an object with one list.
+enum class Layout : uint8_t { Object, ObjectOrList, List };
+
+struct HandDoc {
+  const char *summary;
+  Shape shape;
+  const char *group = nullptr;
+  std::span<const Field> query = {};
+  std::span<const Field> body = {};
+  std::span<const Field> reply = {};
+  Layout layout = Layout::Object;
+  const char *listKey = nullptr;  // Layout::List: the key of the list
+};
+
+}  // namespace doc
+
+#endif

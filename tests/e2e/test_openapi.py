@@ -1,0 +1,90 @@
+"""The OpenAPI document that route-dump prints: valid for a real validator,
+one operation per registration that serves, and true to the program: every
+operation is called on the default simulated switch with the document's own
+examples, and each reply is held against the operation's schema."""
+
+import json
+import os
+import subprocess
+import tempfile
+import urllib.parse
+
+from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
+
+CHECK = os.path.join(os.path.dirname(os.path.abspath(__file__)), "openapi_check.mjs")
+TAGS = {"green Ethernet", "EEE", "power estimates", "power-saving history", "interfaces", "MAC locking", "cable",
+        "interface application"}
+LINK_UP = {"if": {"linkState": "up"}, "resp": {"respCode": 0, "respMsg": "Success", "status": "success"}}
+
+
+def unique_keys(pairs):
+    """A JSON object whose keys are all different: a parser keeps only one of twins, a browser's YAML parser none."""
+    keys = [k for k, _ in pairs]
+    if len(set(keys)) != len(keys):
+        raise ValueError("a key twice in one object: %s" % keys)
+    return dict(pairs)
+
+
+def operations(document):
+    for path, item in document["paths"].items():
+        for method, op in item.items():
+            yield method.upper(), path, op
+
+
+def example_request(op):
+    """The query string and body that the document's examples make up."""
+    query = urllib.parse.urlencode([(p["name"], p["example"]) for p in op["parameters"]], safe=":")
+    body = op.get("requestBody", {}).get("content", {}).get("application/json", {}).get("example")
+    return query or None, body
+
+
+def check(document, replies):
+    """Runs the validator over the document and the replies: (exit status, output)."""
+    with tempfile.TemporaryDirectory() as d:
+        paths = [os.path.join(d, "openapi.json"), os.path.join(d, "replies.json")]
+        for path, value in zip(paths, (document, replies)):
+            with open(path, "w") as f:
+                json.dump(value, f)
+        r = subprocess.run(["node", CHECK] + paths, capture_output=True, text=True, timeout=120)
+    return r.returncode, r.stdout + r.stderr
+
+
+class OpenApiDocument(SimTestCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        out = subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout
+        cls.document = json.loads(out, object_pairs_hook=unique_keys)
+
+    def test_one_operation_per_serving_registration(self):
+        registered = {(m, p + "/" + n) for (_, m, p, n) in (row[0].split() for row in served_routes())}
+        ops = list(operations(self.document))
+        self.assertEqual(len(ops), 212)
+        self.assertEqual({(m, p) for m, p, _ in ops}, registered)
+        self.assertEqual(len({op["operationId"] for _, _, op in ops}), 212)
+        self.assertEqual({tag for _, _, op in ops for tag in op["tags"]}, TAGS)
+        for method, path, op in ops:
+            self.assertEqual(op["x-privilege"], "read-only" if method == "GET" else "read-write", path)
+
+    def test_every_example_reply_matches_its_schema(self):
+        replies = []
+        for method, path, op in operations(self.document):
+            query, body = example_request(op)
+            out = self.request(method, path, query, body).out
+            replies.append({"operationId": op["operationId"], "reply": json.loads(out.split(b"\r\n\r\n", 1)[1])})
+        status, report = check(self.document, replies)
+        self.assertEqual(status, 0, report)
+        self.assertIn("212 of 212 replies match", report)
+
+    def test_a_reply_the_schema_does_not_describe_fails(self):
+        cases = [("linkState", "sideways"), ("extra", 1)]
+        for key, value in cases:
+            reply = json.loads(json.dumps(LINK_UP))
+            reply["if"][key] = value
+            status, report = check(self.document, [{"operationId": "getIfLinkState", "reply": reply}])
+            self.assertEqual(status, 1, key)
+            self.assertIn("getIfLinkState:", report)
+
+
+if __name__ == "__main__":
+    main()

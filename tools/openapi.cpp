@@ -1,0 +1,533 @@
+#include "tools/openapi.h"
+
+#include <ctype.h>
+#include <stdio.h>
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "api/routes.h"
+#include "frame/envelope.h"
+
+namespace {
+
+constexpr char kRoot[] = "/api/v2/interfaces";
+constexpr char kMacPattern[] = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
+// Every code a reply can carry; the first is success.
+constexpr uint32_t kCodes[] = {CODE_SUCCESS,   CODE_GENERAL_FAILED, CODE_INVALID_ARGUMENT,
+                               CODE_OBJECT_EXIST, CODE_NOT_FOUND,   CODE_UNSUPPORTED};
+
+struct Tag {
+  const char *dir;  // the route's path below the API root
+  const char *name;
+};
+const Tag kTags[] = {
+    {"/green-ethernet", "green Ethernet"},
+    {"/green-ethernet-eee-api", "EEE"},
+    {"/green-pwr-estimates", "power estimates"},
+    {"/green-pwr-sav-history", "power-saving history"},
+    {"/if", "interfaces"},
+    {"/if/counters", "interfaces"},
+    {"/if/all-counters", "interfaces"},
+    {"/pml", "MAC locking"},
+    {"", "cable"},
+    {"/interface-app", "interface application"},
+};
+
+struct Example {
+  const char *name;
+  const char *text;  // a text example; null for a number
+  double number;
+};
+// What "Try it out" and the reply check send: a port, VLAN and MAC address
+// the default simulated switch knows.
+const Example kExamples[] = {
+    {"ifNum", nullptr, 3},       {"intIfNum", nullptr, 3},  {"interface", nullptr, 3},
+    {"intf", nullptr, 3},        {"prevIfNum", nullptr, 2}, {"vlanId", nullptr, 10},
+    {"unit", nullptr, 1},        {"remIndex", nullptr, 1},  {"timestamp", nullptr, 1},
+    {"ifType", nullptr, 0},      {"streamID", nullptr, 5},  {"sampleNo", nullptr, 1},
+    {"curSample", nullptr, 1},   {"interval", nullptr, 300}, {"macAddr", "00:1B:21:3A:4F:92", 0},
+    {"name", "0/3", 0},          {"timeRange", "work", 0},  {"intfName", "0/3", 0},
+    {"mtu_size", nullptr, 1500}, {"maxFrameSize", nullptr, 1518},
+};
+
+cJSON *object() { return cJSON_CreateObject(); }
+cJSON *add(cJSON *to, const char *key, cJSON *item) {
+  cJSON_AddItemToObject(to, key, item);
+  return item;
+}
+cJSON *addObject(cJSON *to, const char *key) { return add(to, key, object()); }
+void addText(cJSON *to, const char *key, const char *text) { cJSON_AddStringToObject(to, key, text); }
+cJSON *ref(const char *target) {
+  cJSON *o = object();
+  addText(o, "$ref", target);
+  return o;
+}
+cJSON *textList(std::initializer_list<const char *> texts) {
+  cJSON *a = cJSON_CreateArray();
+  for (const char *t : texts) cJSON_AddItemToArray(a, cJSON_CreateString(t));
+  return a;
+}
+
+cJSON *numberSchema() {
+  cJSON *s = object();
+  addText(s, "type", "integer");
+  cJSON_AddNumberToObject(s, "minimum", 0);
+  cJSON_AddNumberToObject(s, "maximum", 4294967295.0);
+  return s;
+}
+
+cJSON *textSchema(bool mac) {
+  cJSON *s = object();
+  addText(s, "type", "string");
+  if (mac) addText(s, "pattern", kMacPattern);
+  return s;
+}
+
+bool listed(const cJSON *values, const char *text) {
+  const cJSON *v = nullptr;
+  cJSON_ArrayForEach(v, values) if (cJSON_IsString(v) && strcmp(v->valuestring, text) == 0) return true;
+  return false;
+}
+
+// A text value set: {"type": "string", "enum": [...]}, with null where it
+// can be null.
+cJSON *enumSchema(cJSON *values, bool nullable) {
+  cJSON *s = object();
+  if (nullable) {
+    add(s, "type", textList({"string", "null"}));
+    cJSON_AddItemToArray(values, cJSON_CreateNull());
+  } else {
+    addText(s, "type", "string");
+  }
+  add(s, "enum", values);
+  return s;
+}
+
+void addUnique(cJSON *values, const char *text) {
+  if (!listed(values, text)) cJSON_AddItemToArray(values, cJSON_CreateString(text));
+}
+
+// Every text a mapping gives, found by asking it: the platform's values
+// are small numbers, and every larger one reads as the last fallback.
+cJSON *textsOf(const TextMap &map) {
+  cJSON *values = cJSON_CreateArray();
+  bool nullable = false;
+  for (uint32_t v = 0; v <= 1024; ++v) {
+    const char *t = map.text(v == 1024 ? UINT32_MAX : v);
+    if (t) addUnique(values, t);
+    else nullable = true;
+  }
+  return enumSchema(values, nullable);
+}
+
+cJSON *choicesOf(const char *(*choice)(size_t)) {
+  cJSON *values = cJSON_CreateArray();
+  for (size_t i = 0; const char *t = choice(i); ++i) addUnique(values, t);
+  return enumSchema(values, false);
+}
+
+cJSON *wordsOf(const char *words) {
+  cJSON *values = cJSON_CreateArray();
+  for (const char *w = words; *w;) {
+    size_t n = strcspn(w, "|");
+    addUnique(values, std::string(w, n).c_str());
+    w += n + (w[n] == '|');
+  }
+  return enumSchema(values, false);
+}
+
+// Adds to the description, which a note may already have begun.
+void describe(cJSON *schema, const std::string &text) {
+  if (text.empty()) return;
+  const cJSON *old = cJSON_GetObjectItem(schema, "description");
+  if (!old) return addText(schema, "description", text.c_str());
+  std::string both = std::string(old->valuestring) + " " + text;
+  cJSON_ReplaceItemInObject(schema, "description", cJSON_CreateString(both.c_str()));
+}
+
+// What an unknown body text becomes, where a mapping turns texts into values.
+void noteUnknownText(cJSON *schema, const ValueMap &map) {
+  uint32_t unknown = map.value("");
+  cJSON_AddNumberToObject(schema, "x-unknown-text-value", unknown);
+  describe(schema, "A text not listed is sent to the switch as " + std::to_string(unknown) + ".");
+}
+
+cJSON *fieldSchema(const doc::Field &f) {
+  if (f.texts) return textsOf(*f.texts);
+  if (f.words) return wordsOf(f.words);
+  if (f.accepts) {
+    cJSON *s = choicesOf(f.accepts->accepted);
+    noteUnknownText(s, *f.accepts);
+    return s;
+  }
+  if (f.choices) return choicesOf(f.choices);
+  return f.type == doc::Type::Number ? numberSchema() : textSchema(f.type == doc::Type::Mac);
+}
+
+const char *opposite(const char *word) {
+  if (strcmp(word, enableText(1)) == 0) return enableText(0);
+  if (strcmp(word, trueText(1)) == 0) return trueText(0);
+  return nullptr;
+}
+
+cJSON *argSchema(const kit::Arg &a) {
+  using kit::Kind;
+  switch (a.kind) {
+    case Kind::Scan:
+    case Kind::Lookup:
+    case Kind::Out:
+      return a.text ? textsOf(*a.text) : numberSchema();
+    case Kind::Body: {
+      cJSON *s = object();
+      addText(s, "type", "number");
+      describe(s, "Truncated toward zero and held to 0..4294967295; anything but a number reads as 0.");
+      return s;
+    }
+    case Kind::BodyWord: {
+      const char *off = opposite(a.word.s);
+      cJSON *s = off ? enumSchema(textList({a.word.s, off}), false) : textSchema(false);
+      describe(s, std::string("\"") + a.word.s + "\" turns it on; any other text, or none, turns it off.");
+      return s;
+    }
+    case Kind::BodyMapped: {
+      cJSON *s = choicesOf(a.value->accepted);
+      noteUnknownText(s, *a.value);
+      return s;
+    }
+    case Kind::BodyText: {
+      cJSON *s = textSchema(false);
+      describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " characters.");
+      return s;
+    }
+    case Kind::LookupText:
+    case Kind::BodyBuffer:
+    case Kind::QueryBuffer:
+    case Kind::OutText:
+      return textSchema(a.mac);
+  }
+  return object();
+}
+
+void addExample(cJSON *to, const char *key, const char *name, cJSON *schema) {
+  const cJSON *values = cJSON_GetObjectItem(schema, "enum");
+  if (values && cJSON_IsString(values->child)) {
+    addText(to, key, values->child->valuestring);
+    return;
+  }
+  for (const Example &e : kExamples) {
+    if (strcmp(e.name, name) != 0) continue;
+    if (e.text) addText(to, key, e.text);
+    else cJSON_AddNumberToObject(to, key, e.number);
+    return;
+  }
+  if (cJSON_IsString(cJSON_GetObjectItem(schema, "type")) &&
+      strcmp(cJSON_GetObjectItem(schema, "type")->valuestring, "string") == 0)
+    addText(to, key, "");
+  else
+    cJSON_AddNumberToObject(to, key, 1);
+}
+
+// One input of an operation, gathered before it is written out.
+struct Input {
+  const char *name;
+  cJSON *schema;
+  bool inBody;
+  bool required;
+  std::string note;
+};
+
+std::string queryNote(kit::Kind kind) {
+  switch (kind) {
+    case kit::Kind::Scan: return "Unsigned decimal, read where a query field starts; absent reads as 0.";
+    case kit::Kind::Lookup:
+      return "Unsigned decimal, read from the first query field whose text contains the name; absent reads as 0.";
+    case kit::Kind::LookupText: return "Read from the first query field whose text contains the name.";
+    case kit::Kind::QueryBuffer: return "Percent-decoded.";
+    default: return "";
+  }
+}
+
+std::vector<Input> inputsOf(const RouteDoc &d) {
+  std::vector<Input> in;
+  for (size_t i = 0; i < d.argCount; ++i) {
+    const kit::Arg &a = d.args[i];
+    if (kit::isOutput(a.kind)) continue;
+    bool body = kit::readsBody(a.kind);
+    in.push_back({a.name.s, argSchema(a), body, a.fallback.empty(), body ? "" : queryNote(a.kind)});
+    if (!a.fallback.empty()) {
+      in.push_back({a.fallback.s, argSchema(a), true, false, std::string("Read when \"") + a.name.s + "\" is absent."});
+    }
+  }
+  return in;
+}
+
+std::vector<Input> inputsOf(const doc::HandDoc &h) {
+  std::vector<Input> in;
+  for (const doc::Field &f : h.query) in.push_back({f.name, fieldSchema(f), false, !f.optional, ""});
+  for (const doc::Field &f : h.body) in.push_back({f.name, fieldSchema(f), true, true, ""});
+  return in;
+}
+
+cJSON *objectOf(cJSON *properties, cJSON *required) {
+  cJSON *s = object();
+  addText(s, "type", "object");
+  add(s, "properties", properties);
+  add(s, "required", required);
+  cJSON_AddFalseToObject(s, "additionalProperties");
+  return s;
+}
+
+void addProperty(cJSON *properties, cJSON *required, const char *name, cJSON *schema) {
+  add(properties, name, schema);
+  cJSON_AddItemToArray(required, cJSON_CreateString(name));
+}
+
+cJSON *replyData(const RouteDoc &d) {
+  cJSON *props = object(), *req = cJSON_CreateArray();
+  for (size_t i = 0; i < d.argCount; ++i)
+    if (kit::isOutput(d.args[i].kind)) addProperty(props, req, d.args[i].name.s, argSchema(d.args[i]));
+  return objectOf(props, req);
+}
+
+cJSON *replyData(const doc::HandDoc &h) {
+  cJSON *props = object(), *req = cJSON_CreateArray();
+  for (const doc::Field &f : h.reply) addProperty(props, req, f.name, fieldSchema(f));
+  cJSON *one = objectOf(props, req);
+  if (h.layout == doc::Layout::Object) return one;
+  cJSON *list = object();
+  addText(list, "type", "array");
+  if (h.layout == doc::Layout::List) {
+    add(list, "items", one);
+    cJSON *p = object(), *r = cJSON_CreateArray();
+    addProperty(p, r, h.listKey, list);
+    return objectOf(p, r);
+  }
+  add(list, "items", cJSON_Duplicate(one, true));
+  cJSON *either = object();
+  cJSON *choices = add(either, "oneOf", cJSON_CreateArray());
+  cJSON_AddItemToArray(choices, one);
+  cJSON_AddItemToArray(choices, list);
+  describe(either, "One port's object when ifNum names a port; every physical port's, in a list, otherwise.");
+  return either;
+}
+
+std::string codeRef(uint32_t code) { return "#/components/schemas/Resp" + std::to_string(code); }
+
+cJSON *envelopeOf(const char *group, cJSON *data, const char *respRef) {
+  cJSON *props = object(), *req = cJSON_CreateArray();
+  if (group) addProperty(props, req, group, data);
+  addProperty(props, req, "resp", ref(respRef));
+  return objectOf(props, req);
+}
+
+// The reply body of an operation in its shape.
+cJSON *replySchema(doc::Shape shape, const char *group, cJSON *data, uint32_t fixedCode) {
+  switch (shape) {
+    case doc::Shape::Set: return envelopeOf(nullptr, nullptr, "#/components/schemas/Resp");
+    case doc::Shape::Fixed: return envelopeOf(nullptr, nullptr, codeRef(fixedCode).c_str());
+    case doc::Shape::Read:
+    case doc::Shape::Check: break;
+  }
+  cJSON *s = object();
+  cJSON *choices = add(s, "oneOf", cJSON_CreateArray());
+  cJSON_AddItemToArray(choices, envelopeOf(group, data, codeRef(CODE_SUCCESS).c_str()));
+  cJSON_AddItemToArray(choices, envelopeOf(nullptr, nullptr, "#/components/schemas/RespFailure"));
+  return s;
+}
+
+const char *tagOf(const RouteRow &r) {
+  const char *below = r.path + strlen(kRoot);
+  for (const Tag &t : kTags)
+    if (strcmp(t.dir, below) == 0) return t.name;
+  return "interfaces";
+}
+
+// get + /if/link-state -> getIfLinkState
+std::string operationId(const RouteRow &r) {
+  std::string id;
+  for (const char *m = httpMethodName(r.method); *m; ++m) id += static_cast<char>(tolower(*m));
+  std::string words = std::string(r.path + strlen(kRoot)) + "/" + r.name;
+  bool upper = true;
+  for (char c : words) {
+    if (c == '/' || c == '-' || c == '_') {
+      upper = true;
+    } else {
+      id += upper ? static_cast<char>(toupper(c)) : c;
+      upper = false;
+    }
+  }
+  return id;
+}
+
+std::string summaryOf(const RouteRow &r) {
+  if (r.hand) return r.hand->summary;
+  const RouteDoc &d = *r.doc;
+  if (d.shape == doc::Shape::Fixed) return "Not supported on this switch: always answers " + std::to_string(d.code);
+  std::string keys;
+  for (size_t i = 0; i < d.argCount; ++i) {
+    bool shown = d.shape == doc::Shape::Set ? kit::readsBody(d.args[i].kind) : kit::isOutput(d.args[i].kind);
+    if (shown) keys += (keys.empty() ? "" : ", ") + std::string(d.args[i].name.s);
+  }
+  const char *verb = d.shape == doc::Shape::Set ? "Sets " : d.shape == doc::Shape::Check ? "Asks " : "Reads ";
+  if (keys.empty()) return (r.method == METHOD_DELETE ? "Deletes " : "Runs ") + std::string(r.name);
+  return verb + keys;
+}
+
+void addParameters(cJSON *op, const std::vector<Input> &inputs) {
+  cJSON *params = cJSON_CreateArray();
+  cJSON *bodyProps = object(), *bodyReq = cJSON_CreateArray(), *bodyExample = object();
+  bool hasBody = false;
+  for (const Input &in : inputs) {
+    if (in.inBody) {
+      hasBody = true;
+      addExample(bodyExample, in.name, in.name, in.schema);
+      if (!in.note.empty()) describe(in.schema, in.note);
+      add(bodyProps, in.name, in.schema);
+      if (in.required) cJSON_AddItemToArray(bodyReq, cJSON_CreateString(in.name));
+      continue;
+    }
+    cJSON *p = object();
+    addText(p, "name", in.name);
+    addText(p, "in", "query");
+    cJSON_AddBoolToObject(p, "required", in.required);
+    describe(p, in.note);
+    addExample(p, "example", in.name, in.schema);
+    add(p, "schema", in.schema);
+    cJSON_AddItemToArray(params, p);
+  }
+  add(op, "parameters", params);
+  if (!hasBody) {
+    cJSON_Delete(bodyProps), cJSON_Delete(bodyReq), cJSON_Delete(bodyExample);
+    return;
+  }
+  cJSON *schema = object();
+  addText(schema, "type", "object");
+  add(schema, "properties", bodyProps);
+  add(schema, "required", bodyReq);
+  cJSON *body = addObject(op, "requestBody");
+  cJSON_AddTrueToObject(body, "required");
+  addText(body, "description", "JSON; keys are matched without regard to case. A body that is not JSON is "
+                               "answered with 10003 before the switch is asked.");
+  cJSON *media = addObject(addObject(body, "content"), "application/json");
+  add(media, "schema", schema);
+  add(media, "example", bodyExample);
+}
+
+cJSON *operation(const RouteRow &r) {
+  cJSON *op = object();
+  addText(op, "operationId", operationId(r).c_str());
+  addText(op, "summary", summaryOf(r).c_str());
+  add(op, "tags", textList({tagOf(r)}));
+  bool writes = r.method != METHOD_GET;
+  addText(op, "x-privilege", writes ? "read-write" : "read-only");
+  std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
+  if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  addText(op, "description", note.c_str());
+  addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));
+
+  doc::Shape shape = r.hand ? r.hand->shape : r.doc->shape;
+  const char *group = r.hand ? r.hand->group : r.doc->group;
+  cJSON *data = r.hand ? replyData(*r.hand) : replyData(*r.doc);
+  cJSON *schema = replySchema(shape, group, data, r.doc ? r.doc->code : 0);
+  if (shape == doc::Shape::Set || shape == doc::Shape::Fixed) cJSON_Delete(data);
+
+  cJSON *responses = addObject(op, "responses");
+  cJSON *ok = addObject(responses, "200");
+  addText(ok, "description", shape == doc::Shape::Set || shape == doc::Shape::Fixed
+                                 ? "The code alone, ending with a newline."
+                                 : "On success the values under the group key, without a final newline.");
+  add(addObject(addObject(ok, "content"), "application/json"), "schema", schema);
+  add(responses, "403", ref("#/components/responses/Refused"));
+  return op;
+}
+
+cJSON *respSchema(uint32_t code) {
+  cJSON *props = object(), *req = cJSON_CreateArray();
+  cJSON *c = object(), *m = object(), *s = object();
+  cJSON_AddNumberToObject(c, "const", code);
+  addText(m, "const", errorMessageGet(static_cast<int32_t>(code)));
+  addText(s, "const", code == CODE_SUCCESS ? "success" : "fail");
+  addProperty(props, req, "respCode", c);
+  addProperty(props, req, "respMsg", m);
+  addProperty(props, req, "status", s);
+  cJSON *o = objectOf(props, req);
+  addText(o, "title", (std::to_string(code) + " " + errorMessageGet(static_cast<int32_t>(code))).c_str());
+  return o;
+}
+
+cJSON *components() {
+  cJSON *comp = object();
+  cJSON *schemas = addObject(comp, "schemas");
+  cJSON *all = cJSON_CreateArray(), *failures = cJSON_CreateArray();
+  for (uint32_t code : kCodes) {
+    std::string name = "Resp" + std::to_string(code);
+    add(schemas, name.c_str(), respSchema(code));
+    cJSON_AddItemToArray(all, ref(codeRef(code).c_str()));
+    if (code != CODE_SUCCESS) cJSON_AddItemToArray(failures, ref(codeRef(code).c_str()));
+  }
+  cJSON *resp = addObject(schemas, "Resp");
+  add(resp, "oneOf", all);
+  addText(resp, "description", "The reply's code, its message and its status.");
+  add(addObject(schemas, "RespFailure"), "oneOf", failures);
+
+  cJSON *refused = addObject(addObject(comp, "responses"), "Refused");
+  addText(refused, "description", "\"Status:403\" and no body: the session header is missing, names no session, the "
+                                  "session has expired, or it may only read and the route writes.");
+  cJSON *session = addObject(addObject(comp, "securitySchemes"), "session");
+  addText(session, "type", "apiKey");
+  addText(session, "in", "header");
+  addText(session, "name", "session");
+  addText(session, "description", "The token of a session the login wrote. Every call refreshes its time unless a "
+                                  "\"refresh\" header is sent.");
+  return comp;
+}
+
+cJSON *info(const char *version) {
+  cJSON *i = object();
+  addText(i, "title", "Switch interfaces API");
+  addText(i, "version", version);
+  addText(i, "description",
+          "Interfaces, green Ethernet, MAC locking and interface application settings of the switch. Every reply "
+          "is one JSON envelope: on success the values under the route's group key, then \"resp\" with "
+          "respCode, respMsg and status. Replies keep the spelling the switch's web pages expect: keys differ "
+          "between reads and writes of one value, and some POST routes read no body.");
+  return i;
+}
+
+}  // namespace
+
+cJSON *openApiDocument(const char *version) {
+  cJSON *root = object();
+  addText(root, "openapi", "3.1.0");
+  add(root, "info", info(version));
+  cJSON *tags = add(root, "tags", cJSON_CreateArray());
+  for (const Tag &t : kTags) {
+    bool seen = false;
+    const cJSON *x = nullptr;
+    cJSON_ArrayForEach(x, tags) seen = seen || strcmp(cJSON_GetObjectItem(x, "name")->valuestring, t.name) == 0;
+    if (seen) continue;
+    cJSON *tag = object();
+    addText(tag, "name", t.name);
+    cJSON_AddItemToArray(tags, tag);
+  }
+  cJSON *security = cJSON_CreateArray();
+  cJSON *scheme = object();
+  add(scheme, "session", cJSON_CreateArray());
+  cJSON_AddItemToArray(security, scheme);
+  add(root, "security", security);
+  cJSON *paths = addObject(root, "paths");
+  for (size_t i = 0; i < kRouteCount; ++i) {
+    const RouteRow &r = kRoutes[i];
+    if (r.shadowed) continue;
+    std::string path = std::string(r.path) + "/" + r.name;
+    cJSON *item = cJSON_GetObjectItem(paths, path.c_str());
+    if (!item) item = addObject(paths, path.c_str());
+    std::string method;
+    for (const char *m = httpMethodName(r.method); *m; ++m) method += static_cast<char>(tolower(*m));
+    add(item, method.c_str(), operation(r));
+  }
+  add(root, "components", components());
+  return root;
+}

@@ -1,0 +1,11 @@
+// The OpenAPI 3.1 description of every route that serves requests, built
+// from the registration list itself so that it cannot drift from it.
+#ifndef TOOLS_OPENAPI_H
+#define TOOLS_OPENAPI_H
+
+#include <cjson/cJSON.h>
+
+// A new document owned by the caller.
+cJSON *openApiDocument(const char *version);
+
+#endif

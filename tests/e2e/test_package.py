@@ -17,7 +17,7 @@ from harness import Lighttpd, Sim, main, new_session, private_view, read_reply
 
 FOLDER = os.environ.get("IF_PACKAGE_DIR", "")
 SNIPPET = "/etc/lighttpd/conf-available/50-interfaces-v2-cgi.conf"
-PROGRAM = ["usr/share/doc/interfaces-v2/" + f for f in ("README.md", "changelog.gz", "copyright")] + [
+PROGRAM = ["usr/share/doc/interfaces-v2/" + f for f in ("README.md", "changelog.gz", "copyright", "openapi.json")] + [
     SNIPPET[1:], "usr/lib/cgi-bin/interfaces_v2.cgi"]
 SIMULATOR = ["usr/share/doc/interfaces-v2-sim/changelog.gz", "usr/share/doc/interfaces-v2-sim/copyright",
              "usr/share/man/man1/open-sim.1.gz", "usr/share/man/man1/route-dump.1.gz",

@@ -5,6 +5,7 @@
 # make bench  every benchmark side by side; writes bench/RESULTS.md
 # make soak  build, then a minute of load through lighttpd; writes its figures into tests/RELIABILITY.md
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
+# make package  the Debian packages for x86-64 and the switch's arm64, into dist/
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
@@ -19,7 +20,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release test test-sanitize test-arm64 bench fuzz run soak clean
+.PHONY: all deps configure build build-release package test test-sanitize test-arm64 bench fuzz run soak clean
 
 all: build
 
@@ -32,7 +33,8 @@ configure: deps
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
-test: build
+# The packages are tested too: installed, and serving through lighttpd.
+test: build package
 	@scripts/install-deps.sh browser
 	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD) && ctest --output-on-failure
@@ -42,6 +44,23 @@ test: build
 build-release: deps
 	@cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release $(WERROR) >/dev/null
 	@cmake --build $(RELEASE_BUILD) -j $(JOBS)
+
+# The program's package and the simulated switch's, from Release builds for
+# this machine and the switch's arm64 CPU; cpack computes their Depends.
+PACKAGE_BUILD ?= build-package
+PACKAGE_BUILD_ARM64 ?= build-package-arm64
+PACKAGE_DIR ?= dist
+PACKAGE_FLAGS = -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DIF_BUILD_TESTS=OFF $(WERROR)
+
+package:
+	@scripts/install-deps.sh package
+	@cmake -S . -B $(PACKAGE_BUILD) $(PACKAGE_FLAGS) >/dev/null
+	@cmake -S . -B $(PACKAGE_BUILD_ARM64) $(PACKAGE_FLAGS) \
+	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake >/dev/null
+	@rm -rf $(PACKAGE_DIR) && mkdir -p $(PACKAGE_DIR)
+	@for b in $(PACKAGE_BUILD) $(PACKAGE_BUILD_ARM64); do \
+	  cmake --build $$b -j $(JOBS) && rm -f $$b/*.deb && (cd $$b && cpack >/dev/null) && cp $$b/*.deb $(PACKAGE_DIR)/ || exit 1; done
+	@ls $(PACKAGE_DIR)
 
 # Every suite again, with everything built under ASan and UBSan.
 test-sanitize: deps
@@ -91,4 +110,5 @@ bench:
 	@python3 bench/run_bench.py --build $(BUILD) --arm-build $(BUILD_ARM64)
 
 clean:
-	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD) $(RELEASE_BUILD)
+	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD) $(RELEASE_BUILD) $(PACKAGE_BUILD) \
+	  $(PACKAGE_BUILD_ARM64) $(PACKAGE_DIR)

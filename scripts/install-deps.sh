@@ -8,6 +8,8 @@
 #                            aarch64 cross compiler for the binary sizes
 #   install-deps.sh browser  also Chromium, for the explorer's browser test;
 #                            a machine that cannot install it only warns
+#   install-deps.sh package  also the Debian packages: what arm64 installs, and
+#                            dpkg-shlibdeps, lintian and file to build and check them
 # Every mode also installs the npm packages of package-lock.json (the API
 # explorer, the OpenAPI validator, the browser driver) into node_modules.
 set -euo pipefail
@@ -17,7 +19,8 @@ packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
 # A machine may bring its own Node.js, with npm inside it.
 command -v node >/dev/null || packages+=(nodejs)
 command -v npm >/dev/null || packages+=(npm)
-if [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; then
+case "${1:-}" in arm64|bench|package) cross=1 ;; *) cross=0 ;; esac
+if [ $cross = 1 ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
              libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
 fi
@@ -26,6 +29,7 @@ if [ "${1:-}" = bench ]; then
 fi
 # "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
 [ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
+[ "${1:-}" = "package" ] && packages+=(dpkg-dev lintian file)
 
 # Once a second architecture is installed, a bare name of a package present in
 # both is ambiguous to dpkg; the native qualifier settles it.
@@ -70,7 +74,7 @@ fi
 
 echo "installing: ${missing[*]}"
 as_root "${missing[@]}" || exit 1
-if { [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; } && ! dpkg --print-foreign-architectures | grep -qx arm64; then
+if [ $cross = 1 ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
   $sudo dpkg --add-architecture arm64
 fi
 export DEBIAN_FRONTEND=noninteractive

@@ -8,6 +8,7 @@
 #include <stdio.h>
 #include <string.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -135,7 +136,10 @@ int listenOn(const char *path) {
   int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (fd < 0) return -1;
   unlink(path);
-  if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 || listen(fd, 256) != 0) {
+  // The web server runs the CGI as a user of its own (www-data), not as
+  // whoever started the simulated switch: every local user may connect.
+  if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 || chmod(path, 0666) != 0 ||
+      listen(fd, 256) != 0) {
     close(fd);
     return -1;
   }

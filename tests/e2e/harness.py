@@ -75,12 +75,17 @@ def uptime():
         return int(float(f.read().split()[0]))
 
 
+def private_view(script):
+    """A command prefix that runs the next command after `script` in its own mount namespace."""
+    return ["unshare", "-m", "sh", "-c", "set -e; %s; exec \"$0\" \"$@\"" % script]
+
+
 class Sim:
     """A private open-sim daemon on its own socket; `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None):
+    def __init__(self, wrap=None, program=OPEN_SIM):
         self.socket = os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
-        self.proc = subprocess.Popen(list(wrap or []) + command(OPEN_SIM, "serve", "--socket", self.socket),
+        self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket),
                                      stderr=subprocess.PIPE)
         deadline = time.time() + 10
         while not os.path.exists(self.socket):
@@ -120,16 +125,28 @@ class Sim:
 
 
 class Lighttpd:
-    """A private lighttpd serving the program on a free loopback port, as the switch's web server does."""
+    """A private lighttpd serving the program on a free loopback port, as the switch's web server does:
+    with the project's own configuration, or with `snippet` (an installed one) included in a bare one;
+    `wrap` prefixes its command."""
 
-    def __init__(self, sim_socket):
+    def __init__(self, sim_socket, snippet=None, wrap=None):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
         self.port = probe.getsockname()[1]
         probe.close()
-        conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
-                                            "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
-                               "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True, check=True)
-        self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf.stdout.strip()])
+        if snippet:  # as Debian runs it: as www-data, which must reach the socket
+            os.chmod(self.dir, 0o755)
+            conf = os.path.join(self.dir, "lighttpd.conf")
+            with open(conf, "w") as f:
+                f.write('server.modules = ("mod_setenv")\nserver.bind = "127.0.0.1"\nserver.port = %d\n'
+                        'server.document-root = "%s"\nserver.username = "www-data"\nserver.groupname = "www-data"\n'
+                        'setenv.add-environment = ("OPEN_SIM_SOCKET" => "%s")\ninclude "%s"\n'
+                        % (self.port, self.dir, sim_socket, snippet))
+        else:
+            conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
+                                                "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
+                                   "127.0.0.1", shlex.join(EXEC_WRAPPER)],
+                                  capture_output=True, text=True, check=True).stdout.strip()
+        self.proc = subprocess.Popen(list(wrap or []) + ["lighttpd", "-D", "-f", conf])
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
                 if s.connect_ex(("127.0.0.1", self.port)) == 0:

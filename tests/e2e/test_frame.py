@@ -15,7 +15,7 @@ import urllib.request
 
 import harness
 from harness import (FORBIDDEN, JSON_HEADER, LEVEL_FILE, LOG_FILE, SESSION_DIR, Lighttpd, SimTestCase, cgi, envelope,
-                     main, new_session, read_reply, set_reply, uptime)
+                     main, new_session, private_view, read_reply, set_reply, uptime)
 
 IF = "/api/v2/interfaces/if"
 NEXT = IF + "/ddisable-autorecovery-table-intf-next"  # a read that scans its number
@@ -70,11 +70,6 @@ class LogWatch:
         self.text = text.decode(errors="replace")
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"6")
-
-
-def private_view(script):
-    """A command prefix that runs the next command after `script` in its own mount namespace."""
-    return ["unshare", "-m", "sh", "-c", "set -e; %s; exec \"$0\" \"$@\"" % script]
 
 
 def namespaces_usable():

@@ -24,9 +24,9 @@ enum class Type : uint8_t { Number, Text, Mac };
 struct Field {
   const char *name;
   Type type = Type::Number;
-  const TextMap *texts = nullptr;  // a reply value: every text the mapping gives
-  const char *words = nullptr;     // a fixed set of texts, "|" between them
-  const ValueMap *accepts = nullptr;         // an input text: the texts that name a value
+  const TextMap *texts = nullptr;              // a reply value: every text the mapping gives
+  const char *words = nullptr;                 // a fixed set of texts, "|" between them
+  const ValueMap *accepts = nullptr;           // an input text: the texts that name a value
   const char *(*choices)(size_t i) = nullptr;  // an input text: the i-th known one, null past the last
   bool optional = false;                       // an input whose absence has a meaning of its own
 };
@@ -45,6 +45,25 @@ struct HandDoc {
   Layout layout = Layout::Object;
   const char *listKey = nullptr;  // Layout::List: the key of the list
 };
+
+using Fields = std::span<const Field>;
+
+// A read: the reply fields under `group` on success.
+constexpr HandDoc read(const char *summary, const char *group, Fields query, Fields reply) {
+  return {.summary = summary, .shape = Shape::Read, .group = group, .query = query, .reply = reply};
+}
+// A read whose group holds a list of the reply objects under `listKey`.
+constexpr HandDoc readList(const char *summary, const char *group, Fields query, Fields item, const char *listKey) {
+  return {summary, Shape::Read, group, query, {}, item, Layout::List, listKey};
+}
+// A read of one port's object, or of every port's in a list.
+constexpr HandDoc readPorts(const char *summary, const char *group, Fields query, Fields item) {
+  return {summary, Shape::Read, group, query, {}, item, Layout::ObjectOrList};
+}
+// A set: the code alone.
+constexpr HandDoc set(const char *summary, Fields query, Fields body) {
+  return {.summary = summary, .shape = Shape::Set, .query = query, .body = body};
+}
 
 }  // namespace doc
 

@@ -27,26 +27,17 @@ uint32_t greenHistoryFirstEntry(void);
 uint32_t greenHistoryNextEntry(void);
 uint32_t greenHistoryNextSample(void);
 
-inline constexpr doc::Field kHistorySampleDoc[] = {{"sampleNo"}, {"sampleTime"}, {"percentLpiTime"},
-                                                   {"percentLpiTimeTotal"}};
+inline constexpr doc::Field kHistorySampleDoc[] = {
+    {"sampleNo"}, {"sampleTime"}, {"percentLpiTime"}, {"percentLpiTimeTotal"}};
 inline constexpr doc::Field kHistoryPortQuery[] = {{"intIfNum"}};
 inline constexpr doc::Field kHistoryAfterQuery[] = {{"intIfNum"}, {"sampleNo"}};
 inline constexpr doc::Field kHistorySampleQuery[] = {{"intIfNum"}, {"curSample"}};
-inline constexpr doc::HandDoc kHistoryFirstEntryDoc{.summary = "The first power-saving history record of a port",
-                                                    .shape = doc::Shape::Read,
-                                                    .group = "greenPwrSavHistory",
-                                                    .query = kHistoryPortQuery,
-                                                    .reply = kHistorySampleDoc};
-inline constexpr doc::HandDoc kHistoryNextEntryDoc{
-    .summary = "The record after the one numbered sampleNo (0: after the first), found by walking the history",
-    .shape = doc::Shape::Read,
-    .group = "greenPwrSavHistory",
-    .query = kHistoryAfterQuery,
-    .reply = kHistorySampleDoc};
-inline constexpr doc::HandDoc kHistoryNextSampleDoc{.summary = "The record after curSample, as the switch finds it",
-                                                    .shape = doc::Shape::Read,
-                                                    .group = "greenPwrSavHistory",
-                                                    .query = kHistorySampleQuery,
-                                                    .reply = kHistorySampleDoc};
+inline constexpr doc::HandDoc kHistoryFirstEntryDoc = doc::read(
+    "The first power-saving history record of a port", "greenPwrSavHistory", kHistoryPortQuery, kHistorySampleDoc);
+inline constexpr doc::HandDoc kHistoryNextEntryDoc =
+    doc::read("The record after the one numbered sampleNo (0: after the first), found by walking the history",
+              "greenPwrSavHistory", kHistoryAfterQuery, kHistorySampleDoc);
+inline constexpr doc::HandDoc kHistoryNextSampleDoc = doc::read(
+    "The record after curSample, as the switch finds it", "greenPwrSavHistory", kHistorySampleQuery, kHistorySampleDoc);
 
 #endif

@@ -20,14 +20,17 @@ uint32_t ifCompositeExpandableModeGet(void);
 uint32_t ifCompositeExpandableModeSet(void);
 
 // A read of the port named by "ifNum" with these fields; no port is refused with 10003.
-constexpr doc::HandDoc portRead(const char *summary, std::span<const doc::Field> fields) {
+constexpr doc::HandDoc portRead(const char *summary, doc::Fields fields) {
   return {.summary = summary, .shape = doc::Shape::Read, .group = "if", .query = port_doc::kPortQuery, .reply = fields};
 }
 
 namespace port_doc {
 inline constexpr doc::Field kAdminStateFields[] = {{"admin-state", doc::Type::Text, &kIfUpDown}};
 inline constexpr doc::Field kAutoNegFields[] = {{"auto-negotiate", doc::Type::Text, &kIfAutoNegotiate}};
-inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed, kOperationalSpeed, kSpeedMode, kConfiguredDuplex,
+inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed,
+                                              kOperationalSpeed,
+                                              kSpeedMode,
+                                              kConfiguredDuplex,
                                               {"operational-duplex", doc::Type::Text, nullptr, "unknown"}};
 inline constexpr doc::Field kFrameFields[] = {kMtu, kMaxFrameSize, kEthernetHeaderSize};
 inline constexpr doc::Field kDescriptionFields[] = {kDescription};
@@ -47,12 +50,10 @@ inline constexpr doc::HandDoc kDescrDoc = portRead("A port's description", port_
 inline constexpr doc::HandDoc kSoftShutdownDoc = portRead("A port's soft shutdown", port_doc::kSoftShutdownFields);
 inline constexpr doc::HandDoc kFecModeDoc = portRead("A port's configured and operational FEC", port_doc::kFecFields);
 inline constexpr doc::HandDoc kLinkTrapDoc = portRead("Whether a port sends link traps", port_doc::kLinkTrapFields);
-inline constexpr doc::HandDoc kExpandableModeDoc = portRead("A port's configured and operational lane modes",
-                                                            port_doc::kLaneFields);
-inline constexpr doc::HandDoc kExpandableModeSetDoc{
-    .summary = "Splits a port into lanes; a text naming no lane mode is sent as 0 and the switch decides",
-    .shape = doc::Shape::Set,
-    .query = port_doc::kPortQuery,
-    .body = port_doc::kLaneModeBody};
+inline constexpr doc::HandDoc kExpandableModeDoc =
+    portRead("A port's configured and operational lane modes", port_doc::kLaneFields);
+inline constexpr doc::HandDoc kExpandableModeSetDoc =
+    doc::set("Splits a port into lanes; a text naming no lane mode is sent as 0 and the switch decides",
+             port_doc::kPortQuery, port_doc::kLaneModeBody);
 
 #endif

@@ -24,34 +24,41 @@ uint32_t counterResetHandler(void);
 uint32_t allCountersResetHandler(void);
 
 namespace port_doc {
-inline constexpr doc::Field kCounterFields[] = {
-    kInterface, {"total-bytes-received"}, {"total-bytes-transmitted"}, {"unicast-packets-received"},
-    {"unicast-packets-transmitted"}, {"total-receive-drops"}, {"total-transmit-drops"},
-    {"total-packets-received-with-errors"}, {"total-transmit-errors"}};
-inline constexpr doc::Field kStatusFields[] = {
-    kInterface,         {"admin-state", doc::Type::Text, nullptr, "down"},
-    {"link-state", doc::Type::Text, nullptr, "down"}, {"auto-negotiate", doc::Type::Text, nullptr, "enable"},
-    kConfiguredSpeed,   kOperationalSpeed, kSpeedMode, kConfiguredDuplex, kMtu, kMaxFrameSize, kEthernetHeaderSize,
-    kDescription,       kSoftShutdown,     kFecMode,   kLinkTrap,         kConfigLanes, kOperLanes};
+inline constexpr doc::Field kCounterFields[] = {kInterface,
+                                                {"total-bytes-received"},
+                                                {"total-bytes-transmitted"},
+                                                {"unicast-packets-received"},
+                                                {"unicast-packets-transmitted"},
+                                                {"total-receive-drops"},
+                                                {"total-transmit-drops"},
+                                                {"total-packets-received-with-errors"},
+                                                {"total-transmit-errors"}};
+inline constexpr doc::Field kStatusFields[] = {kInterface,
+                                               {"admin-state", doc::Type::Text, nullptr, "down"},
+                                               {"link-state", doc::Type::Text, nullptr, "down"},
+                                               {"auto-negotiate", doc::Type::Text, nullptr, "enable"},
+                                               kConfiguredSpeed,
+                                               kOperationalSpeed,
+                                               kSpeedMode,
+                                               kConfiguredDuplex,
+                                               kMtu,
+                                               kMaxFrameSize,
+                                               kEthernetHeaderSize,
+                                               kDescription,
+                                               kSoftShutdown,
+                                               kFecMode,
+                                               kLinkTrap,
+                                               kConfigLanes,
+                                               kOperLanes};
 }  // namespace port_doc
 
 // One port's object, or every physical port's in a list when "ifNum" is 0 or absent.
-inline constexpr doc::HandDoc kCounterSummaryDoc{.summary = "Traffic counters of one port or of every port",
-                                                 .shape = doc::Shape::Read,
-                                                 .group = "if",
-                                                 .query = port_doc::kAnyPortQuery,
-                                                 .reply = port_doc::kCounterFields,
-                                                 .layout = doc::Layout::ObjectOrList};
-inline constexpr doc::HandDoc kStatusSummaryDoc{.summary = "The port list's status of one port or of every port",
-                                                .shape = doc::Shape::Read,
-                                                .group = "if",
-                                                .query = port_doc::kAnyPortQuery,
-                                                .reply = port_doc::kStatusFields,
-                                                .layout = doc::Layout::ObjectOrList};
-inline constexpr doc::HandDoc kCounterResetDoc{.summary = "Clears one port's counters (no port: 10003)",
-                                               .shape = doc::Shape::Set,
-                                               .query = port_doc::kPortQuery};
-inline constexpr doc::HandDoc kAllCountersResetDoc{.summary = "Clears every interface's counters",
-                                                   .shape = doc::Shape::Set};
+inline constexpr doc::HandDoc kCounterSummaryDoc = doc::readPorts("Traffic counters of one port or of every port", "if",
+                                                                  port_doc::kAnyPortQuery, port_doc::kCounterFields);
+inline constexpr doc::HandDoc kStatusSummaryDoc = doc::readPorts(
+    "The port list's status of one port or of every port", "if", port_doc::kAnyPortQuery, port_doc::kStatusFields);
+inline constexpr doc::HandDoc kCounterResetDoc =
+    doc::set("Clears one port's counters (no port: 10003)", port_doc::kPortQuery, {});
+inline constexpr doc::HandDoc kAllCountersResetDoc = doc::set("Clears every interface's counters", {}, {});
 
 #endif

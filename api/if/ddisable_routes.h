@@ -27,36 +27,21 @@ inline constexpr doc::Field kFeatureList[] = {{"featureList", doc::Type::Text}};
 inline constexpr doc::Field kTimeLeft[] = {{"timeLeft"}};
 }  // namespace recovery_doc
 
-inline constexpr doc::HandDoc kRecoveryIntervalSetDoc{
-    .summary = "Sets the D-Disable auto-recovery interval in seconds (a body without a number is refused)",
-    .shape = doc::Shape::Set,
-    .body = recovery_doc::kInterval};
-inline constexpr doc::HandDoc kRecoveryIntervalGetDoc{.summary = "The D-Disable auto-recovery interval in seconds",
-                                                      .shape = doc::Shape::Read,
-                                                      .group = "if",
-                                                      .reply = recovery_doc::kInterval};
-inline constexpr doc::HandDoc kRecoveryCauseGetDoc{.summary = "Whether auto-recovery is on for one D-Disable cause",
-                                                   .shape = doc::Shape::Read,
-                                                   .group = "if",
-                                                   .query = recovery_doc::kCause,
-                                                   .reply = recovery_doc::kMode};
-inline constexpr doc::HandDoc kRecoveryCauseSetDoc{
-    .summary = "Turns auto-recovery on (\"enable\") or off (any other mode) for one D-Disable cause",
-    .shape = doc::Shape::Set,
-    .body = recovery_doc::kCauseAndMode};
-inline constexpr doc::HandDoc kNextPhysicalIfDoc{.summary = "The physical interface after prevIfNum (0: the first)",
-                                                 .shape = doc::Shape::Read,
-                                                 .group = "if",
-                                                 .query = recovery_doc::kPrevIfNum,
-                                                 .reply = recovery_doc::kNextIfNum};
-inline constexpr doc::HandDoc kRecoveryFeatureListDoc{
-    .summary = "The D-Disable causes auto-recovery knows, joined by \",\"",
-    .shape = doc::Shape::Read,
-    .group = "if",
-    .reply = recovery_doc::kFeatureList};
-inline constexpr doc::HandDoc kRecoveryTimeLeftDoc{.summary = "Seconds left until the next D-Disable auto-recovery",
-                                                   .shape = doc::Shape::Read,
-                                                   .group = "if",
-                                                   .reply = recovery_doc::kTimeLeft};
+inline constexpr doc::HandDoc kRecoveryIntervalSetDoc =
+    doc::set("Sets the D-Disable auto-recovery interval in seconds (a body without a number is refused)", {},
+             recovery_doc::kInterval);
+inline constexpr doc::HandDoc kRecoveryIntervalGetDoc =
+    doc::read("The D-Disable auto-recovery interval in seconds", "if", {}, recovery_doc::kInterval);
+inline constexpr doc::HandDoc kRecoveryCauseGetDoc =
+    doc::read("Whether auto-recovery is on for one D-Disable cause", "if", recovery_doc::kCause, recovery_doc::kMode);
+inline constexpr doc::HandDoc kRecoveryCauseSetDoc =
+    doc::set("Turns auto-recovery on (\"enable\") or off (any other mode) for one D-Disable cause", {},
+             recovery_doc::kCauseAndMode);
+inline constexpr doc::HandDoc kNextPhysicalIfDoc = doc::read("The physical interface after prevIfNum (0: the first)",
+                                                             "if", recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
+inline constexpr doc::HandDoc kRecoveryFeatureListDoc =
+    doc::read("The D-Disable causes auto-recovery knows, joined by \",\"", "if", {}, recovery_doc::kFeatureList);
+inline constexpr doc::HandDoc kRecoveryTimeLeftDoc =
+    doc::read("Seconds left until the next D-Disable auto-recovery", "if", {}, recovery_doc::kTimeLeft);
 
 #endif

@@ -9,13 +9,10 @@
 
 uint32_t ifExpandPortModeSupportedGet(void);
 
-inline constexpr doc::Field kExpandModeQuery[] = {{"expandPortMode", doc::Type::Text, nullptr, nullptr,
-                                                   &kIfExpandModeValue}};
+inline constexpr doc::Field kExpandModeQuery[] = {
+    {"expandPortMode", doc::Type::Text, nullptr, nullptr, &kIfExpandModeValue}};
 inline constexpr doc::Field kExpandModeSupported[] = {{"isExpandedModeSupported", doc::Type::Text, &kTrue}};
-inline constexpr doc::HandDoc kExpandModeSupportedDoc{.summary = "Whether the switch supports a port expansion mode",
-                                                      .shape = doc::Shape::Read,
-                                                      .group = "if",
-                                                      .query = kExpandModeQuery,
-                                                      .reply = kExpandModeSupported};
+inline constexpr doc::HandDoc kExpandModeSupportedDoc =
+    doc::read("Whether the switch supports a port expansion mode", "if", kExpandModeQuery, kExpandModeSupported);
 
 #endif

@@ -10,9 +10,7 @@ uint32_t interfaceAppTimeRangeSet(void);
 
 inline constexpr doc::Field kTimeRangeQuery[] = {{"intIfNum"}};
 inline constexpr doc::Field kTimeRangeBody[] = {{"timeRange", doc::Type::Text}};
-inline constexpr doc::HandDoc kTimeRangeSetDoc{.summary = "Names the time range of a port's application settings",
-                                               .shape = doc::Shape::Set,
-                                               .query = kTimeRangeQuery,
-                                               .body = kTimeRangeBody};
+inline constexpr doc::HandDoc kTimeRangeSetDoc =
+    doc::set("Names the time range of a port's application settings", kTimeRangeQuery, kTimeRangeBody);
 
 #endif

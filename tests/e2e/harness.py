@@ -1,6 +1,8 @@
 """End-to-end harness: runs the real interfaces_v2.cgi as the web server
 would (CGI variables, body on standard input) against a private open-sim,
-and builds the exact reply bytes the program must print."""
+and builds the exact reply bytes the program must print. IF_MODE=fastcgi
+sends the same requests to a FastCGI responder instead, one per open-sim
+(a request asking for a fresh process gets a responder of its own)."""
 
 import collections
 import itertools
@@ -8,9 +10,12 @@ import json
 import os
 import shlex
 import shutil
+import signal
 import socket
+import struct
 import subprocess
 import tempfile
+import threading
 import time
 import unittest
 
@@ -23,6 +28,7 @@ LOG_FILE = "/tmp/k9100.log"
 LEVEL_FILE = "/tmp/devmgr_log_level"
 # A cross build's programs start through an emulator command, e.g. "/usr/bin/qemu-aarch64".
 EXEC_WRAPPER = shlex.split(os.environ.get("IF_EXEC_WRAPPER", ""))
+MODE = os.environ.get("IF_MODE", "cgi")
 MESSAGES = {0: "Success", 10000: "General Failed", 10003: "Invalid argument", 10011: "Object exist",
             10023: "Request api not found", 17002: "Unsupported Feature"}
 JSON_HEADER = b"Content-Type: application/json\r\n\r\n"
@@ -75,10 +81,10 @@ def uptime():
 
 
 class Sim:
-    """A private open-sim daemon on its own socket; `wrap` prefixes its command."""
+    """A private open-sim daemon on its own socket (or `path`, as a restart); `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None):
-        self.socket = os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
+    def __init__(self, wrap=None, path=None):
+        self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
         self.proc = subprocess.Popen(list(wrap or []) + command(OPEN_SIM, "serve", "--socket", self.socket),
                                      stderr=subprocess.PIPE)
         deadline = time.time() + 10
@@ -127,7 +133,8 @@ class Lighttpd:
         probe.close()
         conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
                                             "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
-                               "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True, check=True)
+                               "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True, check=True,
+                              env=dict(os.environ, FASTCGI="1" if MODE == "fastcgi" else ""))
         self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf.stdout.strip()])
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
@@ -142,6 +149,110 @@ class Lighttpd:
         shutil.rmtree(self.dir, ignore_errors=True)
 
 
+SANITIZER_ENV = {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")}
+
+
+def fcgi_record(kind, content=b""):
+    """FastCGI records of one kind for request 1, the content cut to fit."""
+    return b"".join(struct.pack(">BBHHBx", 1, kind, 1, len(part), 0) + part
+                    for part in [content[i:i + 65535] for i in range(0, len(content), 65535)] or [b""])
+
+
+def fcgi_pair(name, value):
+    name, value = name.encode(), value.encode()
+    return b"".join(struct.pack(">B", n) if n < 128 else struct.pack(">I", n | 1 << 31)
+                    for n in (len(name), len(value))) + name + value
+
+
+class Responder:
+    """The program as a FastCGI responder, started as a web server starts it:
+    a listening Unix socket is its standard input."""
+
+    running = {}  # (open-sim socket, command prefix) -> Responder
+
+    def __init__(self, sim_socket, wrap=None):
+        self.dir = tempfile.mkdtemp(prefix="fcgi-")
+        self.path = os.path.join(self.dir, "responder.sock")
+        self.out, self.err = tempfile.TemporaryFile(), tempfile.TemporaryFile()
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(self.path)
+            listener.listen(16)
+            env = dict(SANITIZER_ENV, PATH="/usr/bin:/bin", OPEN_SIM_SOCKET=sim_socket)
+            self.proc = subprocess.Popen(list(wrap or []) + command(CGI), stdin=listener, stdout=self.out,
+                                         stderr=self.err, env=env)
+
+    @classmethod
+    def serve(cls, sim, env, data, timeout, wrap, fresh):
+        key = (sim.socket, tuple(wrap or []))
+        responder = cls(sim.socket, wrap) if fresh else cls.running.get(key) or cls.running.setdefault(
+            key, cls(sim.socket, wrap))
+        try:
+            return responder.request(env, data, timeout)
+        finally:
+            if fresh:
+                responder.stop()
+
+    def request(self, env, data, timeout):
+        """BEGIN_REQUEST, PARAMS and STDIN out (by a thread, as the program may answer before reading the
+        body); STDOUT and END_REQUEST in."""
+        with socket.socket(socket.AF_UNIX) as s:
+            s.settimeout(timeout)
+            s.connect(self.path)
+            params = b"".join(fcgi_pair(k, v) for k, v in env.items())
+            sent = fcgi_record(1, struct.pack(">HB5x", 1, 0)) + fcgi_record(4, params) + fcgi_record(4) + \
+                fcgi_record(5, data) + fcgi_record(5)
+            sender = threading.Thread(target=_send_quietly, args=(s, sent), daemon=True)
+            sender.start()
+            received, out, status = b"", b"", None
+            while status is None:
+                chunk = s.recv(1 << 16)
+                if not chunk:
+                    break
+                received += chunk
+                while len(received) >= 8:
+                    _, kind, _, length, padding = struct.unpack(">BBHHBx", received[:8])
+                    if len(received) < 8 + length + padding:
+                        break
+                    content, received = received[8:8 + length], received[8 + length + padding:]
+                    if kind == 6:
+                        out += content
+                    elif kind == 3:
+                        status = struct.unpack(">I", content[:4])[0]
+            sender.join()
+        if status is None:
+            raise AssertionError("the responder ended the request without END_REQUEST (exit status %s)"
+                                 % self.proc.poll())
+        return Result(out, status)
+
+    def stop(self):
+        """Stops the process as the web server does; returns its exit status after checking what it printed
+        outside any request (nothing) and what a sanitizer reported."""
+        if self.proc.poll() is None:
+            self.proc.send_signal(signal.SIGTERM)
+        status = self.proc.wait(timeout=30)
+        for f in (self.out, self.err):
+            f.seek(0)
+        out, err = self.out.read(), self.err.read()
+        self.out.close(), self.err.close()
+        shutil.rmtree(self.dir, ignore_errors=True)
+        check_sanitizer_report("interfaces_v2.cgi as a FastCGI responder", err)
+        if out or status != 0:
+            raise AssertionError("responder: exit status %s, printed outside a request: %r" % (status, out[:200]))
+        return status
+
+    @classmethod
+    def stop_all(cls):
+        while cls.running:
+            cls.running.popitem()[1].stop()
+
+
+def _send_quietly(s, data):
+    try:
+        s.sendall(data)
+    except OSError:  # the program answered and closed without reading all of the body
+        pass
+
+
 _tokens = itertools.count(1)
 
 
@@ -154,10 +265,12 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
     return token
 
 
-def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None):
+def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None,
+        fresh=False):
     """One request as the web server makes it; `wrap` is a command prefix (for
     example one that gives the process its own view of the files). An `env`
-    value of None removes that variable."""
+    value of None removes that variable. `fresh`: a process that served
+    nothing before and ends after this request, as every CGI process does."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method,
          "QUERY_STRING": query, "HTTP_SESSION": session, "HTTP_REFRESH": refresh}
@@ -165,9 +278,11 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
     if body is not None:
         data = body if isinstance(body, bytes) else (body if isinstance(body, str) else json.dumps(body)).encode()
         e["CONTENT_LENGTH"] = str(len(data))
-    e.update({k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")})
+    e.update(SANITIZER_ENV)
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
+    if MODE == "fastcgi":
+        return Responder.serve(sim, e, data, timeout, wrap, fresh)
     proc = subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True, timeout=timeout)
     check_sanitizer_report("interfaces_v2.cgi %s %s" % (method, uri), proc.stderr)
     return Result(proc.stdout, proc.returncode)
@@ -186,6 +301,7 @@ class SimTestCase(unittest.TestCase):
 
     @classmethod
     def tearDownClass(cls):
+        Responder.stop_all()
         cls.sim.stop()
 
     def setUp(self):

@@ -1,4 +1,4 @@
-# make run   build, then serve the API against the simulated switch on 127.0.0.1:8080
+# make run   build, then serve the API against the simulated switch on 127.0.0.1:8080 (FASTCGI=1: as FastCGI)
 # make test  build, then run every test suite (again under ASan and UBSan)
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
 # make build-release  the Release build, warnings as errors
@@ -58,7 +58,7 @@ fuzz:
 	@fuzz/run-all.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
 run: build
-	@scripts/run-dev.sh $(BUILD)
+	@FASTCGI=$(FASTCGI) scripts/run-dev.sh $(BUILD)
 
 # Load through a private lighttpd and open-sim on the loopback; stops by itself after SOAK_SECONDS (60).
 soak: build

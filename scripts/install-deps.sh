@@ -8,10 +8,10 @@
 #                            aarch64 cross compiler for the binary sizes
 set -euo pipefail
 
-packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
+packages=(g++ cmake make python3 libcjson-dev libgtest-dev libfcgi-dev lighttpd curl)
 if [ "${1:-}" = arm64 ] || [ "${1:-}" = bench ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
-             libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
+             libcjson-dev:arm64 libgtest-dev:arm64 libfcgi-dev:arm64 libstdc++6:arm64)
 fi
 if [ "${1:-}" = bench ]; then
   packages+=(wrk libbenchmark-dev)

@@ -3,7 +3,7 @@
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
 # make build-release  the Release build, warnings as errors
 # make bench  every benchmark side by side; writes bench/RESULTS.md
-# make soak  build, then a minute of load through lighttpd; writes its figures into tests/RELIABILITY.md
+# make soak  build, then load through lighttpd, as CGI and as FastCGI; writes its figures into tests/RELIABILITY.md
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
@@ -19,7 +19,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release test test-sanitize test-arm64 bench fuzz run soak clean
+.PHONY: all deps configure build build-release test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
 
 all: build
 
@@ -60,10 +60,18 @@ fuzz:
 run: build
 	@FASTCGI=$(FASTCGI) scripts/run-dev.sh $(BUILD)
 
-# Load through a private lighttpd and open-sim on the loopback; stops by itself after SOAK_SECONDS (60).
+# Load through a private lighttpd and open-sim on the loopback: CGI for SOAK_SECONDS (60), then
+# FastCGI responders for SOAK_REQUESTS (100,000).
 soak: build
 	@scripts/prepare-switch-dirs.sh
 	@IF_BUILD_DIR=$(abspath $(BUILD)) python3 tests/e2e/soak.py
+
+# The same with the sanitizer build; LeakSanitizer checks each responder when lighttpd stops it.
+soak-sanitize: deps
+	@cmake -S . -B $(SANITIZE_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DIF_SANITIZE=ON $(WERROR) >/dev/null
+	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
+	@scripts/prepare-switch-dirs.sh
+	@$(SANITIZER_OPTIONS) IF_BUILD_DIR=$(abspath $(SANITIZE_BUILD)) python3 tests/e2e/soak.py
 
 # Cross build for aarch64; every program it starts goes through qemu-aarch64.
 BUILD_ARM64 ?= build-arm64

@@ -125,16 +125,17 @@ class Sim:
 
 
 class Lighttpd:
-    """A private lighttpd serving the program on a free loopback port, as the switch's web server does."""
+    """A private lighttpd serving the program on a free loopback port, as the switch's web server does (through
+    two FastCGI responders with `fastcgi`)."""
 
-    def __init__(self, sim_socket):
+    def __init__(self, sim_socket, fastcgi=MODE == "fastcgi"):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
         self.port = probe.getsockname()[1]
         probe.close()
         conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
                                             "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
                                "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True, check=True,
-                              env=dict(os.environ, FASTCGI="1" if MODE == "fastcgi" else ""))
+                              env=dict(os.environ, FASTCGI="1" if fastcgi else ""))
         self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf.stdout.strip()])
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
@@ -143,10 +144,34 @@ class Lighttpd:
             time.sleep(0.05)
         raise RuntimeError("lighttpd did not start")
 
+    def children(self):
+        """The processes lighttpd started and still runs: the FastCGI responders."""
+        with open("/proc/%d/task/%d/children" % (self.proc.pid, self.proc.pid)) as f:
+            return [int(pid) for pid in f.read().split()]
+
     def stop(self):
+        """Stops lighttpd, which stops its responders; fails on a responder that does not end within 30 s or on
+        a sanitizer report in the error log, where the responders' standard error goes."""
+        responders = self.children()
         self.proc.terminate()
         self.proc.wait(timeout=10)
+        deadline = time.time() + 30
+        while any(os.path.exists("/proc/%d" % pid) and not _zombie(pid) for pid in responders):
+            if time.time() > deadline:
+                raise AssertionError("a FastCGI responder did not stop with lighttpd")
+            time.sleep(0.05)
+        with open(os.path.join(self.dir, "lighttpd-error.log"), "rb") as f:
+            errors = f.read()
         shutil.rmtree(self.dir, ignore_errors=True)
+        check_sanitizer_report("lighttpd's programs", errors)
+
+
+def _zombie(pid):
+    try:
+        with open("/proc/%d/stat" % pid) as f:
+            return f.read().rsplit(")", 1)[1].split()[0] == "Z"
+    except OSError:
+        return True
 
 
 SANITIZER_ENV = {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")}

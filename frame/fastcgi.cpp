@@ -6,10 +6,9 @@
 #include <fcgiapp.h>
 #include <poll.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include <vector>
 
 #include "frame/log.h"
 #include "frame/request_io.h"
@@ -42,15 +41,30 @@ size_t streamRead(void *context, char *buf, size_t length) {
 // The request's parameters, then the process's own environment (what the
 // web server set for the responder, the OpEN service's address among
 // them): getenv answers every handler as in a CGI process, and nothing of
-// an earlier request is left in it.
-std::vector<char *> gEnvironment;
+// an earlier request is left in it. The array is kept for the next request
+// and only grows (no C++ container: nothing here may throw, see
+// CMakeLists.txt). Null when out of memory.
+char **gEnvironment = nullptr;
+size_t gEnvironmentSize = 0;
+
+size_t countOf(char **list) {
+  size_t n = 0;
+  while (list && list[n]) ++n;
+  return n;
+}
 
 char **requestEnvironment(char **params, char **own) {
-  gEnvironment.clear();
-  for (char **p = params; p && *p; ++p) gEnvironment.push_back(*p);
-  for (char **p = own; p && *p; ++p) gEnvironment.push_back(*p);
-  gEnvironment.push_back(nullptr);
-  return gEnvironment.data();
+  size_t nParams = countOf(params), nOwn = countOf(own), need = nParams + nOwn + 1;
+  if (need > gEnvironmentSize) {
+    char **grown = static_cast<char **>(realloc(gEnvironment, need * sizeof(char *)));
+    if (!grown) return nullptr;
+    gEnvironment = grown;
+    gEnvironmentSize = need;
+  }
+  for (size_t i = 0; i < nParams; ++i) gEnvironment[i] = params[i];
+  for (size_t i = 0; i < nOwn; ++i) gEnvironment[nParams + i] = own[i];
+  gEnvironment[need - 1] = nullptr;
+  return gEnvironment;
 }
 
 }  // namespace
@@ -93,7 +107,8 @@ int fastcgiServe(int (*serve)(void)) {
     }
     gBusy = 1;
     logFollow();
-    environ = requestEnvironment(request.envp, own);
+    char **environment = requestEnvironment(request.envp, own);
+    environ = environment ? environment : request.envp;
     RequestStreams streams = {streamWrite, streamRead, &request};
     requestStreamsUse(&streams);
     int status = serve();

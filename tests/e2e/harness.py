@@ -5,6 +5,7 @@ sends the same requests to a FastCGI responder instead, one per open-sim
 (a request asking for a fresh process gets a responder of its own)."""
 
 import collections
+import contextlib
 import itertools
 import json
 import os
@@ -125,8 +126,7 @@ class Sim:
 
 
 class Lighttpd:
-    """A private lighttpd serving the program on a free loopback port, as the switch's web server does (through
-    two FastCGI responders with `fastcgi`)."""
+    """A private lighttpd serving the program on a free loopback port, as the switch's web server does."""
 
     def __init__(self, sim_socket, fastcgi=MODE == "fastcgi"):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
@@ -136,7 +136,9 @@ class Lighttpd:
                                             "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
                                "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True, check=True,
                               env=dict(os.environ, FASTCGI="1" if fastcgi else ""))
-        self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf.stdout.strip()])
+        # The responders write to lighttpd's standard error.
+        with open(os.path.join(self.dir, "stderr"), "wb") as err:
+            self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf.stdout.strip()], stderr=err)
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
                 if s.connect_ex(("127.0.0.1", self.port)) == 0:
@@ -150,28 +152,18 @@ class Lighttpd:
             return [int(pid) for pid in f.read().split()]
 
     def stop(self):
-        """Stops lighttpd, which stops its responders; fails on a responder that does not end within 30 s or on
-        a sanitizer report in the error log, where the responders' standard error goes."""
-        responders = self.children()
+        """Fails on a responder still running 30 s after lighttpd stopped or on a sanitizer report."""
+        responders, deadline = self.children(), time.time() + 30
         self.proc.terminate()
         self.proc.wait(timeout=10)
-        deadline = time.time() + 30
-        while any(os.path.exists("/proc/%d" % pid) and not _zombie(pid) for pid in responders):
+        while any(subprocess.run(["ps", "-o", "stat=", "-p", str(pid)], capture_output=True, text=True).stdout[:1]
+                  not in ("", "Z") for pid in responders):
             if time.time() > deadline:
                 raise AssertionError("a FastCGI responder did not stop with lighttpd")
             time.sleep(0.05)
-        with open(os.path.join(self.dir, "lighttpd-error.log"), "rb") as f:
-            errors = f.read()
+        with open(os.path.join(self.dir, "stderr"), "rb") as f:
+            check_sanitizer_report("lighttpd's programs", f.read())
         shutil.rmtree(self.dir, ignore_errors=True)
-        check_sanitizer_report("lighttpd's programs", errors)
-
-
-def _zombie(pid):
-    try:
-        with open("/proc/%d/stat" % pid) as f:
-            return f.read().rsplit(")", 1)[1].split()[0] == "Z"
-    except OSError:
-        return True
 
 
 SANITIZER_ENV = {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")}
@@ -183,28 +175,21 @@ def fcgi_record(kind, content=b""):
                     for part in [content[i:i + 65535] for i in range(0, len(content), 65535)] or [b""])
 
 
-def fcgi_pair(name, value):
-    name, value = name.encode(), value.encode()
-    return b"".join(struct.pack(">B", n) if n < 128 else struct.pack(">I", n | 1 << 31)
-                    for n in (len(name), len(value))) + name + value
-
-
 class Responder:
-    """The program as a FastCGI responder, started as a web server starts it:
-    a listening Unix socket is its standard input."""
+    """The program as a FastCGI responder, started as a web server starts it: a listening Unix socket is its
+    standard input."""
 
     running = {}  # (open-sim socket, command prefix) -> Responder
 
-    def __init__(self, sim_socket, wrap=None):
-        self.dir = tempfile.mkdtemp(prefix="fcgi-")
-        self.path = os.path.join(self.dir, "responder.sock")
-        self.out, self.err = tempfile.TemporaryFile(), tempfile.TemporaryFile()
+    def __init__(self, sim_socket, wrap=None, program=CGI):
+        self.dir, self.out, self.err = tempfile.mkdtemp(), tempfile.TemporaryFile(), tempfile.TemporaryFile()
+        self.path = os.path.join(self.dir, "s")
         with socket.socket(socket.AF_UNIX) as listener:
             listener.bind(self.path)
             listener.listen(16)
-            env = dict(SANITIZER_ENV, PATH="/usr/bin:/bin", OPEN_SIM_SOCKET=sim_socket)
-            self.proc = subprocess.Popen(list(wrap or []) + command(CGI), stdin=listener, stdout=self.out,
-                                         stderr=self.err, env=env)
+            self.proc = subprocess.Popen(list(wrap or []) + command(program), stdin=listener, stdout=self.out,
+                                         stderr=self.err, env=dict(SANITIZER_ENV, PATH="/usr/bin:/bin",
+                                                                   OPEN_SIM_SOCKET=sim_socket))
 
     @classmethod
     def serve(cls, sim, env, data, timeout, wrap, fresh):
@@ -217,65 +202,44 @@ class Responder:
             if fresh:
                 responder.stop()
 
-    def request(self, env, data, timeout):
-        """BEGIN_REQUEST, PARAMS and STDIN out (by a thread, as the program may answer before reading the
-        body); STDOUT and END_REQUEST in."""
+    def request(self, env, data=b"", timeout=60):
+        """BEGIN_REQUEST, PARAMS and STDIN out (from a thread: the program may answer before it reads the body);
+        the records in until the program closes the connection."""
+        pairs = b"".join(b"".join(struct.pack(">B" if n < 128 else ">I", n if n < 128 else n | 1 << 31)
+                                  for n in (len(k.encode()), len(v.encode()))) + k.encode() + v.encode()
+                         for k, v in env.items())
+        sent = fcgi_record(1, struct.pack(">HB5x", 1, 0)) + fcgi_record(4, pairs) + fcgi_record(4) + \
+            fcgi_record(5, data) + fcgi_record(5)
         with socket.socket(socket.AF_UNIX) as s:
             s.settimeout(timeout)
             s.connect(self.path)
-            params = b"".join(fcgi_pair(k, v) for k, v in env.items())
-            sent = fcgi_record(1, struct.pack(">HB5x", 1, 0)) + fcgi_record(4, params) + fcgi_record(4) + \
-                fcgi_record(5, data) + fcgi_record(5)
-            sender = threading.Thread(target=_send_quietly, args=(s, sent), daemon=True)
+
+            def send():
+                with contextlib.suppress(OSError):  # the program answered and closed before reading the whole body
+                    s.sendall(sent)
+            sender = threading.Thread(target=send)
             sender.start()
-            received, out, status = b"", b"", None
-            while status is None:
-                chunk = s.recv(1 << 16)
-                if not chunk:
-                    break
-                received += chunk
-                while len(received) >= 8:
-                    _, kind, _, length, padding = struct.unpack(">BBHHBx", received[:8])
-                    if len(received) < 8 + length + padding:
-                        break
-                    content, received = received[8:8 + length], received[8 + length + padding:]
-                    if kind == 6:
-                        out += content
-                    elif kind == 3:
-                        status = struct.unpack(">I", content[:4])[0]
+            received = b"".join(iter(lambda: s.recv(1 << 16), b""))
             sender.join()
+        out, status, at = b"", None, 0
+        while at + 8 <= len(received):
+            _, kind, _, length, padding = struct.unpack_from(">BBHHBx", received, at)
+            content, at = received[at + 8:at + 8 + length], at + 8 + length + padding
+            out += content if kind == 6 else b""
+            status = struct.unpack(">I", content[:4])[0] if kind == 3 else status
         if status is None:
-            raise AssertionError("the responder ended the request without END_REQUEST (exit status %s)"
-                                 % self.proc.poll())
+            raise AssertionError("no END_REQUEST; the responder's exit status: %s" % self.proc.poll())
         return Result(out, status)
 
     def stop(self):
-        """Stops the process as the web server does; returns its exit status after checking what it printed
-        outside any request (nothing) and what a sanitizer reported."""
-        if self.proc.poll() is None:
-            self.proc.send_signal(signal.SIGTERM)
-        status = self.proc.wait(timeout=30)
-        for f in (self.out, self.err):
-            f.seek(0)
-        out, err = self.out.read(), self.err.read()
-        self.out.close(), self.err.close()
-        shutil.rmtree(self.dir, ignore_errors=True)
+        """As the web server does; fails on a sanitizer report, an exit status other than 0 or output outside a
+        request."""
+        self.proc.send_signal(signal.SIGTERM)
+        status, _ = self.proc.wait(timeout=30), shutil.rmtree(self.dir, ignore_errors=True)
+        out, err = [(f.seek(0), f.read(), f.close())[1] for f in (self.out, self.err)]
         check_sanitizer_report("interfaces_v2.cgi as a FastCGI responder", err)
         if out or status != 0:
             raise AssertionError("responder: exit status %s, printed outside a request: %r" % (status, out[:200]))
-        return status
-
-    @classmethod
-    def stop_all(cls):
-        while cls.running:
-            cls.running.popitem()[1].stop()
-
-
-def _send_quietly(s, data):
-    try:
-        s.sendall(data)
-    except OSError:  # the program answered and closed without reading all of the body
-        pass
 
 
 _tokens = itertools.count(1)
@@ -326,7 +290,8 @@ class SimTestCase(unittest.TestCase):
 
     @classmethod
     def tearDownClass(cls):
-        Responder.stop_all()
+        while Responder.running:
+            Responder.running.popitem()[1].stop()
         cls.sim.stop()
 
     def setUp(self):

@@ -33,6 +33,7 @@ struct Logger {
   FILE *file = nullptr;
   int fileSize = 0;
   pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  bool followPending = false;
 };
 Logger g;
 
@@ -173,6 +174,21 @@ void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
   if (g.file) fflush(g.file);
 }
 
+// What logFollow asks for, done before the first line it concerns: a request
+// that writes no line costs nothing.
+void followNamedLog() {
+  g.followPending = false;
+  struct stat open = {}, named = {};
+  bool same = g.file && fstat(fileno(g.file), &open) == 0 && stat(g.files->log, &named) == 0 &&
+              open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+  if (!same) {
+    if (g.file) fclose(g.file);
+    g.file = fopen(g.files->log, "a+");
+    if (!g.file || fstat(fileno(g.file), &open) != 0) open.st_size = 0;
+  }
+  g.fileSize = static_cast<int>(open.st_size);
+}
+
 }  // namespace
 
 void logUseFiles(const LogFiles *files) {
@@ -211,6 +227,7 @@ void logMessage(int level, const char *format, ...) {
   }
   if (g.mode & LOG_TO_FILE) {
     pthread_mutex_lock(&g.mutex);
+    if (g.followPending) followNamedLog();
     va_start(args, format);
     logWriteStream(g.file, level, format, args);
     va_end(args);
@@ -223,20 +240,7 @@ void logMessage(int level, const char *format, ...) {
   }
 }
 
-void logFollow(void) {
-  if (g.mode < 0 || !(g.mode & LOG_TO_FILE)) return;
-  pthread_mutex_lock(&g.mutex);
-  struct stat open = {}, named = {};
-  bool same = g.file && fstat(fileno(g.file), &open) == 0 && stat(g.files->log, &named) == 0 &&
-              open.st_dev == named.st_dev && open.st_ino == named.st_ino;
-  if (!same) {
-    if (g.file) fclose(g.file);
-    g.file = fopen(g.files->log, "a+");
-    if (!g.file || fstat(fileno(g.file), &open) != 0) open.st_size = 0;
-  }
-  g.fileSize = static_cast<int>(open.st_size);
-  pthread_mutex_unlock(&g.mutex);
-}
+void logFollow(void) { g.followPending = true; }
 
 void logClose(void) {
   if (!g.started) return;

@@ -9,6 +9,9 @@
 // reached (the reason is logged).
 bool programConnect(void);
 void programDisconnect(void);
+// Whether the registration's connection to the service is lost; a
+// program serving many requests then disconnects and connects again.
+bool programConnectionLost(void);
 
 // Registers every route with a required session, in order.
 void registerRoutes(RouteTable *table);

@@ -12,6 +12,7 @@ import json
 import os
 import platform
 import re
+import resource
 import shutil
 import socket
 import statistics
@@ -19,6 +20,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import urllib.request
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(HERE)
@@ -224,14 +226,15 @@ def free_port():
         return s.getsockname()[1]
 
 
-def start_lighttpd(program, sim, workdir, name):
+def start_lighttpd(program, sim, workdir, name, fastcgi=False):
     rundir = os.path.join(workdir, name)
     os.makedirs(rundir)
     exe = os.path.join(rundir, name + ".cgi")
     shutil.copy(program, exe)
     port = free_port()
     conf = subprocess.run([os.path.join(ROOT, "scripts", "lighttpd-conf.sh"), exe, rundir, str(port), sim.socket],
-                          capture_output=True, text=True, check=True).stdout.strip()
+                          capture_output=True, text=True, check=True,
+                          env=dict(os.environ, FASTCGI="1" if fastcgi else "")).stdout.strip()
     proc = subprocess.Popen(["lighttpd", "-D", "-f", conf])
     deadline = time.time() + 10
     while time.time() < deadline:
@@ -251,8 +254,8 @@ def to_ms(text):
     return float(m.group(1)) * scale
 
 
-def wrk_once(port, token, seconds, connections):
-    url = "http://127.0.0.1:%d/api/v2/interfaces/if/link-state?ifNum=3" % port
+def wrk_once(port, token, seconds, connections, path=IF + "/link-state?ifNum=3"):
+    url = "http://127.0.0.1:%d%s" % (port, path)
     out = subprocess.run(["wrk", "-t2", "-c%d" % connections, "-d%ds" % seconds, "--latency",
                           "-H", "session: " + token, url], capture_output=True, text=True, check=True).stdout
     if "Non-2xx" in out or "Socket errors" in out or "Latency Distribution" not in out:
@@ -279,6 +282,81 @@ def through_lighttpd(args, sim, token, workdir):
             proc.wait(timeout=10)
     ratios = [c["rps"] / f["rps"] for c, f in zip(runs["interfaces_v2.cgi"], runs["floor"])]
     return {"runs": runs, "ratio": statistics.median(ratios)}
+
+
+FASTCGI_CASES = [("link-state", IF + "/link-state?ifNum=3"), ("status, all ports", IF + "/status")]
+
+
+def fastcgi_side_by_side(args, sim, token, workdir):
+    """Each request through lighttpd three ways, alternated: the program as a CGI, the program as two FastCGI
+    responders, and the C FastCGI floor as two responders; wrk at the same concurrency for all, once with as
+    many connections as there are responders and once with --wrk-connections."""
+    if not (shutil.which("wrk") and shutil.which("lighttpd")):
+        return None
+    cgi = os.path.join(args.build, "interfaces_v2.cgi")
+    servers = {"CGI": start_lighttpd(cgi, sim, workdir, "as-cgi"),
+               "FastCGI": start_lighttpd(cgi, sim, workdir, "as-fastcgi", fastcgi=True),
+               "C FastCGI floor": start_lighttpd(os.path.join(args.build, "bench", "bench-fcgi-floor"), sim,
+                                                 workdir, "fcgi-floor", fastcgi=True)}
+    cases = [("%s, %d connections" % (case, c), path, c) for case, path in FASTCGI_CASES
+             for c in sorted({2, args.wrk_connections})]
+    runs = {case: {name: [] for name in servers} for case, _, _ in cases}
+    try:
+        for case, path in FASTCGI_CASES:
+            replies = set()
+            for name in ("CGI", "FastCGI"):
+                request = urllib.request.Request("http://127.0.0.1:%d%s" % (servers[name][1], path),
+                                                 headers={"session": token})
+                with urllib.request.urlopen(request, timeout=60) as r:
+                    replies.add(r.read())
+            if len(replies) != 1:
+                sys.exit("the CGI and the FastCGI responder do not print the same %s reply" % case)
+        for _ in range(args.wrk_repeats):
+            for case, path, connections in cases:
+                for name, (_, port) in servers.items():
+                    runs[case][name].append(wrk_once(port, token, args.wrk_seconds, connections, path))
+    finally:
+        for proc, _ in servers.values():
+            proc.terminate()
+            proc.wait(timeout=10)
+    result = {}
+    for case, by in runs.items():
+        pairs = list(zip(by["FastCGI"], by["CGI"], by["C FastCGI floor"]))
+        result[case] = {"runs": by,
+                        "rps_vs_cgi": statistics.median(f["rps"] / c["rps"] for f, c, _ in pairs),
+                        "p99_vs_cgi": statistics.median(f["p99"] / c["p99"] for f, c, _ in pairs),
+                        "rps_vs_floor": statistics.median(f["rps"] / fl["rps"] for f, _, fl in pairs),
+                        "floor_vs_cgi": statistics.median(fl["rps"] / c["rps"] for _, c, fl in pairs)}
+    return result
+
+
+def arm_user_time(args, sim, token, workdir):
+    """User CPU time per link-state request of the aarch64 build under qemu: a CGI process per request (the
+    process's whole user time) against one responder (its user time over the requests after a warm-up)."""
+    cgi, qemu = os.path.join(args.arm_build or "", "interfaces_v2.cgi"), shutil.which("qemu-aarch64")
+    if not (args.arm_build and os.path.exists(cgi) and qemu):
+        return None
+    env = dict(e.split("=", 1) for e in cgi_env(sim, "GET", IF + "/link-state", "ifNum=3", token))
+    n = args.arm_requests
+    before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
+    for _ in range(n):
+        subprocess.run([qemu, cgi], env=env, stdin=subprocess.DEVNULL, capture_output=True, check=True, timeout=60)
+    cgi_s = (resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime - before) / n
+    sys.path.insert(0, os.path.join(ROOT, "tests", "e2e"))
+    from harness import Responder  # the end-to-end tests' FastCGI client
+
+    def responder_user_time(requests):
+        """A responder's whole user time (the kernel's count, read once it has ended) for this many requests."""
+        before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
+        responder = Responder(sim.socket, [qemu], cgi)
+        for _ in range(requests):
+            responder.request(env)
+        responder.stop()
+        return resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime - before
+    # The difference of two responders, one serving 10 × n requests more than the other, leaves out start,
+    # registration and qemu's first translation of the request path.
+    fcgi_s = (responder_user_time(11 * n) - responder_user_time(n)) / (10 * n)
+    return {"requests": n, "cgi_us": cgi_s * 1e6, "fastcgi_us": fcgi_s * 1e6, "ratio": cgi_s / fcgi_s}
 
 
 def micro_benchmarks(args):
@@ -321,6 +399,12 @@ def budgets(r):
                      r["wrk"]["ratio"] >= 0.85))
     for label, v in r["rtt"].items():
         rows.append(("OpEN round trip (%s)" % label, "≤ 1.5 × bare socket", "%.2f ×" % v["ratio"], v["ratio"] <= 1.5))
+    for case, v in (r.get("fastcgi") or {}).items():
+        rows += [("FastCGI throughput, %s" % case, "≥ 5 × CGI", "%.2f ×" % v["rps_vs_cgi"], v["rps_vs_cgi"] >= 5),
+                 ("FastCGI p99 latency, %s" % case, "≤ 0.2 × CGI", "%.2f ×" % v["p99_vs_cgi"],
+                  v["p99_vs_cgi"] <= 0.2),
+                 ("FastCGI throughput, %s" % case, "≥ 0.85 × C FastCGI floor", "%.2f ×" % v["rps_vs_floor"],
+                  v["rps_vs_floor"] >= 0.85)]
     n = r["num_all"]
     rows.append(("num?name=all", "≤ 1.3 × calls × round trip", "%.2f ×" % n["ratio"], n["ratio"] <= 1.3))
     if r["micro"]:
@@ -376,6 +460,38 @@ def write_results(path, r, args):
                                                " / ".join("%.2f ms" % x["p50"] for x in runs),
                                                " / ".join("%.2f ms" % x["p99"] for x in runs)))
         w.append("\nThroughput ratio (median of pairs): %.2f.\n" % r["wrk"]["ratio"])
+    if r.get("fastcgi"):
+        w.append("## CGI against FastCGI through lighttpd\n")
+        w.append("`wrk -t2 -c%d -d%ds --latency`, each request through three lighttpd servers on 127.0.0.1,"
+                 " alternated %d times: the program as a CGI, the program as two FastCGI responders"
+                 " (`scripts/lighttpd-fastcgi.conf.in`), and the C FastCGI floor (`bench/fcgi_floor.c`: the same"
+                 " OpEN calls per request, registered once per process, no session, no log) as two responders."
+                 " Ratios are medians of the per-round ratios.\n" % (args.wrk_connections, args.wrk_seconds,
+                                                                        args.wrk_repeats))
+        w.append("| request | program | requests/s | p50 | p99 |\n|---|---|---|---|---|")
+        for case, v in r["fastcgi"].items():
+            for name, runs in v["runs"].items():
+                w.append("| %s | %s | %s | %s | %s |" % (case, name, " / ".join("%.0f" % x["rps"] for x in runs),
+                                                        " / ".join("%.2f ms" % x["p50"] for x in runs),
+                                                        " / ".join("%.2f ms" % x["p99"] for x in runs)))
+        w.append("\n| request | FastCGI ÷ CGI, requests/s | FastCGI ÷ CGI, p99 | FastCGI ÷ C floor, requests/s |"
+                 " C floor ÷ CGI, requests/s |\n|---|---|---|---|---|")
+        for case, v in r["fastcgi"].items():
+            w.append("| %s | %.2f | %.2f | %.2f | %.2f |" % (case, v["rps_vs_cgi"], v["p99_vs_cgi"], v["rps_vs_floor"],
+                                                           v["floor_vs_cgi"]))
+        w.append("\nThe last column is what a responder can gain at best: a process saves its start, registration"
+                 " and table build per request, not the request's OpEN round trips (281 for the status of all"
+                 " ports), and with more connections than its two responders the CGI has more requests in flight"
+                 " at once.\n")
+    if r.get("arm_cpu"):
+        a = r["arm_cpu"]
+        w.append("## aarch64 build: user CPU time per request under qemu\n")
+        w.append("link-state, the aarch64 `interfaces_v2.cgi` under `qemu-aarch64` (user time only, qemu's"
+                 " translation included): %d CGI processes (each one's whole user time) against one FastCGI"
+                 " responder (the user time of one serving %d requests less that of one serving %d, per request)."
+                 "\n" % (a["requests"], a["requests"] * 11, a["requests"]))
+        w.append("| CGI, per request | FastCGI, per request | CGI ÷ FastCGI |\n|---|---|---|")
+        w.append("| %s | %s | %.1f |\n" % (fmt_us(a["cgi_us"]), fmt_us(a["fastcgi_us"]), a["ratio"]))
     w.append("## Binary sizes (stripped copies)\n")
     w.append("| binary | x86-64 | aarch64 |\n|---|---|---|")
     for name, x86, arm in r["sizes"]:
@@ -407,6 +523,10 @@ def measure(args, r, sim, pinned, token, workdir):
     r["num_all"] = {"calls": calls, "rtt": rtt, "median": num["median"], "ratio": num["median"] / (calls * rtt)}
     print("lighttpd + wrk ...", flush=True)
     r["wrk"] = through_lighttpd(args, sim, token, workdir)
+    print("CGI against FastCGI through lighttpd ...", flush=True)
+    r["fastcgi"] = fastcgi_side_by_side(args, sim, token, workdir)
+    print("aarch64 user time per request, both modes ...", flush=True)
+    r["arm_cpu"] = arm_user_time(args, sim, token, workdir)
     print("micro-benchmarks ...", flush=True)
     r["micro"] = micro_benchmarks(args)
     r["sizes"] = binary_sizes(args)
@@ -424,6 +544,9 @@ def main():
     p.add_argument("--wrk-seconds", type=int, default=5)
     p.add_argument("--wrk-repeats", type=int, default=3)
     p.add_argument("--wrk-connections", type=int, default=4)
+    p.add_argument("--arm-requests", type=int, default=100)
+    p.add_argument("--only-fastcgi", action="store_true",
+                   help="only the CGI/FastCGI comparison and the aarch64 user times, printed")
     args = p.parse_args()
 
     r = {"argv": ["bench/run_bench.py"] + sys.argv[1:],
@@ -433,12 +556,19 @@ def main():
     token = new_session()
     try:
         with DefaultLogLevel():
-            measure(args, r, sim, pinned, token, workdir)
+            if args.only_fastcgi:
+                r.update(fastcgi=fastcgi_side_by_side(args, sim, token, workdir),
+                         arm_cpu=arm_user_time(args, sim, token, workdir))
+            else:
+                measure(args, r, sim, pinned, token, workdir)
     finally:
         sim.stop()
         pinned.stop()
         os.unlink(os.path.join(SESSION_DIR, token))
         shutil.rmtree(workdir, ignore_errors=True)
+    if args.only_fastcgi:
+        print(json.dumps({k: r[k] for k in ("fastcgi", "arm_cpu")}, indent=1))
+        return
     write_results(args.out, r, args)
     for name, limit, measured, ok in budgets(r):
         print("%-40s %-28s %-10s %s" % (name, limit, measured, "met" if ok else "MISSED"))

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include "frame/log.h"
+#include "frame/request_io.h"
 
 void HeapTextFree::operator()(char *p) const { free(p); }
 
@@ -94,8 +95,8 @@ const uint32_t kOpenResultCodes[30] = {
 };
 
 void writeReply(const char *text, LineEnd end) {
-  fputs(text, stdout);
-  if (end == LineEnd::Newline) fputc('\n', stdout);
+  replyText(text);
+  if (end == LineEnd::Newline) replyChar('\n');
 }
 
 }  // namespace

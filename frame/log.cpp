@@ -13,6 +13,8 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "frame/request_io.h"
+
 const LogFiles kLogFiles = {"/tmp/k9100.log", "/tmp/k9100.log.old", "/tmp/devmgr_log_level"};
 
 namespace {
@@ -31,6 +33,7 @@ struct Logger {
   FILE *file = nullptr;
   int fileSize = 0;
   pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+  bool followPending = false;
 };
 Logger g;
 
@@ -136,6 +139,22 @@ void rotate() {
   g.fileSize = g.file && fstat(fileno(g.file), &st) == 0 ? static_cast<int>(st.st_size) : 0;
 }
 
+// A null stream is the reply: standard output in a CGI, the request's own
+// stream in a FastCGI responder.
+int printTo(FILE *stream, const char *format, va_list args) __attribute__((format(printf, 2, 0)));
+int printTo(FILE *stream, const char *format, va_list args) {
+  return stream ? vfprintf(stream, format, args) : replyFormatV(format, args);
+}
+
+int printfTo(FILE *stream, const char *format, ...) __attribute__((format(printf, 2, 3)));
+int printfTo(FILE *stream, const char *format, ...) {
+  va_list args;
+  va_start(args, format);
+  int n = printTo(stream, format, args);
+  va_end(args);
+  return n;
+}
+
 void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
   timespec ts = {};
   tm local = {};
@@ -144,15 +163,30 @@ void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
   if (clock_gettime(CLOCK_REALTIME, &ts) == 0 && localtime_r(&ts.tv_sec, &local)) {
     snprintf(when, sizeof when, "%04d-%02d-%02d %02d:%02d:%02d.%03ld", local.tm_year + 1900, local.tm_mon + 1,
              local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, ts.tv_nsec / 1000000);
-    prefix = fprintf(stream, "%s (%s): %s: ", when, levelName(level), g.ident);
+    prefix = printfTo(stream, "%s (%s): %s: ", when, levelName(level), g.ident);
   } else {
-    prefix = fprintf(stream, "(%s): %s: ", levelName(level), g.ident);
+    prefix = printfTo(stream, "(%s): %s: ", levelName(level), g.ident);
   }
-  int message = vfprintf(stream, format, args);
-  if (stream != g.file) return;
+  int message = printTo(stream, format, args);
+  if (!stream || stream != g.file) return;
   g.fileSize += (prefix > 0 ? prefix : 0) + (message > 0 ? message : 0);
   if (g.fileSize > kRotateBytes) rotate();
   if (g.file) fflush(g.file);
+}
+
+// What logFollow asks for, done before the first line it concerns: a request
+// that writes no line costs nothing.
+void followNamedLog() {
+  g.followPending = false;
+  struct stat open = {}, named = {};
+  bool same = g.file && fstat(fileno(g.file), &open) == 0 && stat(g.files->log, &named) == 0 &&
+              open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+  if (!same) {
+    if (g.file) fclose(g.file);
+    g.file = fopen(g.files->log, "a+");
+    if (!g.file || fstat(fileno(g.file), &open) != 0) open.st_size = 0;
+  }
+  g.fileSize = static_cast<int>(open.st_size);
 }
 
 }  // namespace
@@ -188,13 +222,14 @@ void logMessage(int level, const char *format, ...) {
   va_list args;
   if (g.mode & LOG_TO_STDOUT) {
     va_start(args, format);
-    logWriteStream(stdout, level, format, args);
+    logWriteStream(nullptr, level, format, args);
     va_end(args);
   }
   if (g.mode & LOG_TO_FILE) {
     pthread_mutex_lock(&g.mutex);
+    if (g.followPending) followNamedLog();
     va_start(args, format);
-    logWriteStream(g.file ? g.file : stdout, level, format, args);
+    logWriteStream(g.file, level, format, args);
     va_end(args);
     pthread_mutex_unlock(&g.mutex);
   }
@@ -204,6 +239,8 @@ void logMessage(int level, const char *format, ...) {
     va_end(args);
   }
 }
+
+void logFollow(void) { g.followPending = true; }
 
 void logClose(void) {
   if (!g.started) return;

@@ -11,6 +11,11 @@ enum { LOG_TO_FILE = 1, LOG_TO_SYSLOG = 2, LOG_TO_STDOUT = 4 };
 void logOpen(int mode, int facility, const char *ident);
 void logMessage(int level, const char *format, ...) __attribute__((format(printf, 2, 3)));
 void logClose(void);
+// For a process that serves one request after another: the next line
+// written finds the log as a new process would, the file now under its name
+// (another process may have rotated it) and that file's size, so that
+// rotation still happens at 1 MiB.
+void logFollow(void);
 
 // Where the logger keeps its files; tests point it elsewhere.
 struct LogFiles {

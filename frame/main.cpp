@@ -1,5 +1,7 @@
-// interfaces_v2.cgi: one HTTP request under /api/v2/interfaces per run.
+// interfaces_v2.cgi: one HTTP request under /api/v2/interfaces per run as a
+// CGI program, or one request after another as a FastCGI responder.
 #include "api/program.h"
+#include "frame/fastcgi.h"
 #include "frame/log.h"
 #include "frame/route_table.h"
 
@@ -7,10 +9,40 @@ namespace {
 // Held until exit rather than freed: the process ends right after the
 // request, and a table still reachable here is no leak to a checker.
 RouteTable *gRoutes = nullptr;
+bool gConnected = false;
+
+// One request in a responder. The registration lives as long as the process,
+// unless its connection was lost (the service restarted or went away): the
+// next request then registers again before its calls, and while the service
+// cannot be reached gets what a CGI process gets, the connectivity wait and
+// no reply.
+int serveOne() {
+  if (gConnected && programConnectionLost()) {
+    programDisconnect();
+    gConnected = false;
+  }
+  if (!gConnected && !(gConnected = programConnect())) {
+    programDisconnect();  // the connection a failed registration may hold
+    return -1;
+  }
+  httpdProcessRequest(gRoutes);
+  return 0;
+}
+
+int serveRequests() {
+  gRoutes = routeTableCreate();
+  if (!gRoutes) return 1;
+  registerRoutes(gRoutes);
+  int status = fastcgiServe(serveOne);
+  if (gConnected) programDisconnect();
+  logClose();
+  return status;
+}
 }  // namespace
 
 int main() {
   logOpen(LOG_TO_FILE, 8, "quill_cgi");
+  if (fastcgiStarted()) return serveRequests();
   if (!programConnect()) {
     // The web server gets an empty reply; the reason is in the log.
     logClose();

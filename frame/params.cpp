@@ -6,6 +6,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "frame/request_io.h"
+
 namespace {
 
 constexpr size_t kQueryLimit = 8192;
@@ -39,14 +41,11 @@ char *readBody() {
   if (n > kBodyLimit) return nullptr;
   char *body = static_cast<char *>(calloc(static_cast<size_t>(n) + 1, 1));
   if (!body || n == 0) return body;
-  long got = 0;
-  while (got < n) {
-    int c = getchar();
-    // The end-of-file value lands in the text as one byte; the terminator
-    // follows it.
-    body[got++] = static_cast<char>(c);
-    if (c == EOF) break;
-  }
+  size_t got = requestBodyRead(body, static_cast<size_t>(n));
+  // A body that ends early leaves the end-of-file value in the text as one
+  // byte, as a byte-wise read storing each result would; the terminator
+  // follows it.
+  if (got < static_cast<size_t>(n)) body[got] = static_cast<char>(EOF);
   return body;
 }
 

@@ -6,6 +6,7 @@
 #include <strings.h>
 
 #include "frame/log.h"
+#include "frame/request_io.h"
 #include "frame/session.h"
 
 namespace {
@@ -24,9 +25,14 @@ bool segmentIs(const RouteNode *node, const char *segment, size_t length) {
   return strncmp(node->segment, segment, length) == 0 && node->segment[length] == '\0';
 }
 
-RouteNode *childNamed(RouteNode *parent, const char *segment, size_t length) {
+RouteNode *childFound(RouteNode *parent, const char *segment, size_t length) {
   for (RouteNode *c = parent->firstChild; c; c = c->nextSibling)
     if (segmentIs(c, segment, length)) return c;
+  return nullptr;
+}
+
+RouteNode *childNamed(RouteNode *parent, const char *segment, size_t length) {
+  if (RouteNode *c = childFound(parent, segment, length)) return c;
   RouteNode *c = newNode(segment, length);
   if (!c) return nullptr;
   c->nextSibling = parent->firstChild;
@@ -49,7 +55,15 @@ void freeNode(RouteNode *node) {
   }
 }
 
-void printHeader(const char *text) { fputs(text, stdout); }
+void printHeader(const char *text) { replyText(text); }
+
+// The last non-empty run between "/"s in [from, end), copied into `last`.
+void lastSegment(const char *from, const char *end, char *last) {
+  while (end > from && end[-1] == '/') --end;
+  const char *start = end;
+  while (start > from && start[-1] != '/') --start;
+  snprintf(last, kPathBuf, "%.*s", static_cast<int>(end - start), start);
+}
 
 }  // namespace
 
@@ -79,20 +93,35 @@ void routeTableFree(RouteTable *table) {
   free(table);
 }
 
+namespace {
+
 // Walks the path in place: segments are the runs between "/"s, empty ones
-// vanish, and a path longer than the buffer the walk allows is cut.
-RouteNode *routeDirGet(RouteTable *table, const char *path) {
+// vanish, and a path longer than the buffer the walk allows is cut. Without
+// `create`, a segment with no node ends the walk with null, and `last`
+// (kPathBuf bytes) gets the path's last segment, the name that node would
+// have had.
+RouteNode *walkPath(RouteTable *table, const char *path, bool create, char *last) {
   if (!table || !table->root || !path) return nullptr;
   const char *end = path + strnlen(path, kPathBuf - 1);
   RouteNode *node = table->root;
   for (const char *seg = path; node && seg < end;) {
     const char *stop = static_cast<const char *>(memchr(seg, '/', static_cast<size_t>(end - seg)));
     if (!stop) stop = end;
-    if (stop > seg) node = childNamed(node, seg, static_cast<size_t>(stop - seg));
+    size_t length = static_cast<size_t>(stop - seg);
+    if (length > 0 && create) {
+      node = childNamed(node, seg, length);
+    } else if (length > 0) {
+      node = childFound(node, seg, length);
+      if (!node) return lastSegment(seg, end, last), nullptr;
+    }
     seg = stop + 1;
   }
   return node;
 }
+
+}  // namespace
+
+RouteNode *routeDirGet(RouteTable *table, const char *path) { return walkPath(table, path, true, nullptr); }
 
 int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint32_t method, RouteAccess access,
                      ApiHandler handler) {
@@ -132,7 +161,7 @@ void httpdProcessRequest(RouteTable *table) {
   copyCut(path, uri, sizeof path);
   char *slash = strrchr(path, '/');
   if (!slash) {
-    printf("Invalid request path '%s'\n", path);
+    replyFormat("Invalid request path '%s'\n", path);
     return;
   }
   char name[kPathBuf];
@@ -141,10 +170,14 @@ void httpdProcessRequest(RouteTable *table) {
   if (slash == path) slash[1] = '\0';
   else *slash = '\0';
 
-  RouteNode *dir = routeDirGet(table, path);
+  // Looking a request up adds no node to the table, so that a process
+  // serving many requests keeps the table it registered; the log names a
+  // missing node as adding it would have.
+  char missing[kPathBuf];
+  RouteNode *dir = walkPath(table, path, false, missing);
   const Route *route = routeFind(dir, name, getenv("REQUEST_METHOD"));
   if (!route) {
-    LOG_AT(3, "httpdProcessRequest", 231, "method not found:%s\n%s\n%s\n", uri, dir ? dir->segment : "", name);
+    LOG_AT(3, "httpdProcessRequest", 231, "method not found:%s\n%s\n%s\n", uri, dir ? dir->segment : missing, name);
     return;
   }
   if (route->access != 0 && checkSessionX(getenv("HTTP_SESSION"), getenv("HTTP_REFRESH"), route) == -1) {

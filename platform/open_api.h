@@ -11,6 +11,7 @@
 #ifndef PLATFORM_OPEN_API_H
 #define PLATFORM_OPEN_API_H
 
+#include <poll.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -65,6 +66,18 @@ typedef struct {
 int openapiClientRegister(const char *clientName, openapiClientHandle_t *client);
 int openapiClientTearDown(openapiClientHandle_t *client);
 int l7proc_crashlog_register(const char *processName, uint32_t flags);
+
+/* Not an OpEN call: whether a registered handle lost its connection to the
+ * service (the service restarted or went away), so that a program serving
+ * many requests registers again before the next request's calls. A call
+ * that finds the connection broken leaves `connected` 0; a later call that
+ * connects again by itself, unregistered, leaves it 2; a service gone
+ * between calls leaves its end of the socket readable, as nothing else
+ * arrives unasked. The check costs one poll of the socket. */
+static inline int openapiClientConnectionLost(const openapiClientHandle_t *client) {
+  struct pollfd link = {client->sock, POLLIN, 0};
+  return client->connected != 1 || poll(&link, 1, 0) != 0;
+}
 
 #define OPEN_CALL(name, params, args) int name params;
 #include "open_calls.inc"

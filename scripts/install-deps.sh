@@ -15,14 +15,14 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 
-packages=(g++ cmake make python3 libcjson-dev libgtest-dev lighttpd curl)
+packages=(g++ cmake make python3 libcjson-dev libgtest-dev libfcgi-dev lighttpd curl)
 # A machine may bring its own Node.js, with npm inside it.
 command -v node >/dev/null || packages+=(nodejs)
 command -v npm >/dev/null || packages+=(npm)
 case "${1:-}" in arm64|bench|package) cross=1 ;; *) cross=0 ;; esac
 if [ $cross = 1 ]; then
   packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
-             libcjson-dev:arm64 libgtest-dev:arm64 libstdc++6:arm64)
+             libcjson-dev:arm64 libgtest-dev:arm64 libfcgi-dev:arm64 libstdc++6:arm64)
 fi
 if [ "${1:-}" = bench ]; then
   packages+=(wrk libbenchmark-dev)

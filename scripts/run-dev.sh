@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # make run: the simulated switch and lighttpd serving the API on
-# 127.0.0.1:8080, until Ctrl-C.
+# 127.0.0.1:8080, until Ctrl-C. FASTCGI=1: through two FastCGI responders
+# instead of a CGI process per request.
 set -euo pipefail
 build=${1:-build}
 port=${PORT:-8080}
@@ -40,7 +41,7 @@ viewer=$(new_session viewer ro)
 base="http://127.0.0.1:$port/api/v2/interfaces"
 cat <<MSG
 
-Serving $base against the simulated switch (socket $socket).
+Serving $base against the simulated switch (socket $socket)${FASTCGI:+, two FastCGI responders}.
 Administrator session: $admin    read-only session: $viewer
 
   curl -H 'session: $admin' '$base/if/link-state?ifNum=3'

@@ -16,18 +16,22 @@ constexpr int kCallTimeoutMs = 5000;
 // Largest request or reply of an OpEN call (texts are at most a few KiB).
 constexpr size_t kFrameBuf = 16384;
 
+// A socket of -2 marks a handle whose connection broke: connecting it again
+// without registering shows as `connected` 2 (see open_api.h).
+constexpr int kBrokenSocket = -2;
+
 bool ensureConnected(openapiClientHandle_t *client) {
   if (client->connected) return true;
   int fd = simConnect(nullptr, kCallTimeoutMs);
   if (fd < 0) return false;
+  client->connected = client->sock == kBrokenSocket ? 2 : 1;
   client->sock = fd;
-  client->connected = 1;
   return true;
 }
 
 void dropConnection(openapiClientHandle_t *client) {
   if (client->connected) close(client->sock);
-  client->sock = -1;
+  client->sock = kBrokenSocket;
   client->connected = 0;
 }
 

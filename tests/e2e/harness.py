@@ -1,16 +1,22 @@
 """End-to-end harness: runs the real interfaces_v2.cgi as the web server
 would (CGI variables, body on standard input) against a private open-sim,
-and builds the exact reply bytes the program must print."""
+and builds the exact reply bytes the program must print. IF_MODE=fastcgi
+sends the same requests to a FastCGI responder instead, one per open-sim
+(a request asking for a fresh process gets a responder of its own)."""
 
 import collections
+import contextlib
 import itertools
 import json
 import os
 import shlex
 import shutil
+import signal
 import socket
+import struct
 import subprocess
 import tempfile
+import threading
 import time
 import unittest
 
@@ -24,6 +30,7 @@ LOG_FILE = "/tmp/k9100.log"
 LEVEL_FILE = "/tmp/devmgr_log_level"
 # A cross build's programs start through an emulator command, e.g. "/usr/bin/qemu-aarch64".
 EXEC_WRAPPER = shlex.split(os.environ.get("IF_EXEC_WRAPPER", ""))
+MODE = os.environ.get("IF_MODE", "cgi")
 MESSAGES = {0: "Success", 10000: "General Failed", 10003: "Invalid argument", 10011: "Object exist",
             10023: "Request api not found", 17002: "Unsupported Feature"}
 JSON_HEADER = b"Content-Type: application/json\r\n\r\n"
@@ -81,10 +88,10 @@ def private_view(script):
 
 
 class Sim:
-    """A private open-sim daemon on its own socket; `wrap` prefixes its command."""
+    """A private open-sim daemon on its own socket (or `path`, as a restart); `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None, program=OPEN_SIM):
-        self.socket = os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
+    def __init__(self, wrap=None, path=None, program=OPEN_SIM):
+        self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
         self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket),
                                      stderr=subprocess.PIPE)
         deadline = time.time() + 10
@@ -129,7 +136,7 @@ class Lighttpd:
     with the project's own configuration, or with `snippet` (an installed one) included in a bare one;
     `wrap` prefixes its command."""
 
-    def __init__(self, sim_socket, snippet=None, wrap=None):
+    def __init__(self, sim_socket, snippet=None, wrap=None, fastcgi=MODE == "fastcgi"):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
         self.port = probe.getsockname()[1]
         probe.close()
@@ -144,9 +151,11 @@ class Lighttpd:
         else:
             conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
                                                 "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
-                                   "127.0.0.1", shlex.join(EXEC_WRAPPER)],
-                                  capture_output=True, text=True, check=True).stdout.strip()
-        self.proc = subprocess.Popen(list(wrap or []) + ["lighttpd", "-D", "-f", conf])
+                                   "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True,
+                                  check=True, env=dict(os.environ, FASTCGI="1" if fastcgi else "")).stdout.strip()
+        # The responders write to lighttpd's standard error.
+        with open(os.path.join(self.dir, "stderr"), "wb") as err:
+            self.proc = subprocess.Popen(list(wrap or []) + ["lighttpd", "-D", "-f", conf], stderr=err)
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
                 if s.connect_ex(("127.0.0.1", self.port)) == 0:
@@ -154,10 +163,100 @@ class Lighttpd:
             time.sleep(0.05)
         raise RuntimeError("lighttpd did not start")
 
+    def children(self):
+        """The processes lighttpd started and still runs: the FastCGI responders."""
+        with open("/proc/%d/task/%d/children" % (self.proc.pid, self.proc.pid)) as f:
+            return [int(pid) for pid in f.read().split()]
+
     def stop(self):
+        """Fails on a responder still running 30 s after lighttpd stopped or on a sanitizer report."""
+        responders, deadline = self.children(), time.time() + 30
         self.proc.terminate()
         self.proc.wait(timeout=10)
+        while any(subprocess.run(["ps", "-o", "stat=", "-p", str(pid)], capture_output=True, text=True).stdout[:1]
+                  not in ("", "Z") for pid in responders):
+            if time.time() > deadline:
+                raise AssertionError("a FastCGI responder did not stop with lighttpd")
+            time.sleep(0.05)
+        with open(os.path.join(self.dir, "stderr"), "rb") as f:
+            check_sanitizer_report("lighttpd's programs", f.read())
         shutil.rmtree(self.dir, ignore_errors=True)
+
+
+SANITIZER_ENV = {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")}
+
+
+def fcgi_record(kind, content=b""):
+    """FastCGI records of one kind for request 1, the content cut to fit."""
+    return b"".join(struct.pack(">BBHHBx", 1, kind, 1, len(part), 0) + part
+                    for part in [content[i:i + 65535] for i in range(0, len(content), 65535)] or [b""])
+
+
+class Responder:
+    """The program as a FastCGI responder, started as a web server starts it: a listening Unix socket is its
+    standard input."""
+
+    running = {}  # (open-sim socket, command prefix) -> Responder
+
+    def __init__(self, sim_socket, wrap=None, program=CGI):
+        self.dir, self.out, self.err = tempfile.mkdtemp(), tempfile.TemporaryFile(), tempfile.TemporaryFile()
+        self.path = os.path.join(self.dir, "s")
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(self.path)
+            listener.listen(16)
+            self.proc = subprocess.Popen(list(wrap or []) + command(program), stdin=listener, stdout=self.out,
+                                         stderr=self.err, env=dict(SANITIZER_ENV, PATH="/usr/bin:/bin",
+                                                                   OPEN_SIM_SOCKET=sim_socket))
+
+    @classmethod
+    def serve(cls, sim, env, data, timeout, wrap, fresh):
+        key = (sim.socket, tuple(wrap or []))
+        responder = cls(sim.socket, wrap) if fresh else cls.running.get(key) or cls.running.setdefault(
+            key, cls(sim.socket, wrap))
+        try:
+            return responder.request(env, data, timeout)
+        finally:
+            if fresh:
+                responder.stop()
+
+    def request(self, env, data=b"", timeout=60):
+        """BEGIN_REQUEST, PARAMS and STDIN out (from a thread: the program may answer before it reads the body);
+        the records in until the program closes the connection."""
+        pairs = b"".join(b"".join(struct.pack(">B" if n < 128 else ">I", n if n < 128 else n | 1 << 31)
+                                  for n in (len(k.encode()), len(v.encode()))) + k.encode() + v.encode()
+                         for k, v in env.items())
+        sent = fcgi_record(1, struct.pack(">HB5x", 1, 0)) + fcgi_record(4, pairs) + fcgi_record(4) + \
+            fcgi_record(5, data) + fcgi_record(5)
+        with socket.socket(socket.AF_UNIX) as s:
+            s.settimeout(timeout)
+            s.connect(self.path)
+
+            def send():
+                with contextlib.suppress(OSError):  # the program answered and closed before reading the whole body
+                    s.sendall(sent)
+            sender = threading.Thread(target=send)
+            sender.start()
+            received = b"".join(iter(lambda: s.recv(1 << 16), b""))
+            sender.join()
+        out, status, at = b"", None, 0
+        while at + 8 <= len(received):
+            _, kind, _, length, padding = struct.unpack_from(">BBHHBx", received, at)
+            content, at = received[at + 8:at + 8 + length], at + 8 + length + padding
+            out += content if kind == 6 else b""
+            status = struct.unpack(">I", content[:4])[0] if kind == 3 else status
+        if status is None:
+            raise AssertionError("no END_REQUEST; the responder's exit status: %s" % self.proc.poll())
+        return Result(out, status)
+
+    def stop(self):
+        """As the web server does; fails on a sanitizer report, an exit status other than 0 or output outside a
+        request."""
+        self.proc.send_signal(signal.SIGTERM)
+        status, _ = self.proc.wait(timeout=30), shutil.rmtree(self.dir, ignore_errors=True)
+        out, err = [(f.seek(0), f.read(), f.close())[1] for f in (self.out, self.err)]
+        check_sanitizer_report("interfaces_v2.cgi as a FastCGI responder", err)
+        if out or status != 0:
+            raise AssertionError("responder: exit status %s, printed outside a request: %r" % (status, out[:200]))
 
 
 _tokens = itertools.count(1)
@@ -172,10 +271,12 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
     return token
 
 
-def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None):
+def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None,
+        fresh=False):
     """One request as the web server makes it; `wrap` is a command prefix (for
     example one that gives the process its own view of the files). An `env`
-    value of None removes that variable."""
+    value of None removes that variable. `fresh`: a process that served
+    nothing before and ends after this request, as every CGI process does."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method,
          "QUERY_STRING": query, "HTTP_SESSION": session, "HTTP_REFRESH": refresh}
@@ -183,9 +284,11 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
     if body is not None:
         data = body if isinstance(body, bytes) else (body if isinstance(body, str) else json.dumps(body)).encode()
         e["CONTENT_LENGTH"] = str(len(data))
-    e.update({k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS")})
+    e.update(SANITIZER_ENV)
     e.update(env or {})
     e = {k: v for k, v in e.items() if v is not None}
+    if MODE == "fastcgi":
+        return Responder.serve(sim, e, data, timeout, wrap, fresh)
     proc = subprocess.run(list(wrap or []) + command(CGI), input=data, env=e, capture_output=True, timeout=timeout)
     check_sanitizer_report("interfaces_v2.cgi %s %s" % (method, uri), proc.stderr)
     return Result(proc.stdout, proc.returncode)
@@ -204,6 +307,8 @@ class SimTestCase(unittest.TestCase):
 
     @classmethod
     def tearDownClass(cls):
+        while Responder.running:
+            Responder.running.popitem()[1].stop()
         cls.sim.stop()
 
     def setUp(self):

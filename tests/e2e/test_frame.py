@@ -83,7 +83,7 @@ class Frame(SimTestCase):
     def test_road_of_one_request(self):
         token = new_session()
         with LogWatch() as log:
-            r = self.request("GET", IF + "/link-state", "ifNum=3", session=token)
+            r = self.request("GET", IF + "/link-state", "ifNum=3", session=token, fresh=True)
         self.assertReply(r, UP)
         journal = self.sim.journal()
         self.assertEqual([e["call"] for e in journal], [
@@ -140,10 +140,24 @@ class Frame(SimTestCase):
                 for command in setup:
                     self.sim.ctl(*command.split())
                 with LogWatch() as log:
-                    r = self.request(method, path, query, body, session=session or self.token)
+                    r = self.request(method, path, query, body, session=session or self.token, fresh=True)
                 self.assertEqual((r.out, r.status), (reply, status))
                 self.assertRegex(log.text, "^" + lines(*expected) + r"\Z")
         self.assertFalse(os.path.exists(os.path.join(SESSION_DIR, old)))
+
+    def test_the_service_restarting_or_away(self):
+        """A request after the service restarted registers before its calls; one while the service is away
+        gets nothing after the connectivity wait (18 s); then the service is back."""
+        registered = ["openapiClientRegister", "rpcclt_openapiConnectivityCheck", "rpcclt_openapiNetworkOSVersionGet",
+                      "rpcclt_openapiApiVersionGet", "openapiIfLinkStateGet"]
+        self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3"), UP)
+        for away in (False, True):
+            self.sim.stop()
+            if away:
+                self.assertEqual(self.request("GET", IF + "/link-state", "ifNum=3"), harness.Result(b"", 255))
+            type(self).sim = harness.Sim(path=self.sim.socket)
+            self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3"), UP)
+            self.assertEqual([e["call"] for e in self.sim.journal()][:5], registered)
 
     def test_sessions(self):
         decoy = new_session(token="decoy-%d" % os.getpid())
@@ -229,11 +243,20 @@ HOSTILE = [
 ]
 
 
+# Sent after each hostile request, lacking what it may have carried (query, body, session): through one FastCGI
+# responder, nothing of a request may reach the next.
+AFTER = [
+    ("GET", NEXT, None, None, {}, read_reply(0, "if", {"nextIfNum": 1}), ["openapiIfFirstGet"]),
+    ("PUT", INTERVAL, None, None, {}, NOT_VALID, []),
+    ("GET", NEXT, "prevIfNum=3", None, {"HTTP_SESSION": None}, FORBIDDEN, []),
+]
+
+
 class Hostile(SimTestCase):
     def test_requests(self):
-        for method, path, query, body, env, reply, calls in HOSTILE:
-            with self.subTest(method=method[:10], path=path[:60], query=(query or "")[:30], body=(body or b"")[:30],
-                              env=str(env)[:40]):
+        for n, (method, path, query, body, env, reply, calls) in enumerate(r for row in HOSTILE for r in [row] + AFTER):
+            with self.subTest(n=n, method=method[:10], path=path[:60], query=(query or "")[:30],
+                              body=(body or b"")[:30], env=str(env)[:40]):
                 self.sim.ctl("reset")
                 r = cgi(self.sim, method, path, query, body, session=self.token, env=env)
                 self.assertEqual((r.out, r.status), (reply, 0))

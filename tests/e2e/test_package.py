@@ -16,9 +16,9 @@ import harness
 from harness import Lighttpd, Sim, main, new_session, private_view, read_reply
 
 FOLDER = os.environ.get("IF_PACKAGE_DIR", "")
-SNIPPET = "/etc/lighttpd/conf-available/50-interfaces-v2-cgi.conf"
+SNIPPETS = ["/etc/lighttpd/conf-available/50-interfaces-v2-%s.conf" % mode for mode in ("cgi", "fastcgi")]
 PROGRAM = ["usr/share/doc/interfaces-v2/" + f for f in ("README.md", "changelog.gz", "copyright", "openapi.json")] + [
-    SNIPPET[1:], "usr/lib/cgi-bin/interfaces_v2.cgi"]
+    s[1:] for s in SNIPPETS] + ["usr/lib/cgi-bin/interfaces_v2.cgi"]
 SIMULATOR = ["usr/share/doc/interfaces-v2-sim/changelog.gz", "usr/share/doc/interfaces-v2-sim/copyright",
              "usr/share/man/man1/open-sim.1.gz", "usr/share/man/man1/route-dump.1.gz",
              "usr/bin/open-sim", "usr/bin/route-dump"]
@@ -79,23 +79,32 @@ class Packages(unittest.TestCase):
                             "mount -t overlay overlay -o lowerdir={0}/etc:/etc /etc".format(root))
         sim = Sim(wrap=view, program="/usr/bin/open-sim")
         os.chmod(os.path.dirname(sim.socket), 0o755)
-        server = None
+        # FastCGI responders take lighttpd's environment; Debian's lighttpd keeps its sockets in /run/lighttpd.
+        serving = private_view("mount -t overlay overlay -o lowerdir={0}/usr:/usr /usr; "
+                               "mount -t overlay overlay -o lowerdir={0}/etc:/etc /etc; "
+                               "mkdir -p /run/lighttpd; chown www-data:www-data /run/lighttpd; "
+                               "export OPEN_SIM_SOCKET={1}".format(root, sim.socket))
         try:
-            server = Lighttpd(sim.socket, snippet=SNIPPET, wrap=view)
+            for snippet in SNIPPETS:
+                with self.subTest(snippet=snippet):
+                    self.assertEqual(self.served(sim, snippet, serving), (200, "application/json", read_reply(
+                        0, "if", {"linkState": "up"})[len(harness.JSON_HEADER):]))
+        finally:
+            sim.stop()
+            shutil.rmtree(root)
+
+    def served(self, sim, snippet, view):
+        """One link-state request through lighttpd with the installed snippet."""
+        server = Lighttpd(sim.socket, snippet=snippet, wrap=view)
+        try:
             token, web = new_session(), pwd.getpwnam("www-data")  # the login page writes it as www-data
             os.chown(os.path.join(harness.SESSION_DIR, token), web.pw_uid, web.pw_gid)
             request = urllib.request.Request("http://127.0.0.1:%d/api/v2/interfaces/if/link-state?ifNum=3"
                                              % server.port, headers={"session": token})
             with urllib.request.urlopen(request, timeout=30) as r:
-                got = (r.status, r.headers.get("Content-Type"), r.read())
-            self.assertEqual(got, (200, "application/json",
-                                   read_reply(0, "if", {"linkState": "up"})[len(harness.JSON_HEADER):]))
+                return r.status, r.headers.get("Content-Type"), r.read()
         finally:
-            if server:
-                server.stop()
-            sim.stop()
-            shutil.rmtree(root)
-
+            server.stop()
 
 if __name__ == "__main__":
     main()

@@ -36,7 +36,6 @@ build: configure
 # The packages are tested too: installed, and serving through lighttpd.
 test: build package
 	@scripts/install-deps.sh browser
-	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD) && ctest --output-on-failure
 	@$(MAKE) test-sanitize
 
@@ -66,7 +65,6 @@ package:
 test-sanitize: deps
 	@cmake -S . -B $(SANITIZE_BUILD) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DIF_SANITIZE=ON $(WERROR) >/dev/null
 	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
-	@scripts/prepare-switch-dirs.sh
 	@cd $(SANITIZE_BUILD) && $(SANITIZER_OPTIONS) ctest --output-on-failure
 
 fuzz:
@@ -106,7 +104,6 @@ test-arm64:
 	@for f in interfaces_v2.cgi route-dump platform/open-sim tests/unit_tests; do \
 	  aarch64-linux-gnu-readelf -h $(BUILD_ARM64)/$$f | grep -q 'Machine: *AArch64' \
 	    || { echo "$$f is not an aarch64 program" >&2; exit 1; }; done
-	@scripts/prepare-switch-dirs.sh
 	@cd $(BUILD_ARM64) && ctest --output-on-failure
 
 # Every benchmark in one run; the aarch64 programs are built only for their sizes.

@@ -9,7 +9,9 @@
 #   install-deps.sh browser  also Chromium, for the explorer's browser test;
 #                            a machine that cannot install it only warns
 #   install-deps.sh package  also the Debian packages: what arm64 installs, and
-#                            dpkg-shlibdeps, lintian and file to build and check them
+#                            dpkg-shlibdeps, lintian and file to build and check them;
+#                            systemd (tmpfiles, systemd-analyze), adduser and ip for
+#                            the lifecycle suite, which installs them on an overlay
 # Every mode also installs the npm packages of package-lock.json (the API
 # explorer, the OpenAPI validator, the browser driver) into node_modules.
 set -euo pipefail
@@ -29,7 +31,7 @@ if [ "${1:-}" = bench ]; then
 fi
 # "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
 [ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
-[ "${1:-}" = "package" ] && packages+=(dpkg-dev lintian file)
+[ "${1:-}" = "package" ] && packages+=(dpkg-dev lintian file systemd adduser iproute2)
 
 # Once a second architecture is installed, a bare name of a package present in
 # both is ambiguous to dpkg; the native qualifier settles it.

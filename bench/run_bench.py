@@ -287,10 +287,16 @@ def through_lighttpd(args, sim, token, workdir):
 FASTCGI_CASES = [("link-state", IF + "/link-state?ifNum=3"), ("status, all ports", IF + "/status")]
 
 
+def responders():
+    """The max-procs of the FastCGI configuration `make run FASTCGI=1` and these runs use."""
+    with open(os.path.join(ROOT, "scripts", "lighttpd-fastcgi.conf.in")) as f:
+        return int(re.search(r'"max-procs" => (\d+)', f.read()).group(1))
+
+
 def fastcgi_side_by_side(args, sim, token, workdir):
-    """Each request through lighttpd three ways, alternated: the program as a CGI, the program as two FastCGI
-    responders, and the C FastCGI floor as two responders; wrk at the same concurrency for all, once with as
-    many connections as there are responders and once with --wrk-connections."""
+    """Each request through lighttpd three ways, alternated: the program as a CGI, the program as FastCGI
+    responders, and the C FastCGI floor as as many responders; wrk at the same concurrency for all, once with 2
+    connections and once with --wrk-connections."""
     if not (shutil.which("wrk") and shutil.which("lighttpd")):
         return None
     cgi = os.path.join(args.build, "interfaces_v2.cgi")
@@ -463,11 +469,11 @@ def write_results(path, r, args):
     if r.get("fastcgi"):
         w.append("## CGI against FastCGI through lighttpd\n")
         w.append("`wrk -t2 -c%d -d%ds --latency`, each request through three lighttpd servers on 127.0.0.1,"
-                 " alternated %d times: the program as a CGI, the program as two FastCGI responders"
+                 " alternated %d times: the program as a CGI, the program as %d FastCGI responders"
                  " (`scripts/lighttpd-fastcgi.conf.in`), and the C FastCGI floor (`bench/fcgi_floor.c`: the same"
-                 " OpEN calls per request, registered once per process, no session, no log) as two responders."
+                 " OpEN calls per request, registered once per process, no session, no log) as as many responders."
                  " Ratios are medians of the per-round ratios.\n" % (args.wrk_connections, args.wrk_seconds,
-                                                                        args.wrk_repeats))
+                                                                        args.wrk_repeats, responders()))
         w.append("| request | program | requests/s | p50 | p99 |\n|---|---|---|---|---|")
         for case, v in r["fastcgi"].items():
             for name, runs in v["runs"].items():
@@ -481,8 +487,8 @@ def write_results(path, r, args):
                                                            v["floor_vs_cgi"]))
         w.append("\nThe last column is what a responder can gain at best: a process saves its start, registration"
                  " and table build per request, not the request's OpEN round trips (281 for the status of all"
-                 " ports), and with more connections than its two responders the CGI has more requests in flight"
-                 " at once.\n")
+                 " ports). With fewer responders than connections the CGI would have more requests in flight at"
+                 " once than the responders: the responder count is the number of requests served at once.\n")
     if r.get("arm_cpu"):
         a = r["arm_cpu"]
         w.append("## aarch64 build: user CPU time per request under qemu\n")

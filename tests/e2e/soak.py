@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Soak (`make soak`): load through a private lighttpd and open-sim on the
 loopback, WORKERS keep-alive connections on one shared administrator session,
-first with a CGI process per request, then through two FastCGI responders.
+first with a CGI process per request, then through FastCGI responders.
 Checks every reply byte for byte, the settings the switch kept, the session
 file (sampled under its lock), every log record and, for the responders, their
 resident size after 1,000 requests against after SOAK_REQUESTS (100,000).
@@ -209,7 +209,7 @@ def soak(fastcgi):
             kept = state["rpcclt_openapiIfDescrGet" if attr == "descr" else "openapiIfAdminStateGet"][str(port)][0]
             if kept != (value if attr == "descr" else int(value == "enable")):
                 faults.append("%s of port %d: set %r, kept %r" % (attr, port, value, kept))
-        title = "FastCGI, two responders: %d requests" % len(load.outcomes) if fastcgi else "CGI: %g s" % SECONDS
+        title = "FastCGI responders: %d requests" % len(load.outcomes) if fastcgi else "CGI: %g s" % SECONDS
         report = table("%s, %d connections, one administrator session%s" % (
             title, WORKERS, ", sanitizer build" if SANITIZED else ""), load, faults, resident + [
             "last value of each of the %d port settings found in the switch state" % len(load.last),

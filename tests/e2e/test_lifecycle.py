@@ -26,8 +26,9 @@ OLD_VERSION = "1.0.0"  # the packages before they had maintainer scripts, a unit
 SERVED = harness.read_reply(0, "if", {"linkState": "up"})[len(harness.JSON_HEADER):]
 PROGRAM, SIM = "interfaces-v2", "interfaces-v2-sim"
 OLD, NEW = "dpkg -i /debs/old/*.deb", "dpkg -i /debs/new/*.deb"
-# Each step, then whether lighttpd serves the program's JSON after it (else it only has to answer). Before
-# the upgrade no user runs open-sim, but the FastCGI responders run, and must not outlive their binary.
+# Each step, then whether lighttpd serves the program's JSON after it (False: it only has to answer; None: it
+# is not installed). Before the upgrade no user runs open-sim, but the FastCGI responders run, and must not
+# outlive their binary.
 SCENARIOS = {
     "program first": [(OLD, False), ("lighty-enable-mod interfaces-v2-fastcgi", False),
                       ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, False), ("dpkg -i /debs/new/%s_*.deb" % SIM, True),
@@ -40,8 +41,11 @@ SCENARIOS = {
     "both in one command": [(OLD, False), ("lighty-enable-mod interfaces-v2-cgi", False), (NEW, True),
                             ("dpkg -P %s %s" % (PROGRAM, SIM), False)],
     "removed, installed again": [(NEW, False), ("lighty-enable-mod interfaces-v2-fastcgi", True),
-                                 ("dpkg -r %s %s" % (PROGRAM, SIM), False), (NEW, True),
+                                 ("dpkg -r %s %s" % (PROGRAM, SIM), False),
+                                 ("/etc/init.d/lighttpd stop && " + NEW, True),
                                  ("dpkg -P %s %s" % (SIM, PROGRAM), False)],
+    "without lighttpd": [("dpkg -P lighttpd", None), (NEW, None), ("dpkg -r %s %s" % (PROGRAM, SIM), None),
+                         (NEW, None), ("dpkg -P %s %s" % (PROGRAM, SIM), None)],
 }
 # As the documentation tells an administrator without systemd.
 START_SIM = ("install -d -o open-sim -g open-sim -m 0750 /run/open-sim; exec setpriv --reuid=open-sim "
@@ -173,14 +177,16 @@ class Lifecycle(unittest.TestCase):
                     for step, serves in steps:
                         system.sh(step)
                         self.assertEqual(system.responders_of_deleted_binaries(), [], step)
-                        self.assertEqual(self.after(system, serves), (200, SERVED) if serves else "answers",
-                                         (name, step))
+                        self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
+                                                                      None: None}[serves], (name, step))
                 finally:
                     system.close()
 
     def after(self, system, serves):
         """The configuration test, a restart, then the program's reply through open-sim where it serves, else
         whether lighttpd answers at all."""
+        if serves is None:
+            return None
         system.sh("lighttpd -tt -f /etc/lighttpd/lighttpd.conf && /etc/init.d/lighttpd restart")
         if serves:
             system.start_sim()

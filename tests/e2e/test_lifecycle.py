@@ -99,7 +99,8 @@ class System:
         r = self.root
         for mount in (["-t", "overlay", "overlay", "-o", "lowerdir=/,upperdir={0}/upper,workdir={0}/work".format(
                 self.base), r], ["-t", "proc", "proc", r + "/proc"], ["--rbind", "/dev", r + "/dev"],
-                ["-t", "tmpfs", "tmpfs", r + "/run"], ["-t", "tmpfs", "-o", "mode=1777", "tmpfs", r + "/tmp"]):
+                ["-t", "tmpfs", "tmpfs", r + "/run"], ["-t", "tmpfs", "-o", "mode=1777", "tmpfs", r + "/tmp"],
+                ["-t", "tmpfs", "tmpfs", r + "/mnt"]):
             subprocess.run(["mount"] + mount, check=True)
         for path in ("usr/sbin/policy-rc.d", "var/lib/man-db/auto-update", "usr/sbin/runlevel"):
             if os.path.lexists(os.path.join(r, path)):
@@ -179,6 +180,9 @@ class Lifecycle(unittest.TestCase):
                         self.assertEqual(system.responders_of_deleted_binaries(), [], step)
                         self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
                                                                       None: None}[serves], (name, step))
+                    # what the packages made outside their files, gone with the last purge
+                    self.assertEqual([p for p in ("/mnt/application", "/var/lib/interfaces-v2")
+                                      if os.path.exists(system.root + p)], [])
                 finally:
                     system.close()
 

@@ -180,9 +180,10 @@ class Lifecycle(unittest.TestCase):
                         self.assertEqual(system.responders_of_deleted_binaries(), [], step)
                         self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
                                                                       None: None}[serves], (name, step))
-                    # what the packages made outside their files, gone with the last purge
-                    self.assertEqual([p for p in ("/mnt/application", "/var/lib/interfaces-v2")
-                                      if os.path.exists(system.root + p)], [])
+                    # what the packages made outside their files, gone with the last purge (the user stays)
+                    self.assertEqual(([p for p in ("/mnt/application", "/var/lib/interfaces-v2")
+                                       if os.path.exists(system.root + p)], system.sh("id -nG www-data").stdout),
+                                     ([], "www-data\n"), name)
                 finally:
                     system.close()
 

@@ -102,12 +102,12 @@ class System:
                 ["-t", "tmpfs", "tmpfs", r + "/run"], ["-t", "tmpfs", "-o", "mode=1777", "tmpfs", r + "/tmp"],
                 ["-t", "tmpfs", "tmpfs", r + "/mnt"]):
             subprocess.run(["mount"] + mount, check=True)
-        for path in ("usr/sbin/policy-rc.d", "var/lib/man-db/auto-update", "usr/sbin/runlevel"):
+        for path in ("usr/sbin/policy-rc.d", "var/lib/man-db/auto-update", "sbin/runlevel"):
             if os.path.lexists(os.path.join(r, path)):
                 os.remove(os.path.join(r, path))
-        with open(os.path.join(r, "usr/sbin/runlevel"), "w") as f:
+        with open(os.path.join(r, "sbin/runlevel"), "w") as f:
             f.write("#!/bin/sh\necho N 2\n")
-        os.chmod(os.path.join(r, "usr/sbin/runlevel"), 0o755)
+        os.chmod(os.path.join(r, "sbin/runlevel"), 0o755)
         shutil.copytree(packages, os.path.join(r, "debs"))
         self.sh("/etc/init.d/lighttpd start")
 

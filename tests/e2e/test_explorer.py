@@ -31,7 +31,13 @@ class Explorer(unittest.TestCase):
             web.stop()
             sim.stop()
         self.assertEqual(r.returncode, 0, r.stderr)
-        shown = {step: json.loads(body) for step, body in json.loads(r.stdout).items()}
+        seen = json.loads(r.stdout)
+        # nothing the page asks for on load fails, and nothing it runs complains
+        self.assertEqual(seen["loadProblems"], [])
+        # the filter finds a route by its name, leaving the routes of that name only
+        self.assertTrue(seen["filtered"] and len(seen["filtered"]) < seen["all"], seen["filtered"])
+        self.assertEqual([p for p in seen["filtered"] if not p.endswith("/link-state")], [])
+        shown = {step: json.loads(body) for step, body in seen["shown"].items()}
         self.assertIn("linkState", shown["linkState"]["if"])
         self.assertEqual(shown["before"]["if"], {"admin-state": "up"})
         self.assertEqual(shown["set"]["resp"]["respCode"], 0)

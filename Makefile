@@ -75,8 +75,9 @@ fuzz:
 	@scripts/prepare-switch-dirs.sh
 	@fuzz/run-all.sh $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
+# exec: the script watches make itself, which passes no signal on to it.
 run: build
-	@FASTCGI=$(FASTCGI) scripts/run-dev.sh $(BUILD)
+	@FASTCGI=$(FASTCGI) exec scripts/run-dev.sh $(BUILD)
 
 # Load through a private lighttpd and open-sim on the loopback: CGI for SOAK_SECONDS (60), then
 # FastCGI responders for SOAK_REQUESTS (100,000).

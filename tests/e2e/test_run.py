@@ -1,6 +1,7 @@
 """`make run`'s script as a developer meets it: a busy port is said before anything starts; a run serves,
 and when whatever started it goes away (make, which passes no signal on) the run takes its simulator, its web
-server and its session files with it."""
+server and its session files with it. And a suite that ctest kills at its time-out takes every process it
+started with it."""
 
 import os
 import socket
@@ -12,6 +13,7 @@ import urllib.request
 from harness import BUILD, EXEC_WRAPPER, SESSION_DIR, main
 
 RUN_DEV = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "run-dev.sh")
+ISOLATED = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "isolated.sh")
 
 
 def processes():
@@ -62,9 +64,9 @@ class Run(unittest.TestCase):
                 self.assertIn(b'"linkState":\t"up"', reply)
                 parent.terminate()  # the parent alone, as a TERM to make
                 parent.wait(timeout=30)
-                wait_for(lambda: not {"open-sim", "lighttpd", "interfaces_v2.c"} & set(processes()),
-                         "the simulator, lighttpd and the responders gone")
-                self.assertEqual(set(os.listdir(SESSION_DIR)) - before, set())
+                wait_for(lambda: not {"open-sim", "lighttpd", "interfaces_v2.c"} & set(processes())
+                         and not set(os.listdir(SESSION_DIR)) - before,
+                         "the simulator, lighttpd, the responders and the run's sessions gone")
 
     @staticmethod
     def link_state(port, tokens):
@@ -86,6 +88,18 @@ class Run(unittest.TestCase):
                 if time.time() > deadline:
                     raise
                 time.sleep(0.2)
+
+
+class KilledSuite(unittest.TestCase):
+    def test_a_suite_killed_leaves_nothing_running(self):
+        suite = subprocess.Popen([ISOLATED, "sh", "-c", "sleep 1000 & echo $!; wait"], stdout=subprocess.PIPE,
+                                 text=True)
+        suite.stdout.readline()
+        started = set(processes())
+        self.assertIn("sleep", started)
+        suite.kill()  # as ctest ends a suite at its time-out
+        suite.wait(timeout=10)
+        wait_for(lambda: "sleep" not in processes(), "the suite's own process gone")
 
 
 if __name__ == "__main__":

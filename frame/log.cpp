@@ -1,6 +1,7 @@
 #include "frame/log.h"
 
 #include <ctype.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <stdio.h>
@@ -48,8 +49,53 @@ const char *levelName(int level) {
   }
 }
 
+// Says once per file, on standard error (the web server's error log) and
+// in syslog, why the program does not use it: a silent log hides the
+// very requests that went wrong.
+void reportUnusable(const char *path, const char *why) {
+  static char reported[3][128];
+  for (auto &seen : reported) {
+    if (strcmp(seen, path) == 0) return;
+    if (seen[0]) continue;
+    snprintf(seen, sizeof seen, "%s", path);
+    break;
+  }
+  fprintf(stderr, "interfaces_v2.cgi: not using %s: %s\n", path, why);
+  syslog(LOG_USER | LOG_ERR, "not using %s: %s", path, why);
+}
+
+// The log files live in /tmp, where any local user may create a name
+// first: a link to a file of ours, a FIFO, or a file of their own that
+// would read our lines. Only a regular file of this process's own user is
+// written; what this process creates, only its user and group can read.
+int openOwnFile(const char *path, int flags) {
+  int fd = open(path, flags | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0640);
+  if (fd < 0) {
+    if (errno == ELOOP) reportUnusable(path, "it is a symbolic link");
+    else if (errno != ENOENT) reportUnusable(path, strerror(errno));
+    return -1;
+  }
+  struct stat st = {};
+  const char *why = nullptr;
+  if (fstat(fd, &st) != 0) why = strerror(errno);
+  else if (!S_ISREG(st.st_mode)) why = "it is not a regular file";
+  else if (st.st_uid != geteuid()) why = "another user owns it";
+  if (!why) return fd;
+  reportUnusable(path, why);
+  close(fd);
+  return -1;
+}
+
+FILE *openLogForAppending(const char *path) {
+  int fd = openOwnFile(path, O_RDWR | O_APPEND);
+  if (fd < 0) return nullptr;
+  FILE *f = fdopen(fd, "a+");
+  if (!f) close(fd);
+  return f;
+}
+
 void mapLevelFile() {
-  int fd = open(g.files->level, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  int fd = openOwnFile(g.files->level, O_RDWR);
   if (fd < 0) return;
   void *p = MAP_FAILED;
   // Every process opens the level file; setting a length it already has
@@ -75,7 +121,7 @@ void unmapLevelFile() {
 
 void openLogFile() {
   pthread_mutex_lock(&g.mutex);
-  g.file = fopen(g.files->log, "a+");
+  g.file = openLogForAppending(g.files->log);
   if (g.file) {
     struct stat st = {};
     g.fileSize = fstat(fileno(g.file), &st) == 0 ? static_cast<int>(st.st_size) : 0;
@@ -130,11 +176,13 @@ bool stillNamedLog(FILE *file) {
 void rotate() {
   flock(fileno(g.file), LOCK_EX);
   if (stillNamedLog(g.file)) {
-    unlink(g.files->oldLog);
-    rename(g.files->log, g.files->oldLog);
+    // A rotation file another user made cannot be replaced in sticky /tmp:
+    // the log then goes on growing, which must not go unsaid.
+    if (unlink(g.files->oldLog) != 0 && errno != ENOENT) reportUnusable(g.files->oldLog, strerror(errno));
+    else rename(g.files->log, g.files->oldLog);
   }
   fclose(g.file);
-  g.file = fopen(g.files->log, "a+");
+  g.file = openLogForAppending(g.files->log);
   struct stat st = {};
   g.fileSize = g.file && fstat(fileno(g.file), &st) == 0 ? static_cast<int>(st.st_size) : 0;
 }
@@ -183,7 +231,7 @@ void followNamedLog() {
               open.st_dev == named.st_dev && open.st_ino == named.st_ino;
   if (!same) {
     if (g.file) fclose(g.file);
-    g.file = fopen(g.files->log, "a+");
+    g.file = openLogForAppending(g.files->log);
     if (!g.file || fstat(fileno(g.file), &open) != 0) open.st_size = 0;
   }
   g.fileSize = static_cast<int>(open.st_size);

@@ -72,12 +72,30 @@ bool sessionTokenUsable(const char *token, const char *dir) {
   return true;
 }
 
+void escapeControls(const char *text, char *out, size_t size) {
+  size_t used = 0;
+  for (const unsigned char *c = reinterpret_cast<const unsigned char *>(text); *c; ++c) {
+    char piece[5] = {static_cast<char>(*c), 0};
+    if (*c == '\n') memcpy(piece, "\\n", 3);
+    else if (*c == '\r') memcpy(piece, "\\r", 3);
+    else if (*c == '\t') memcpy(piece, "\\t", 3);
+    else if (*c < 0x20 || *c == 0x7f) snprintf(piece, sizeof piece, "\\x%02x", *c);
+    size_t n = strlen(piece);
+    if (used + n >= size) break;
+    memcpy(out + used, piece, n);
+    used += n;
+  }
+  if (size) out[used] = 0;
+}
+
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
   char path[kPathBuf];
   snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
   FILE *f = sessionTokenUsable(token, env.dir) ? fopen(path, "r+") : nullptr;
   if (!f) {
-    LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", path);
+    char shown[4 * kPathBuf];
+    escapeControls(path, shown, sizeof shown);
+    LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", shown);
     return -1;
   }
   if (flock(fileno(f), LOCK_EX) != 0) {

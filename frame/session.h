@@ -4,6 +4,7 @@
 #ifndef FRAME_SESSION_H
 #define FRAME_SESSION_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 struct Route;
@@ -29,5 +30,9 @@ bool sessionExpired(long uptime, long stamp);
 // or carry a control character (no login hands those out) is refused
 // before any file is opened.
 bool sessionTokenUsable(const char *token, const char *dir);
+// The text with each control character written out ("\n", "\r", "\t",
+// "\xHH"), cut to fit `out`: a token is the caller's, and one holding a
+// line end must not forge a line of the log.
+void escapeControls(const char *text, char *out, size_t size);
 
 #endif

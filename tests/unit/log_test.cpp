@@ -1,4 +1,6 @@
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "test_support.h"
 
@@ -64,4 +66,63 @@ TEST(Logging, OnlyTheFirstProcessPastOneMebibyteRotates) {
   EXPECT_TRUE(has(old, "crossing in the second process"));
   EXPECT_TRUE(has(current, "after the crossing"));
   EXPECT_FALSE(has(current, "from the first process"));
+}
+
+// A responder follows the log before its next line: the file another process
+// grew or rotated counts from its real size, so the 1 MiB limit holds.
+TEST(Logging, AFollowedLogCountsFromItsRealSize) {
+  for (bool rotatedByAnother : {false, true}) {
+    LogCapture log("6");
+    LOG_AT(3, "f", 1, "first\n");
+    if (rotatedByAnother) {
+      ASSERT_EQ(rename(log.log.c_str(), log.old.c_str()), 0);
+    }
+    std::ofstream(log.log, std::ios::binary | std::ios::app) << std::string(1048576 - 10, 'x') << "\n";
+    logFollow();
+    LOG_AT(3, "f", 2, "past the limit\n");
+    EXPECT_TRUE(has(readText(log.old), "past the limit")) << rotatedByAnother;
+    EXPECT_EQ(log.text(), "") << rotatedByAnother;
+  }
+}
+
+// Any local user may make the names in /tmp first. A link, a FIFO or a file
+// of another user is never written, followed or mapped; the program says
+// why on standard error, and lines go where they go when there is no log.
+TEST(Logging, FilesPlantedByAnotherUserAreNotUsed) {
+  enum class Plant { Link, Fifo, OtherOwner };
+  for (bool levelFile : {false, true}) {
+    for (Plant plant : {Plant::Link, Plant::Fifo, Plant::OtherOwner}) {
+      LogCapture log("7");
+      std::string path = levelFile ? log.levelFile : log.log, target = log.dir.file("target");
+      writeText(target, "7 kept");
+      unlink(path.c_str());
+      if (plant == Plant::Link) {
+        ASSERT_EQ(symlink(target.c_str(), path.c_str()), 0);
+      }
+      if (plant == Plant::Fifo) {
+        ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
+      }
+      if (plant == Plant::OtherOwner) {
+        writeText(path, "7 kept");
+        ASSERT_EQ(chown(path.c_str(), 65534, 65534), 0);  // nobody
+      }
+      testing::internal::CaptureStderr();
+      testing::internal::CaptureStdout();
+      log.reopen();
+      LOG_AT(3, "f", 1, "error\n");
+      LOG_AT(7, "f", 2, "debug\n");
+      std::string out = testing::internal::GetCapturedStdout(), err = testing::internal::GetCapturedStderr();
+      SCOPED_TRACE(path + " planted as " + std::to_string(static_cast<int>(plant)));
+      EXPECT_TRUE(has(err, ("interfaces_v2.cgi: not using " + path + ": ").c_str())) << err;
+      EXPECT_EQ(readText(target), "7 kept");
+      if (plant == Plant::OtherOwner) {
+        EXPECT_EQ(readText(path), "7 kept");
+      }
+      // A level file not ours leaves the default level, 6; a log not ours
+      // is no log, whose lines go to standard output.
+      std::string written = levelFile ? log.text() : out;
+      EXPECT_TRUE(has(written, "error"));
+      EXPECT_EQ(has(written, "debug"), !levelFile);
+    }
+  }
 }

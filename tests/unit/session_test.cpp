@@ -26,6 +26,20 @@ TEST(SessionDecisions, TokensThatCouldLeaveTheFolderOrCarryControlCharactersAreU
   for (const Case &c : cases) EXPECT_EQ(sessionTokenUsable(c.token, "/tmp/session/"), c.usable) << c.token;
 }
 
+TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
+  struct Case { const char *text; size_t size; const char *shown; } cases[] = {
+      {"plain token", 64, "plain token"}, {"a\nb", 64, "a\\nb"}, {"\r\t", 64, "\\r\\t"},
+      {"x\x01\x1f\x7fy", 64, "x\\x01\\x1f\\x7fy"}, {"caf\xc3\xa9 \\", 64, "caf\xc3\xa9 \\"},
+      {"ab\ncd", 4, "ab"},  // cut before a piece that would not fit whole
+      {"abc", 3, "ab"},
+  };
+  for (const Case &c : cases) {
+    char out[64];
+    escapeControls(c.text, out, c.size);
+    EXPECT_STREQ(out, c.shown) << c.text;
+  }
+}
+
 static long gNow = 0;
 static bool fakeUptime(long *now) { return *now = gNow, true; }
 static bool noUptime(long *) { return false; }
@@ -81,9 +95,15 @@ TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
   std::string outside = "/tmp/" + base + "-outside", escape = "../" + base + "-outside";
   const std::string files[] = {outside, dir.file("ctl\x01"), dir.file("nl\nx")};
   for (const std::string &name : files) writeText(name, "admin\n0\n");
-  for (const char *token : {"missing", static_cast<const char *>(nullptr), "", escape.c_str(), "ctl\x01", "nl\nx"}) {
+  // The line names the token with its control characters written out: one
+  // holding a line end forges no second line.
+  struct Case { const char *token, *shown; } cases[] = {
+      {"missing", "missing"}, {nullptr, "(null)"}, {"", ""}, {escape.c_str(), escape.c_str()},
+      {"ctl\x01", "ctl\\x01"}, {"nl\nx", "nl\\nx"},
+  };
+  for (auto [token, shown] : cases) {
     EXPECT_EQ(check(token, nullptr, METHOD_GET), -1) << token;
-    std::string line = "[checkSessionX:45] " + dir.path + (token ? token : "(null)") + " file not exsits, ignore\n";
+    std::string line = "[checkSessionX:45] " + dir.path + shown + " file not exsits, ignore\n";
     EXPECT_NE(log.text().find(" (DEBUG): quill_cgi: " + line), std::string::npos) << token;
   }
   EXPECT_EQ(log.text().find("Token update"), std::string::npos);

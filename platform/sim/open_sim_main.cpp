@@ -1,5 +1,5 @@
 // open-sim: the simulated OpEN service and its control client.
-//   open-sim serve [--socket PATH] [--scenario FILE.json]
+//   open-sim serve [--socket PATH] [--scenario FILE.json] [--cli-dir DIR]
 //   open-sim ctl [--socket PATH] COMMAND...
 //   open-sim default-scenario
 #include <stdio.h>
@@ -11,6 +11,7 @@
 #include "sim/client_io.h"
 #include "sim/sim.h"
 #include "sim/sim_server.h"
+#include "sim/sim_files.h"
 #include "sim/socket_path.h"
 
 namespace {
@@ -18,7 +19,7 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json]\n"
+  fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json] [--cli-dir DIR]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
         "                    | journal [--clear] | reset | dump | load FILE\n"
         "       open-sim default-scenario\n",
@@ -51,6 +52,7 @@ int serveCommand(int argc, char **argv) {
   for (int i = 0; i < argc; ++i) {
     if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
     else if (strcmp(argv[i], "--scenario") == 0 && i + 1 < argc) scenarioFile = argv[++i];
+    else if (strcmp(argv[i], "--cli-dir") == 0 && i + 1 < argc) sim::setCliDir(argv[++i]);
     else return usage();
   }
   std::string scenario = sim::defaultScenario(), error;

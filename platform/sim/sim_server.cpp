@@ -136,10 +136,14 @@ int listenOn(const char *path) {
   int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (fd < 0) return -1;
   unlink(path);
-  // The web server runs the CGI as a user of its own (www-data), not as
-  // whoever started the simulated switch: every local user may connect.
-  if (bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) != 0 || chmod(path, 0666) != 0 ||
-      listen(fd, 256) != 0) {
+  // Whoever reaches the socket drives the switch and names the files it
+  // writes: only the simulator's user and group (the web server's user is a
+  // member) may connect. The mask is set before bind, so the socket never
+  // exists with a wider mode.
+  mode_t mask = umask(0117);
+  bool bound = bind(fd, reinterpret_cast<sockaddr *>(&addr), sizeof addr) == 0;
+  umask(mask);
+  if (!bound || listen(fd, 256) != 0) {
     close(fd);
     return -1;
   }

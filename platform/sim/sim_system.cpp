@@ -3,10 +3,10 @@
 #include <stdio.h>
 #include <string.h>
 
-#include <fstream>
 #include <sstream>
 
 #include "sim/sim.h"
+#include "sim/sim_files.h"
 
 namespace sim {
 
@@ -29,21 +29,6 @@ cJSON *errdisable(Sim &s) {
     for (const char *c : kRecoveryCauses) cJSON_AddFalseToObject(causes, c);
   }
   return e;
-}
-
-bool readFile(const std::string &path, std::string *out) {
-  std::ifstream f(path, std::ios::binary);
-  if (!f) return false;
-  std::ostringstream ss;
-  ss << f.rdbuf();
-  *out = ss.str();
-  return true;
-}
-
-bool writeFile(const std::string &path, const std::string &content) {
-  std::ofstream f(path, std::ios::binary | std::ios::trunc);
-  f << content;
-  return static_cast<bool>(f);
 }
 
 std::vector<std::string> splitLines(const std::string &text) {
@@ -96,16 +81,16 @@ int cliShow(Sim &s, Call &c) {
   if (const Outputs *fixed = s.stored(c.name, command); fixed && !fixed->empty()) body = (*fixed)[0].text;
   else if (command == kShowRecovery) body = recoveryShowText(s);
   else return -28;
-  return writeFile(file, body) ? 0 : -1;
+  return writeCliFile(file, body) ? 0 : -1;
 }
 
 int cliCompress(Sim &, Call &c) {
   std::string script;
-  if (!readFile(c.inText(0), &script)) return -1;
+  if (!readCliFile(c.inText(0), &script)) return -1;
   std::string packed;
   for (const std::string &line : splitLines(script))
     if (!trim(line).empty()) packed += trim(line) + "\n";
-  return writeFile(c.inText(1), packed) ? 0 : -1;
+  return writeCliFile(c.inText(1), packed) ? 0 : -1;
 }
 
 bool isRecoveryCause(const std::string &name) {
@@ -172,19 +157,19 @@ void journalScript(Sim &s, const std::vector<std::string> &lines) {
 
 int cliApply(Sim &s, Call &c) {
   std::string script;
-  if (!readFile(c.inText(0), &script)) return -1;
+  if (!readCliFile(c.inText(0), &script)) return -1;
   std::vector<std::string> lines = splitLines(script);
   journalScript(s, lines);
 
   std::vector<ConfigLine> parsed(lines.size());
   for (size_t i = 0; i < lines.size(); ++i) {
     if (!parseConfigLine(lines[i], &parsed[i])) {
-      writeFile(c.inText(1), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
+      writeCliFile(c.inText(1), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
       return -1;
     }
   }
   for (const ConfigLine &l : parsed) applyConfigLine(s, l);
-  return writeFile(c.inText(1), "Configuration applied.\n") ? 0 : -1;
+  return writeCliFile(c.inText(1), "Configuration applied.\n") ? 0 : -1;
 }
 
 int succeed(Sim &, Call &) { return 0; }

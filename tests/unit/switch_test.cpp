@@ -4,6 +4,7 @@
 
 #include "switch/cli_files.h"
 #include "switch/open_client.h"
+#include "sim/sim_files.h"
 #include "test_support.h"
 
 // The trace of one wait: "c" a check, "w" a warning line in the log, "p3"
@@ -52,7 +53,9 @@ TEST(ConnectivityWait, SevenChecksWithAWarningAndA3SecondPauseBetweenTwo) {
 TEST(CliExchange, WorkFilesAreAppliedCutAndRemoved) {
   TempDir work;
   LogCapture log("3");
-  cliUseWorkDir(work.path.c_str());
+  std::string dir = work.path.substr(0, work.path.size() - 1);
+  cliUseWorkDir(dir.c_str());
+  sim::setCliDir(dir);  // the switch OS writes into the same folder
   InProcessSim sim({});
   ASSERT_EQ(openapiClientRegister("unit", &gOpenClient), OPEN_E_NONE);
   char buf[16];
@@ -69,4 +72,5 @@ TEST(CliExchange, WorkFilesAreAppliedCutAndRemoved) {
             "end\nconfigure\nconfigure\nerrdisable recovery interval 5\nend\nconfigure\nend\nconfigure\n");
   openapiClientTearDown(&gOpenClient);
   cliUseWorkDir(nullptr);
+  sim::setCliDir("/mnt/application/quill/tmp");
 }

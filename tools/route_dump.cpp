@@ -1,6 +1,7 @@
 // Prints the route table in registration order: ORDINAL METHOD PATH NAME.
 // With --detail, each row's group, inputs and reply keys follow; with
-// --openapi, the OpenAPI document of the routes that serve instead.
+// --openapi, the OpenAPI document of the routes that serve instead. Anything
+// else is refused: a mistyped option must not pass for a listing.
 #include <stdio.h>
 #include <string.h>
 
@@ -45,16 +46,34 @@ int printOpenApi() {
   return 0;
 }
 
-}  // namespace
+const char kUsage[] =
+    "usage: route-dump [--detail | --openapi | --help]\n"
+    "  (none)     the routes in registration order: ordinal, method, path, name\n"
+    "  --detail   each route also with its group, inputs and reply keys\n"
+    "  --openapi  the OpenAPI document of the routes that serve, as JSON\n";
 
-int main(int argc, char **argv) {
-  if (argc > 1 && strcmp(argv[1], "--openapi") == 0) return printOpenApi();
-  bool detail = argc > 1 && strcmp(argv[1], "--detail") == 0;
+void printRoutes(bool detail) {
   for (size_t i = 0; i < kRouteCount; ++i) {
     const RouteRow &r = kRoutes[i];
     printf("%zu %s %s %s", i + 1, httpMethodName(r.method), r.path, r.name);
     if (detail) printDetail(r.doc);
     fputc('\n', stdout);
   }
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  const char *option = argc > 1 ? argv[1] : "";
+  if (argc > 2 || (*option && strcmp(option, "--detail") && strcmp(option, "--openapi") && strcmp(option, "--help"))) {
+    fprintf(stderr, "route-dump: unknown option %s\n%s", argc > 2 ? argv[2] : option, kUsage);
+    return 2;
+  }
+  if (strcmp(option, "--help") == 0) {
+    fputs(kUsage, stdout);
+    return 0;
+  }
+  if (strcmp(option, "--openapi") == 0) return printOpenApi();
+  printRoutes(strcmp(option, "--detail") == 0);
   return 0;
 }

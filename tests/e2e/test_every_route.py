@@ -8,8 +8,10 @@ reference anew, to be read through in the diff before it is committed."""
 import json
 import os
 import re
+import subprocess
+import unittest
 
-from harness import SimTestCase, main, served_routes
+from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
 
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
@@ -69,6 +71,18 @@ class EveryRoute(SimTestCase):
             expected = f.read()
         self.assertEqual(sum(not line.startswith(" ") for line in got.splitlines()), 212)
         self.assertEqual(got, expected)
+
+
+class RouteDumpOptions(unittest.TestCase):
+    def test_help_and_unknown_options(self):
+        cases = [  # arguments, exit status, usage on standard output, on standard error
+            (["--help"], 0, True, False), (["--bogus"], 2, False, True), (["-h"], 2, False, True),
+            (["--detail", "extra"], 2, False, True),
+        ]
+        for args, status, out, err in cases:
+            with self.subTest(args=args):
+                r = subprocess.run(command(ROUTE_DUMP, *args), capture_output=True, text=True)
+                self.assertEqual((r.returncode, "--openapi" in r.stdout, "--openapi" in r.stderr), (status, out, err))
 
 
 if __name__ == "__main__":

@@ -21,6 +21,7 @@ int usage() {
   fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
         "                    | journal [--clear] | reset | dump | load FILE\n"
+        "                    | clock [pause | run | advance SECONDS]\n"
         "       open-sim default-scenario\n",
         stderr);
   return 2;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "open_api.h"
+#include "sim/sim_clock.h"
 #include "sim/wire.h"
 
 namespace sim {
@@ -93,7 +94,7 @@ struct Sim {
   std::map<std::string, Fault> faults;
   std::deque<std::string> journal;
   std::string scenario;  // the loaded scenario, for `reset`
-  int64_t startedAt = 0; // monotonic seconds at load
+  SimClock clock;        // zero at load
 
   // The value stored for exactly these inputs, else the call's "*" value.
   const Outputs *stored(const std::string &call, const std::string &key) const;
@@ -123,7 +124,6 @@ int handleControl(Sim &s, const std::vector<std::string> &words, std::string *ou
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);
 std::string defaultScenario();
-int64_t monotonicSeconds();
 
 // Interface walks over the scenario's list, by type.
 const Interface *firstOfType(const Sim &s, uint32_t type);

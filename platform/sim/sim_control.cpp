@@ -1,5 +1,6 @@
 // Scenario files and the commands of `open-sim ctl`.
 #include <errno.h>
+#include <stdio.h>
 #include <stdlib.h>
 
 #include <algorithm>
@@ -122,7 +123,7 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   s.faults.clear();
   s.journal.clear();
   s.scenario = json;
-  s.startedAt = monotonicSeconds();
+  clockRestart(s.clock);
   return true;
 }
 
@@ -185,10 +186,32 @@ static int ctlLoad(Sim &s, const std::vector<std::string> &w, std::string *out) 
   return 0;
 }
 
+// "pause", "run", "advance SECONDS" (fractions allowed), or nothing to
+// print the simulated time.
+static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  if (w.size() == 1) {
+    char line[64];
+    snprintf(line, sizeof line, "%s %.3f\n", s.clock.paused ? "paused" : "running",
+             static_cast<double>(clockNowMs(s.clock)) / 1000);
+    *out = line;
+    return 0;
+  }
+  if (w.size() == 2 && w[1] == "pause") return clockPause(s.clock), 0;
+  if (w.size() == 2 && w[1] == "run") return clockRun(s.clock), 0;
+  char *end = nullptr;
+  double seconds = w.size() == 3 && w[1] == "advance" ? strtod(w[2].c_str(), &end) : -1;
+  if (!end || *end != '\0' || !(seconds >= 0 && seconds <= 1e9)) {
+    *out = "usage: clock [pause | run | advance SECONDS]\n";
+    return 2;
+  }
+  clockAdvance(s.clock, static_cast<int64_t>(seconds * 1000 + 0.5));
+  return 0;
+}
+
 int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   out->clear();
   if (w.empty()) {
-    *out = "usage: set|fail|journal|reset|dump|load\n";
+    *out = "usage: set|fail|journal|reset|dump|load|clock\n";
     return 2;
   }
   const std::string &cmd = w[0];
@@ -196,6 +219,7 @@ int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   if (cmd == "fail") return ctlFail(s, w, out);
   if (cmd == "journal") return ctlJournal(s, w, out);
   if (cmd == "load") return ctlLoad(s, w, out);
+  if (cmd == "clock") return ctlClock(s, w, out);
   if (cmd == "dump" && w.size() == 1) {
     *out = dumpScenario(s) + "\n";
     return 0;

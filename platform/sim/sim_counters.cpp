@@ -1,8 +1,6 @@
 // Traffic counters that grow on the ports carrying traffic and clear on a
 // reset; port numbering (unit/slot/port), routing VLAN interfaces and the
 // copper cable test.
-#include <time.h>
-
 #include "sim/sim.h"
 
 namespace sim {
@@ -54,13 +52,7 @@ const TrafficProfile *profileOf(uint32_t ifNum) {
   return nullptr;
 }
 
-int64_t monotonicMs() {
-  timespec ts = {};
-  clock_gettime(CLOCK_MONOTONIC, &ts);
-  return ts.tv_sec * 1000LL + ts.tv_nsec / 1000000;
-}
-
-int64_t msSinceLoad(const Sim &s) { return monotonicMs() - s.startedAt * 1000; }
+int64_t msSinceLoad(const Sim &s) { return clockNowMs(s.clock); }
 
 cJSON *resetTimes(Sim &s) {
   cJSON *r = cJSON_GetObjectItemCaseSensitive(s.model.get(), "counterResets");

@@ -155,13 +155,13 @@ int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachSta
 // Counters age from load; a clear makes the port's age zero now.
 int64_t statsAge(Sim &s, uint32_t ifNum) {
   const cJSON *age = cJSON_GetObjectItemCaseSensitive(section(s, "statsAge"), key(ifNum).c_str());
-  return (monotonicSeconds() - s.startedAt) + (cJSON_IsNumber(age) ? static_cast<int64_t>(age->valuedouble) : 0);
+  return clockNowSeconds(s.clock) + (cJSON_IsNumber(age) ? static_cast<int64_t>(age->valuedouble) : 0);
 }
 
 void restartStatsAge(Sim &s, uint32_t ifNum) {
   cJSON *ages = section(s, "statsAge");
   cJSON_DeleteItemFromObjectCaseSensitive(ages, key(ifNum).c_str());
-  cJSON_AddNumberToObject(ages, key(ifNum).c_str(), static_cast<double>(s.startedAt - monotonicSeconds()));
+  cJSON_AddNumberToObject(ages, key(ifNum).c_str(), static_cast<double>(-clockNowSeconds(s.clock)));
 }
 
 int timeSinceReset(Sim &s, Call &c) {

@@ -75,7 +75,7 @@ std::string recoveryShowText(Sim &s) {
     snprintf(line, sizeof line, "%-28s %s\n", c->string, cJSON_IsTrue(c) ? "Enabled" : "Disabled");
     rows += line;
   }
-  int64_t elapsed = monotonicSeconds() - s.startedAt;
+  int64_t elapsed = clockNowSeconds(s.clock);
   long timeLeft = anyEnabled && interval > 0 ? interval - static_cast<long>(elapsed % interval) : 0;
 
   std::string out;

@@ -21,7 +21,7 @@ int usage() {
   fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
         "                    | journal [--clear] | reset | dump | load FILE\n"
-        "                    | clock [pause | run | advance SECONDS]\n"
+        "                    | clock [pause | run | advance SECONDS] | play FILE\n"
         "       open-sim default-scenario\n",
         stderr);
   return 2;
@@ -61,7 +61,7 @@ int serveCommand(int argc, char **argv) {
   }
   sim::Sim s;
   if (!sim::loadScenario(s, scenario, &error)) {
-    fprintf(stderr, "open-sim: bad scenario: %s\n", error.c_str());
+    fprintf(stderr, "open-sim: %s\n", error.c_str());
     return 1;
   }
   return sim::serve(s, simSocketPath(socket));
@@ -80,7 +80,8 @@ int ctlCommand(int argc, char **argv) {
   sim::Json words(cJSON_CreateArray());
   for (int i = 0; i < argc; ++i) {
     std::string word = argv[i];
-    if (i == 1 && strcmp(argv[0], "load") == 0 && !readFile(argv[1], &word)) {
+    bool sendsFile = strcmp(argv[0], "load") == 0 || strcmp(argv[0], "play") == 0;
+    if (i == 1 && sendsFile && !readFile(argv[1], &word)) {
       fprintf(stderr, "open-sim: cannot read %s\n", argv[1]);
       return 1;
     }

@@ -190,6 +190,34 @@ void seedPort(Sim &s, const Interface &i) {
 
 }  // namespace
 
+// Active-media values as the platform numbers them.
+struct Medium {
+  const char *name;
+  uint32_t value;
+};
+constexpr Medium kMedia[] = {{"copper", 1}, {"fiber", 2}};
+
+bool knownMedia(const std::string &media) {
+  for (const Medium &m : kMedia)
+    if (media == m.name) return true;
+  return false;
+}
+
+// Without a module the port has no active medium to report.
+void removeTransceiver(Sim &s, uint32_t ifNum) {
+  auto media = s.state.find("rpcclt_openapiIfActiveMediaTypeGet");
+  if (media != s.state.end()) media->second.erase(keyOf(ifNum));
+}
+
+void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media) {
+  for (const Medium &m : kMedia)
+    if (media == m.name) s.put("rpcclt_openapiIfActiveMediaTypeGet", keyOf(ifNum), {num(m.value)});
+}
+
+void setDisableReason(Sim &s, uint32_t ifNum, uint32_t reason) {
+  s.put("rpcclt_openapiIfDisableReasonGet", keyOf(ifNum), {num(reason)});
+}
+
 const CallRule kAttributeRules[] = {
     SIM_GET(rpcclt_openapiIfSpeedModeGet),
     SIM_GET(rpcclt_openapiIfDuplexModeGet),

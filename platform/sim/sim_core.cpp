@@ -234,6 +234,7 @@ static int applySet(Sim &s, Call &c, const CallRule &r) {
 }
 
 int handleCall(Sim &s, Call &c) {
+  catchUp(s);
   record(s, journalLine(c));
   int result = 0;
   if (takeFault(s, c.name, &result)) return result;

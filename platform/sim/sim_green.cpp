@@ -3,6 +3,8 @@
 // and each port's sampled LPI history.
 #include <string.h>
 
+#include <algorithm>
+
 #include "sim/sim.h"
 
 namespace sim {
@@ -231,11 +233,19 @@ int maxSamplesSet(Sim &s, Call &c) {
 
 // --- LPI history -----------------------------------------------------------
 // Samples are generated from the port and position, so a long history
-// costs nothing to keep; the model holds only how many each port has.
+// costs nothing to keep; the model holds how many each port had at load,
+// and one more is taken every sample interval of simulated time.
+
+int64_t samplesTaken(Sim &s) {
+  int64_t minutes = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", "", kHistoryStep / 60);
+  return clockNowSeconds(s.clock) / (std::max<int64_t>(1, minutes) * 60);
+}
 
 uint32_t historyCount(Sim &s, uint32_t ifNum) {
   const cJSON *n = cJSON_GetObjectItemCaseSensitive(section(s, "history"), key(ifNum).c_str());
-  return cJSON_IsNumber(n) ? static_cast<uint32_t>(n->valuedouble) : 0;
+  if (!cJSON_IsNumber(n)) return 0;
+  int64_t most = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet", "", kMaxSamplesMax);
+  return static_cast<uint32_t>(std::clamp<int64_t>(static_cast<int64_t>(n->valuedouble) + samplesTaken(s), 0, most));
 }
 
 // Idle links sleep most of the night and less in office hours.
@@ -307,7 +317,8 @@ int historyClear(Sim &s, Call &c) {
   if (!isEeePort(s, ifNum)) return -29;
   cJSON *h = section(s, "history");
   cJSON_DeleteItemFromObjectCaseSensitive(h, key(ifNum).c_str());
-  cJSON_AddNumberToObject(h, key(ifNum).c_str(), 0);
+  // Counted from now: the samples taken so far are gone.
+  cJSON_AddNumberToObject(h, key(ifNum).c_str(), static_cast<double>(-samplesTaken(s)));
   return 0;
 }
 
@@ -386,6 +397,22 @@ void seedPower(Sim &s) {
 }
 
 }  // namespace
+
+bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
+  return s.stored("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(ifNum)) != nullptr;
+}
+
+// The switch-wide figures are the ports' sums, so they move with a port.
+void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh) {
+  auto move = [&s, ifNum](const char *port, const char *global, int64_t value) {
+    int64_t old = storedNum(s, port, key(ifNum));
+    s.put(port, key(ifNum), {num(value)});
+    s.put(global, "", {num(storedNum(s, global, "") + value - old)});
+  };
+  move("rpcclt_openapiGreenPwrEstIntfCurPwrGet", "rpcclt_openapiGreenPwrEstGlobalCurPwrGet", milliwatts);
+  if (savedMwh >= 0)
+    move("rpcclt_openapiGreenPwrEstIntfCumSavingGet", "rpcclt_openapiGreenPwrEstGlobalCumSavingGet", savedMwh);
+}
 
 const CallRule kGreenRules[] = {
     SIM_CUSTOM(rpcclt_openapiGreenEthrValidIntfFirstGet, greenFirst),

@@ -100,6 +100,23 @@ const CallRule kInterfaceRules[] = {
 };
 const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
 
+// The switch had been up this long when the scenario was loaded, so a
+// change under a timeline is stamped after every seeded one.
+constexpr int64_t kUptimeAtLoad = 90000;
+
+// What the link state is read from, in every group that reads it, plus
+// the traffic the counters held until now.
+void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
+  if (linkUp(s, ifNum) == up) return;
+  holdCountedTraffic(s, ifNum, atMs);
+  std::string key = std::to_string(ifNum);
+  s.put("openapiIfLinkStateGet", key, {num(up ? 0 : 1)});
+  s.put("openapiIfOprStateGet", key, {num(up ? 1 : 0)});
+  s.put("rpcclt_openapiIfActiveStateGet", key, {num(up ? 1 : 0)});
+  s.put("rpcclt_openapiIfLastChangeGet", key, {num(kUptimeAtLoad + atMs / 1000)});
+  s.put("openapiIfDuplexGet", key, {num(up ? 1 : 2)});
+}
+
 void seedInterfaces(Sim &s) {
   s.interfaces.clear();
   for (uint32_t p = 1; p <= kPhysicalPorts; ++p) s.interfaces.push_back({p, OPEN_INTF_TYPE_PHY});

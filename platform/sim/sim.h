@@ -169,6 +169,9 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh);
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);
 std::string defaultScenario();
+// The scenarios built in: one line each, name first; and one's text.
+std::string readyScenarioList();
+bool readyScenario(const std::string &name, std::string *text);
 
 // Interface walks over the scenario's list, by type.
 const Interface *firstOfType(const Sim &s, uint32_t type);

@@ -8,7 +8,7 @@ import os
 import subprocess
 import tempfile
 
-from harness import OPEN_SIM, SimTestCase, command, main
+from harness import OPEN_SIM, Sim, SimTestCase, cgi, command, main
 
 WRAP = 1 << 32
 UPLINK_BYTES_PER_SEC = 120000  # port 1's received traffic in the default scenario
@@ -143,6 +143,30 @@ class Timeline(SimTestCase):
                            capture_output=True, text=True, timeout=30)
         os.unlink(path)
         self.assertEqual((r.returncode, r.stderr), (1, "open-sim: timeline event 1 (at 5): unknown port 99\n"))
+
+
+class ReadyScenarios(SimTestCase):
+    """The scenarios built into open-sim, started by name."""
+
+    def test_every_listed_scenario_starts(self):
+        listed = subprocess.run(command(OPEN_SIM, "scenarios"), capture_output=True, text=True, check=True).stdout
+        names = [line.split()[0] for line in listed.splitlines()]
+        self.assertLessEqual({"default", "uplink-flap", "ddisable-recovery", "pml-violation"}, set(names))
+        for name in names:
+            with self.subTest(name):
+                Sim(scenario=name).stop()
+
+    def test_the_pml_violation_scenario_shuts_port_3_and_brings_it_back(self):
+        sim = Sim(scenario="pml-violation")
+        try:
+            sim.ctl("clock", "pause")
+            for advance, state in [(29, "port_enable"), (1, "port_diag_disable"), (119, "port_diag_disable"),
+                                   (1, "port_enable")]:
+                sim.ctl("clock", "advance", advance)
+                r = cgi(sim, "GET", "/api/v2/interfaces/if/opr-state", "ifNum=3", session=self.token)
+                self.assertEqual(json.loads(r.out.split(b"\r\n\r\n", 1)[1])["if"]["val"], state)
+        finally:
+            sim.stop()
 
 
 if __name__ == "__main__":

@@ -178,6 +178,25 @@ const Interface *firstOfType(const Sim &s, uint32_t type);
 const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after);
 const Interface *findInterface(const Sim &s, uint32_t ifNum);
 
+// The switch's shape, kept in the model ("layout") so that the groups
+// answer for the switch the scenario describes. Copper ports come first,
+// then the fibre ports; with a cage the fibre ports are the four 25G lanes
+// of one expandable port, else single 10G uplinks.
+struct SwitchLayout {
+  uint32_t copperPorts = 24;
+  uint32_t fibrePorts = 4;
+  uint32_t lags = 2;
+  bool cage = true;
+
+  uint32_t ports() const { return copperPorts + fibrePorts; }
+  uint32_t firstFibre() const { return copperPorts + 1; }
+  bool isFibre(uint64_t ifNum) const { return ifNum > copperPorts && ifNum <= ports(); }
+  bool inCage(uint64_t ifNum) const { return cage && isFibre(ifNum); }
+};
+SwitchLayout layoutOf(const Sim &s);
+// A scenario's text for a switch of this shape.
+std::string scenarioFor(const SwitchLayout &layout);
+
 // Per-group pieces of the default scenario and of the call table.
 void seedSystem(Sim &s);
 void seedInterfaces(Sim &s);

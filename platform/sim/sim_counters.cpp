@@ -168,11 +168,10 @@ const CableResult kCables[] = {
     {1, 2, 1, 30, 35, 0}, {2, 2, 1, 50, 55, 0}, {3, 2, 1, 5, 10, 0},  {4, 3, 0, 0, 0, 23},
     {5, 2, 1, 15, 20, 0}, {7, 2, 1, 10, 15, 0}, {8, 2, 1, 80, 85, 0}, {12, 3, 0, 0, 0, 48},
 };
-constexpr uint32_t kLastCopperPort = 24;
 constexpr uint32_t kNoCable = 7;
 
 void seedCableTest(Sim &s, uint32_t port) {
-  CableResult r = {port, port <= kLastCopperPort ? kNoCable : 0, 0, 0, 0, 0};
+  CableResult r = {port, layoutOf(s).isFibre(port) ? 0 : kNoCable, 0, 0, 0, 0};
   for (const CableResult &known : kCables)
     if (known.ifNum == port) r = known;
   s.put("rpcclt_openapiCableStatusGet", std::to_string(port),

@@ -11,8 +11,6 @@ namespace sim {
 
 namespace {
 
-constexpr uint32_t kCopperPorts = 24;
-constexpr uint32_t kFibrePorts = 4;
 constexpr uint32_t kStackUnit = 1;
 constexpr uint32_t kRemoteIndex = 1;  // the one LLDP neighbour of each linked port
 
@@ -329,7 +327,7 @@ void seedLists(Sim &s) {
   cJSON *eee = cJSON_AddArrayToObject(green(s), "eeePorts");
   cJSON *history = section(s, "history");
   cJSON *ages = section(s, "statsAge");
-  for (uint32_t p = 1; p <= kCopperPorts; ++p) {
+  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
     cJSON_AddItemToArray(ports, cJSON_CreateNumber(p));
     cJSON_AddItemToArray(eee, cJSON_CreateNumber(p));
     cJSON_AddNumberToObject(history, key(p).c_str(), p == 1 ? kUplinkSamples : kRecentSamples);
@@ -381,11 +379,12 @@ void seedEeePort(Sim &s, uint32_t p) {
 // Milliwatts now and milliwatt-hours saved since the last clear.
 void seedPower(Sim &s) {
   int64_t total = 0, saved = 0;
-  for (uint32_t p = 1; p <= kCopperPorts + kFibrePorts; ++p) {
+  SwitchLayout layout = layoutOf(s);
+  for (uint32_t p = 1; p <= layout.ports(); ++p) {
     bool up = linkUp(s, p);
-    int64_t mw = p > kCopperPorts ? (up ? 1150 : 300) : (up ? 560 : 95);
+    int64_t mw = layout.isFibre(p) ? (up ? 1150 : 300) : (up ? 560 : 95);
     total += mw;
-    if (p > kCopperPorts) continue;
+    if (layout.isFibre(p)) continue;
     int64_t cum = up ? 4200 + p * 37 : 9800 + p * 53;
     saved += cum;
     s.put("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(p), {num(mw)});
@@ -490,7 +489,7 @@ const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 
 void seedGreen(Sim &s) {
   seedLists(s);
-  for (uint32_t p = 1; p <= kCopperPorts; ++p) {
+  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
     seedGreenModes(s, p);
     seedEeePort(s, p);
   }

@@ -43,12 +43,16 @@ struct ReadyScenario {
   std::string (*text)();
 };
 
+std::string switch10() { return scenarioFor({8, 2, 1, false}); }
+std::string switch52() { return scenarioFor({48, 4, 4, false}); }
 std::string uplinkFlap() { return kUplinkFlap; }
 std::string ddisableRecovery() { return kDDisableRecovery; }
 std::string pmlViolation() { return kPmlViolation; }
 
 const ReadyScenario kReady[] = {
     {"default", "the 28-port switch: 24 copper ports, four 25G fibre ports, two LAGs", defaultScenario},
+    {"switch-10", "a 10-port switch: 8 copper ports, two 10G fibre uplinks, one LAG", switch10},
+    {"switch-52", "a 52-port switch: 48 copper ports, four 10G fibre uplinks, four LAGs", switch52},
     {"uplink-flap", "the uplink (port 1) goes down and up four times in two minutes", uplinkFlap},
     {"ddisable-recovery", "BPDU guard shuts port 3 at 10 s; auto-recovery brings it back 60 s later",
      ddisableRecovery},

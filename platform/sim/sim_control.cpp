@@ -114,16 +114,25 @@ static Json parseObject(const std::string &json, const char *what, std::string *
   return nullptr;
 }
 
-// A file that names no interfaces runs on the default switch; the model
-// sections it carries replace the default's.
+static void replaceItem(cJSON *object, const cJSON *item) {
+  cJSON_DeleteItemFromObjectCaseSensitive(object, item->string);
+  cJSON_AddItemToObject(object, item->string, cJSON_Duplicate(item, true));
+}
+
+// A file that names no interfaces runs on the default switch: the model
+// sections it carries replace the default's, and the call answers it
+// carries replace the default's for those inputs.
 static Json withDefaultSwitch(Json root) {
   if (cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces")) return root;
   Json base(cJSON_Parse(defaultScenario().c_str()));
   cJSON *model = cJSON_GetObjectItemCaseSensitive(base.get(), "model");
-  const cJSON *own = nullptr;
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) {
-    cJSON_DeleteItemFromObjectCaseSensitive(model, own->string);
-    cJSON_AddItemToObject(model, own->string, cJSON_Duplicate(own, true));
+  cJSON *state = cJSON_GetObjectItemCaseSensitive(base.get(), "state");
+  const cJSON *own = nullptr, *key = nullptr;
+  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) replaceItem(model, own);
+  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "state")) {
+    cJSON *call = cJSON_GetObjectItemCaseSensitive(state, own->string);
+    if (!call) call = cJSON_AddObjectToObject(state, own->string);
+    cJSON_ArrayForEach(key, own) replaceItem(call, key);
   }
   return base;
 }

@@ -59,9 +59,10 @@ const TrafficProfile *profileOf(uint32_t ifNum) {
 
 // A port whose link a timeline changed keeps what it had counted then
 // ("heldMs") and counts on from "sinceMs" only while its link is up.
-cJSON *heldTraffic(Sim &s) {
+// Absent until a first change, so that reading leaves the model as it was.
+cJSON *heldTraffic(Sim &s, bool create = false) {
   cJSON *h = cJSON_GetObjectItemCaseSensitive(s.model.get(), "heldTraffic");
-  return h ? h : cJSON_AddObjectToObject(s.model.get(), "heldTraffic");
+  return h || !create ? h : cJSON_AddObjectToObject(s.model.get(), "heldTraffic");
 }
 
 const cJSON *heldOf(Sim &s, uint32_t ifNum) {
@@ -69,7 +70,7 @@ const cJSON *heldOf(Sim &s, uint32_t ifNum) {
 }
 
 void setHeld(Sim &s, uint32_t ifNum, int64_t heldMs, int64_t sinceMs) {
-  cJSON *h = heldTraffic(s);
+  cJSON *h = heldTraffic(s, true);
   std::string key = std::to_string(ifNum);
   cJSON_DeleteItemFromObjectCaseSensitive(h, key.c_str());
   cJSON *o = cJSON_AddObjectToObject(h, key.c_str());

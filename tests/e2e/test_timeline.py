@@ -141,6 +141,20 @@ class Timeline(SimTestCase):
         self.sim.ctl("clock", "advance", 30)
         self.assertEqual(self.read("if/link-state?ifNum=1", "linkState"), "down")
 
+    def test_the_clock_refuses_what_it_cannot_do_and_stays(self):
+        def now():
+            state, seconds = self.sim.ctl("clock").stdout.decode().split()
+            self.assertEqual(state, "paused")
+            return float(seconds)
+        start = now()
+        self.sim.ctl("clock", "advance", "2.5")
+        for words in [("advance", "-1"), ("advance", "soon"), ("advance", "1e12"), ("stop",)]:
+            with self.subTest(words):
+                r = subprocess.run(command(OPEN_SIM, "ctl", "--socket", self.sim.socket, "clock", *words),
+                                   capture_output=True, text=True)
+                self.assertEqual((r.returncode, r.stderr), (2, "usage: clock [pause | run | advance SECONDS]\n"))
+        self.assertAlmostEqual(now() - start, 2.5, places=6)
+
     def test_a_scenario_with_a_bad_timeline_does_not_start(self):
         path = write({"timeline": [E(5, "link-down", 99)]})
         r = subprocess.run(command(OPEN_SIM, "serve", "--socket", path + ".sock", "--scenario", path),

@@ -12,11 +12,16 @@ namespace sim {
 namespace {
 
 constexpr int64_t kDefaultSecondsToWrap = 10;
+// Bounds that keep every conversion to an integer defined.
+constexpr double kMostSeconds = 1e9;
+constexpr double kMostNumber = 4294967295.0;
 
 using Check = bool (*)(const Sim &, const cJSON *, TimelineEvent *, std::string *);
 using Apply = void (*)(Sim &, const TimelineEvent &);
 
 const cJSON *member(const cJSON *o, const char *name) { return cJSON_GetObjectItemCaseSensitive(o, name); }
+
+bool inRange(const cJSON *n, double most) { return cJSON_IsNumber(n) && n->valuedouble >= 0 && n->valuedouble <= most; }
 
 bool wellFormedMac(const std::string &t) {
   if (t.size() != 17) return false;
@@ -52,7 +57,7 @@ bool checkMacs(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error
     }
     e->macs.push_back(m->valuestring);
   }
-  if (e->macs.empty() || !cJSON_IsNumber(vlan) || vlan->valuedouble < 1 || vlan->valuedouble > 4093) {
+  if (e->macs.empty() || !inRange(vlan, 4093) || vlan->valuedouble < 1) {
     *error = "needs \"macs\" (a list of addresses) and \"vlan\" (1-4093)";
     return false;
   }
@@ -62,8 +67,8 @@ bool checkMacs(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error
 
 bool checkWrap(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
   const cJSON *in = member(o, "inSeconds");
-  e->seconds = cJSON_IsNumber(in) ? static_cast<int64_t>(in->valuedouble) : kDefaultSecondsToWrap;
-  if (!in || (cJSON_IsNumber(in) && e->seconds >= 0)) return true;
+  e->seconds = inRange(in, kMostSeconds) ? static_cast<int64_t>(in->valuedouble) : kDefaultSecondsToWrap;
+  if (!in || inRange(in, kMostSeconds)) return true;
   *error = "\"inSeconds\" must be a number of seconds";
   return false;
 }
@@ -74,7 +79,7 @@ bool checkPower(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *err
     *error = "port " + std::to_string(e->port) + " has no power estimate";
     return false;
   }
-  if (!cJSON_IsNumber(mw) || mw->valuedouble < 0 || (saved && (!cJSON_IsNumber(saved) || saved->valuedouble < 0))) {
+  if (!inRange(mw, kMostNumber) || (saved && !inRange(saved, kMostNumber))) {
     *error = "needs \"milliwatts\" (and optionally \"savedMwh\"), numbers of 0 or more";
     return false;
   }
@@ -130,8 +135,8 @@ const EventKind *kindNamed(const std::string &name) {
 // Checks one event; the error is the reason only, the caller says where.
 bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, std::string *error) {
   const cJSON *at = member(o, "at"), *kind = member(o, "event"), *port = member(o, "port");
-  if (!cJSON_IsNumber(at) || at->valuedouble < 0) {
-    *error = "\"at\" must be seconds from the start";
+  if (!inRange(at, kMostSeconds)) {
+    *error = "\"at\" must be seconds from the start (up to 1e9)";
     return false;
   }
   if (at->valuedouble < lastAt) {
@@ -145,10 +150,11 @@ bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, s
     *error = cJSON_IsString(kind) ? "unknown event \"" + std::string(kind->valuestring) + "\"" : "no \"event\"";
     return false;
   }
-  const Interface *i = cJSON_IsNumber(port) ? findInterface(s, static_cast<uint32_t>(port->valuedouble)) : nullptr;
+  const Interface *i = inRange(port, kMostNumber) ? findInterface(s, static_cast<uint32_t>(port->valuedouble)) : nullptr;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
-    *error = cJSON_IsNumber(port) ? "unknown port " + std::to_string(static_cast<long long>(port->valuedouble))
-                                  : "no \"port\"";
+    char text[64];
+    snprintf(text, sizeof text, "unknown port %g", cJSON_IsNumber(port) ? port->valuedouble : 0.0);
+    *error = cJSON_IsNumber(port) ? text : "no \"port\"";
     return false;
   }
   e->kind = k->name;

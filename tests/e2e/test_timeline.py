@@ -75,6 +75,9 @@ BAD = [
     ("broken JSON", '{"timeline": [\n  {"at": 5,, }]}', "timeline file: broken JSON at line 2, column 13"),
     ("unknown cause", {"timeline": [E(5, "ddisable", 2, cause="sunspots")]},
      'timeline event 1 (at 5): unknown cause "sunspots"'),
+    ("negative time", {"timeline": [E(-1, "link-down", 1)]},
+     'timeline event 1 (at -1): "at" must be seconds from the start (up to 1e9)'),
+    ("a port far out of range", {"timeline": [E(5, "link-down", 1e300)]}, "timeline event 1 (at 5): unknown port 1e+300"),
     ("no power estimate", {"timeline": [E(5, "power", 27, milliwatts=1)]},
      "timeline event 1 (at 5): port 27 has no power estimate"),
 ]

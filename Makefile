@@ -1,4 +1,5 @@
-# make run   build, then serve the API against the simulated switch on 127.0.0.1:8080 (FASTCGI=1: as FastCGI)
+# make run   build, then serve the API against the simulated switch on 127.0.0.1:8080 (FASTCGI=1: as FastCGI;
+#            SCENARIO=name or file: another switch or a timeline, `open-sim scenarios` lists them)
 # make test  build, then run every test suite (again under ASan and UBSan)
 # make test-arm64  the same for the 64-bit ARM switch: cross build, tests run under qemu
 # make build-release  the Release build, warnings as errors
@@ -77,7 +78,7 @@ fuzz:
 
 # exec: the script watches make itself, which passes no signal on to it.
 run: build
-	@FASTCGI=$(FASTCGI) exec scripts/run-dev.sh $(BUILD)
+	@FASTCGI=$(FASTCGI) SCENARIO=$(SCENARIO) exec scripts/run-dev.sh $(BUILD)
 
 # Load through a private lighttpd and open-sim on the loopback: CGI for SOAK_SECONDS (60), then
 # FastCGI responders for SOAK_REQUESTS (100,000).

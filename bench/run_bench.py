@@ -22,6 +22,8 @@ import tempfile
 import time
 import urllib.request
 
+import port_walks
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(HERE)
 SESSION_DIR = "/tmp/session"
@@ -509,6 +511,9 @@ def write_results(path, r, args):
         w.append("| benchmark | CPU time | wall time |\n|---|---|---|")
         for name, t in r["micro"].items():
             w.append("| %s | %.3f µs | %.3f µs |" % (name, t["cpu"], t["real"]))
+    if r.get("port_walks"):
+        w.append("")
+        w += port_walks.section(r["port_walks"], args.heavy_rounds)
     with open(path, "w") as f:
         f.write("\n".join(w) + "\n")
 
@@ -533,6 +538,8 @@ def measure(args, r, sim, pinned, token, workdir):
     r["fastcgi"] = fastcgi_side_by_side(args, sim, token, workdir)
     print("aarch64 user time per request, both modes ...", flush=True)
     r["arm_cpu"] = arm_user_time(args, sim, token, workdir)
+    print("walks over every port, by switch size ...", flush=True)
+    r["port_walks"] = port_walks.measure(args.build, token, args.heavy_rounds)
     print("micro-benchmarks ...", flush=True)
     r["micro"] = micro_benchmarks(args)
     r["sizes"] = binary_sizes(args)

@@ -35,7 +35,7 @@ stop() {
 }
 trap stop INT TERM EXIT
 
-"$build/platform/open-sim" serve --socket "$socket" &
+"$build/platform/open-sim" serve --socket "$socket" ${SCENARIO:+--scenario "$SCENARIO"} &
 pids+=($!)
 for _ in $(seq 100); do [ -S "$socket" ] && break; sleep 0.05; done
 

@@ -1,7 +1,8 @@
 // open-sim: the simulated OpEN service and its control client.
-//   open-sim serve [--socket PATH] [--scenario FILE.json] [--cli-dir DIR]
+//   open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]
 //   open-sim ctl [--socket PATH] COMMAND...
 //   open-sim default-scenario
+//   open-sim scenarios
 #include <stdio.h>
 #include <string.h>
 
@@ -19,10 +20,12 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario FILE.json] [--cli-dir DIR]\n"
+  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
         "                    | journal [--clear] | reset | dump | load FILE\n"
-        "       open-sim default-scenario\n",
+        "                    | clock [pause | run | advance SECONDS] | play FILE\n"
+        "       open-sim default-scenario\n"
+        "       open-sim scenarios\n",
         stderr);
   return 2;
 }
@@ -56,13 +59,15 @@ int serveCommand(int argc, char **argv) {
     else return usage();
   }
   std::string scenario = sim::defaultScenario(), error;
-  if (scenarioFile && !readFile(scenarioFile, &scenario)) {
-    fprintf(stderr, "open-sim: cannot read %s\n", scenarioFile);
+  // A built-in name wins over a file of the same name in the folder.
+  if (scenarioFile && !sim::readyScenario(scenarioFile, &scenario) && !readFile(scenarioFile, &scenario)) {
+    fprintf(stderr, "open-sim: no scenario named %s and no file of that name (open-sim scenarios lists them)\n",
+            scenarioFile);
     return 1;
   }
   sim::Sim s;
   if (!sim::loadScenario(s, scenario, &error)) {
-    fprintf(stderr, "open-sim: bad scenario: %s\n", error.c_str());
+    fprintf(stderr, "open-sim: %s\n", error.c_str());
     return 1;
   }
   return sim::serve(s, simSocketPath(socket));
@@ -81,7 +86,8 @@ int ctlCommand(int argc, char **argv) {
   sim::Json words(cJSON_CreateArray());
   for (int i = 0; i < argc; ++i) {
     std::string word = argv[i];
-    if (i == 1 && strcmp(argv[0], "load") == 0 && !readFile(argv[1], &word)) {
+    bool sendsFile = strcmp(argv[0], "load") == 0 || strcmp(argv[0], "play") == 0;
+    if (i == 1 && sendsFile && !readFile(argv[1], &word)) {
       fprintf(stderr, "open-sim: cannot read %s\n", argv[1]);
       return 1;
     }
@@ -120,6 +126,10 @@ int main(int argc, char **argv) {
   if (argc < 2) return usage();
   if (strcmp(argv[1], "serve") == 0) return serveCommand(argc - 2, argv + 2);
   if (strcmp(argv[1], "ctl") == 0) return ctlCommand(argc - 2, argv + 2);
+  if (strcmp(argv[1], "scenarios") == 0 && argc == 2) {
+    fputs(sim::readyScenarioList().c_str(), stdout);
+    return 0;
+  }
   if (strcmp(argv[1], "default-scenario") == 0) {
     fputs(sim::defaultScenario().c_str(), stdout);
     fputc('\n', stdout);

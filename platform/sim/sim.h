@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "open_api.h"
+#include "sim/sim_clock.h"
 #include "sim/wire.h"
 
 namespace sim {
@@ -86,6 +87,21 @@ struct CallRule {
 #define SIM_SET(call, getter, keyInputs) {#call, ::sim::Rule::Set, #getter, keyInputs, nullptr}
 #define SIM_CUSTOM(call, fn) {#call, ::sim::Rule::Custom, nullptr, 0, fn}
 
+// One event of a timeline, at a moment of simulated time; which fields
+// count depends on the kind.
+struct TimelineEvent {
+  int64_t atMs = 0;
+  std::string kind;
+  uint32_t port = 0;
+  std::string media;              // transceiver-inserted: "copper" or "fiber"
+  std::string cause;              // ddisable: an auto-recovery cause name
+  std::vector<std::string> macs;  // pml-violation, in the order seen
+  uint32_t vlan = 0;              // pml-violation
+  int64_t seconds = 0;            // counters-wrap: until the 32-bit counters wrap
+  int64_t milliwatts = 0;         // power
+  int64_t savedMwh = -1;          // power: cumulative saving, -1 to keep it
+};
+
 struct Sim {
   std::vector<Interface> interfaces;
   std::map<std::string, std::map<std::string, Outputs>> state;
@@ -93,7 +109,9 @@ struct Sim {
   std::map<std::string, Fault> faults;
   std::deque<std::string> journal;
   std::string scenario;  // the loaded scenario, for `reset`
-  int64_t startedAt = 0; // monotonic seconds at load
+  SimClock clock;        // zero at load
+  std::vector<TimelineEvent> timeline;  // in time order
+  size_t nextEvent = 0;                 // the first not yet applied
 
   // The value stored for exactly these inputs, else the call's "*" value.
   const Outputs *stored(const std::string &call, const std::string &key) const;
@@ -120,15 +138,64 @@ int handleCall(Sim &s, Call &c);
 // Runs one `open-sim ctl` command; returns the exit status and its output.
 int handleControl(Sim &s, const std::vector<std::string> &words, std::string *out);
 
+// Applies the timeline's events and the timers due by the clock's time;
+// every call and control command asks first.
+void catchUp(Sim &s);
+// Reads a timeline (a JSON array of events) against the switch's ports;
+// times are seconds from `startMs`. False with one line naming what and
+// where.
+bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vector<TimelineEvent> *out,
+                   std::string *error);
+// A JSON text's parse error as "broken JSON at line L, column C".
+std::string jsonError(const std::string &text);
+
+// What events change, each at a moment of simulated time, in the group
+// that owns the state.
+void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);      // interfaces
+void holdCountedTraffic(Sim &s, uint32_t ifNum, int64_t atMs);         // counters, before a link change
+void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs);          // counters
+void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs);
+void removeTransceiver(Sim &s, uint32_t ifNum);                        // attributes
+void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media);
+bool knownMedia(const std::string &media);
+void setDisableReason(Sim &s, uint32_t ifNum, uint32_t reason);
+int disableReasonOf(const std::string &cause);  // system; 0 for no cause
+void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
+void recoverDDisabled(Sim &s, int64_t uptoMs);
+void recordPmlViolation(Sim &s, const TimelineEvent &e);  // pml
+bool hasPowerEstimate(const Sim &s, uint32_t ifNum);    // green
+void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh);
+
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);
 std::string defaultScenario();
-int64_t monotonicSeconds();
+// The scenarios built in: one line each, name first; and one's text.
+std::string readyScenarioList();
+bool readyScenario(const std::string &name, std::string *text);
 
 // Interface walks over the scenario's list, by type.
 const Interface *firstOfType(const Sim &s, uint32_t type);
 const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after);
 const Interface *findInterface(const Sim &s, uint32_t ifNum);
+
+// The switch's shape, kept in the model ("layout") so that the groups
+// answer for the switch the scenario describes. Copper ports come first,
+// then the fibre ports; with a cage the fibre ports are the four 25G lanes
+// of one expandable port, else single 10G uplinks.
+struct SwitchLayout {
+  uint32_t copperPorts = 24;
+  uint32_t fibrePorts = 4;
+  uint32_t lags = 2;
+  bool cage = true;
+
+  uint32_t ports() const { return copperPorts + fibrePorts; }
+  uint32_t firstFibre() const { return copperPorts + 1; }
+  bool isFibre(uint64_t ifNum) const { return ifNum > copperPorts && ifNum <= ports(); }
+  bool inCage(uint64_t ifNum) const { return cage && isFibre(ifNum); }
+};
+SwitchLayout layoutOf(const Sim &s);
+// A scenario's text for a switch of this shape.
+std::string scenarioFor(const SwitchLayout &layout);
 
 // Per-group pieces of the default scenario and of the call table.
 void seedSystem(Sim &s);

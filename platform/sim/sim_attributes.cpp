@@ -1,19 +1,17 @@
 // Port attributes: speeds, duplex, negotiation, frame sizes, shutdown and
 // trap modes, descriptions, and the FEC and port expansion of the 25G
-// fibre ports 25-28, which share one four-lane cage split 4x25G.
+// fibre ports that share one four-lane cage split 4x25G (25-28 on the
+// default switch); 10G uplinks have no cage.
 #include "sim/sim.h"
 
 namespace sim {
 
 namespace {
 
-constexpr uint32_t kFirstFibrePort = 25;
-constexpr uint32_t kLastFibrePort = 28;
 constexpr uint32_t kRootSlot = 0;
 // Shut down by BPDU guard (reason 4) after a rogue switch was plugged in.
 constexpr uint32_t kGuardedPort = 7;
 constexpr uint32_t kBpduGuardReason = 4;
-constexpr uint32_t kLagMembers[] = {21, 22};
 
 constexpr char kSpeedMode[] = "rpcclt_openapiIfSpeedModeGet";
 constexpr char kDuplexMode[] = "rpcclt_openapiIfDuplexModeGet";
@@ -56,7 +54,13 @@ bool contains(const uint32_t (&list)[N], uint64_t v) {
   return false;
 }
 
-bool isFibre(uint64_t ifNum) { return ifNum >= kFirstFibrePort && ifNum <= kLastFibrePort; }
+bool inCage(const Sim &s, uint64_t ifNum) { return layoutOf(s).inCage(ifNum); }
+
+// The two copper ports before the last two form the first LAG.
+bool isLagMember(const Sim &s, uint64_t ifNum) {
+  uint32_t copper = layoutOf(s).copperPorts;
+  return ifNum + 3 == copper || ifNum + 2 == copper;
+}
 
 std::string keyOf(uint64_t ifNum) { return std::to_string(ifNum); }
 
@@ -66,9 +70,10 @@ int unsupportedOnCopper(Sim &s, Call &c) {
 }
 
 // The other ports of the cage, first to last.
-std::vector<uint32_t> peersOf(uint64_t ifNum) {
+std::vector<uint32_t> peersOf(const Sim &s, uint64_t ifNum) {
   std::vector<uint32_t> peers;
-  for (uint32_t p = kFirstFibrePort; p <= kLastFibrePort; ++p)
+  SwitchLayout layout = layoutOf(s);
+  for (uint32_t p = layout.firstFibre(); p <= layout.ports(); ++p)
     if (p != ifNum) peers.push_back(p);
   return peers;
 }
@@ -79,7 +84,7 @@ int speedSet(Sim &s, Call &c) {
   std::string key = keyOf(c.in(0));
   if (!s.stored(kSpeedMode, key)) return -29;
   uint64_t speed = c.in(1);
-  bool allowed = isFibre(c.in(0)) ? contains(kFibreSpeeds, speed) : contains(kCopperSpeeds, speed);
+  bool allowed = layoutOf(s).isFibre(c.in(0)) ? contains(kFibreSpeeds, speed) : contains(kCopperSpeeds, speed);
   if (!allowed) return -22;
   s.put(kSpeedMode, key, {num(static_cast<int64_t>(speed))});
   s.put(kAutoNeg, key, {num(speed == kSpeedAuto ? 0 : 1)});
@@ -104,8 +109,8 @@ int mtuSet(Sim &s, Call &c) {
 int maxFrameSizeSet(Sim &s, Call &c) { return frameSizeSet(s, c.in(0), c.in(1)); }
 
 int nextExpandablePort(Sim &s, Call &c) {
-  for (uint32_t p = kFirstFibrePort; p <= kLastFibrePort; ++p) {
-    if (p <= c.in(0) || !findInterface(s, p)) continue;
+  for (uint32_t p = static_cast<uint32_t>(c.in(0)) + 1; p <= layoutOf(s).ports(); ++p) {
+    if (!inCage(s, p) || !findInterface(s, p)) continue;
     c.setOut(0, p);
     return 0;
   }
@@ -115,16 +120,16 @@ int nextExpandablePort(Sim &s, Call &c) {
 // A new split is configured at once and runs after the next reload, so
 // only the configured mode changes.
 int expandModeSet(Sim &s, Call &c) {
-  if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
+  if (!inCage(s, c.in(0))) return unsupportedOnCopper(s, c);
   if (storedNum(s, kModeSupported, keyOf(c.in(1)), 0) != 1) return -22;
   s.put(kConfigMode, keyOf(c.in(0)), {num(static_cast<int64_t>(c.in(1)))});
   return 0;
 }
 
 int peersByMode(Sim &s, Call &c) {
-  if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
+  if (!inCage(s, c.in(0))) return unsupportedOnCopper(s, c);
   std::string list;
-  std::vector<uint32_t> peers = peersOf(c.in(0));
+  std::vector<uint32_t> peers = peersOf(s, c.in(0));
   for (uint32_t p : peers) {
     if (!list.empty()) list += ',';
     list += std::to_string(p);
@@ -137,7 +142,7 @@ int peersByMode(Sim &s, Call &c) {
 
 // "Auto" settles on RS FEC with the 25G optics fitted.
 int fecModeSet(Sim &s, Call &c) {
-  if (!isFibre(c.in(0))) return unsupportedOnCopper(s, c);
+  if (!inCage(s, c.in(0))) return unsupportedOnCopper(s, c);
   uint64_t mode = c.in(1);
   if (mode >= kFecLast) return -22;
   int64_t configured = static_cast<int64_t>(mode);
@@ -145,8 +150,9 @@ int fecModeSet(Sim &s, Call &c) {
   return 0;
 }
 
+// Fibre ports run 25G in the cage, 10G as uplinks.
 void seedSpeedAndDuplex(Sim &s, const std::string &key, bool fibre, bool up) {
-  s.put(kSpeedMode, key, {num(fibre ? 12 : up ? 7 : 1)});
+  s.put(kSpeedMode, key, {num(!fibre ? (up ? 7 : 1) : layoutOf(s).cage ? 12 : 10)});
   s.put(kDuplexMode, key, {num(1)});
   // Operational duplex: 2 stands for none while the link is down.
   s.put("openapiIfDuplexGet", key, {num(up ? 1 : 2)});
@@ -159,36 +165,64 @@ void seedSpeedAndDuplex(Sim &s, const std::string &key, bool fibre, bool up) {
 
 void seedPortState(Sim &s, const std::string &key, uint32_t ifNum) {
   // The storage array behind port 25 runs jumbo frames.
-  s.put(kMaxFrame, key, {num(ifNum == kFirstFibrePort ? kMaxFrameSize : kMinFrameSize)});
+  s.put(kMaxFrame, key, {num(ifNum == layoutOf(s).firstFibre() ? kMaxFrameSize : kMinFrameSize)});
   s.put(kHeaderSize, key, {num(18)});
   s.put("openapiIfAdminStateGet", key, {num(1)});
   s.put("rpcclt_openapiIfSoftShutdownStateGet", key, {num(0)});
   s.put("rpcclt_openapiIfLinkTrapGet", key, {num(1)});
   s.put("rpcclt_openapiIfDisableReasonGet", key, {num(ifNum == kGuardedPort ? kBpduGuardReason : 0)});
-  s.put("rpcclt_openapiIfSpecialPortTypeGet", key, {num(contains(kLagMembers, ifNum) ? 2 : 1)});
+  s.put("rpcclt_openapiIfSpecialPortTypeGet", key, {num(isLagMember(s, ifNum) ? 2 : 1)});
 }
 
 // Each cage port runs single 25G on one lane; copper ports report no
 // expansion mode.
 void seedCage(Sim &s, const std::string &key, uint32_t ifNum) {
-  bool fibre = isFibre(ifNum);
+  bool fibre = inCage(s, ifNum);
   s.put(kConfigMode, key, {num(fibre ? 2 : 0)});
   s.put(kOperMode, key, {num(fibre ? 2 : 0)});
   if (!fibre) return;
   s.put(kFecMode, key, {num(kFecAuto), num(kFecRs)});
-  s.put("rpcclt_openapiIfExpPortRootPortGet", key, {num(kRootSlot), num(kFirstFibrePort)});
+  s.put("rpcclt_openapiIfExpPortRootPortGet", key, {num(kRootSlot), num(layoutOf(s).firstFibre())});
   s.put("rpcclt_openapiIfExpPortOperModeLaneCountGet", key, {num(1)});
-  s.put("rpcclt_openapiIfExpPortFirstPeerGet", key, {num(peersOf(ifNum).front())});
+  s.put("rpcclt_openapiIfExpPortFirstPeerGet", key, {num(peersOf(s, ifNum).front())});
 }
 
 void seedPort(Sim &s, const Interface &i) {
   std::string key = keyOf(i.ifNum);
-  seedSpeedAndDuplex(s, key, isFibre(i.ifNum), linkUp(s, i.ifNum));
+  seedSpeedAndDuplex(s, key, layoutOf(s).isFibre(i.ifNum), linkUp(s, i.ifNum));
   seedPortState(s, key, i.ifNum);
   seedCage(s, key, i.ifNum);
 }
 
 }  // namespace
+
+// Active-media values as the platform numbers them.
+struct Medium {
+  const char *name;
+  uint32_t value;
+};
+constexpr Medium kMedia[] = {{"copper", 1}, {"fiber", 2}};
+
+bool knownMedia(const std::string &media) {
+  for (const Medium &m : kMedia)
+    if (media == m.name) return true;
+  return false;
+}
+
+// Without a module the port has no active medium to report.
+void removeTransceiver(Sim &s, uint32_t ifNum) {
+  auto media = s.state.find("rpcclt_openapiIfActiveMediaTypeGet");
+  if (media != s.state.end()) media->second.erase(keyOf(ifNum));
+}
+
+void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media) {
+  for (const Medium &m : kMedia)
+    if (media == m.name) s.put("rpcclt_openapiIfActiveMediaTypeGet", keyOf(ifNum), {num(m.value)});
+}
+
+void setDisableReason(Sim &s, uint32_t ifNum, uint32_t reason) {
+  s.put("rpcclt_openapiIfDisableReasonGet", keyOf(ifNum), {num(reason)});
+}
 
 const CallRule kAttributeRules[] = {
     SIM_GET(rpcclt_openapiIfSpeedModeGet),

@@ -1,5 +1,6 @@
 // Scenario files and the commands of `open-sim ctl`.
 #include <errno.h>
+#include <stdio.h>
 #include <stdlib.h>
 
 #include <algorithm>
@@ -105,24 +106,58 @@ static bool loadState(Sim &s, const cJSON *state, std::string *error) {
   return true;
 }
 
-bool loadScenario(Sim &s, const std::string &json, std::string *error) {
+static Json parseObject(const std::string &json, const char *what, std::string *error) {
   Json root(cJSON_Parse(json.c_str()));
-  if (!cJSON_IsObject(root.get())) {
-    *error = "scenario is not a JSON object";
-    return false;
+  if (!root) *error = std::string(what) + ": " + jsonError(json);
+  else if (!cJSON_IsObject(root.get())) *error = std::string(what) + " is not a JSON object";
+  else return root;
+  return nullptr;
+}
+
+static void replaceItem(cJSON *object, const cJSON *item) {
+  cJSON_DeleteItemFromObjectCaseSensitive(object, item->string);
+  cJSON_AddItemToObject(object, item->string, cJSON_Duplicate(item, true));
+}
+
+// A file that names no interfaces runs on the default switch: the model
+// sections it carries replace the default's, and the call answers it
+// carries replace the default's for those inputs.
+static Json withDefaultSwitch(Json root) {
+  if (cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces")) return root;
+  Json base(cJSON_Parse(defaultScenario().c_str()));
+  cJSON *model = cJSON_GetObjectItemCaseSensitive(base.get(), "model");
+  cJSON *state = cJSON_GetObjectItemCaseSensitive(base.get(), "state");
+  const cJSON *own = nullptr, *key = nullptr;
+  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) replaceItem(model, own);
+  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "state")) {
+    cJSON *call = cJSON_GetObjectItemCaseSensitive(state, own->string);
+    if (!call) call = cJSON_AddObjectToObject(state, own->string);
+    cJSON_ArrayForEach(key, own) replaceItem(call, key);
   }
+  return base;
+}
+
+// All or nothing: a scenario with any fault leaves the running one as it is.
+bool loadScenario(Sim &s, const std::string &json, std::string *error) {
+  Json file = parseObject(json, "scenario", error);
+  if (!file) return false;
+  const cJSON *timeline = cJSON_GetObjectItemCaseSensitive(file.get(), "timeline");
+  Json root = withDefaultSwitch(Json(cJSON_Duplicate(file.get(), true)));
   Sim next;
   const cJSON *model = cJSON_GetObjectItemCaseSensitive(root.get(), "model");
   if (!loadInterfaces(next, cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces"), error) ||
-      !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error))
+      !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error) ||
+      !parseTimeline(next, timeline, 0, &next.timeline, error))
     return false;
   s.interfaces = std::move(next.interfaces);
   s.state = std::move(next.state);
   s.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
+  s.timeline = std::move(next.timeline);
+  s.nextEvent = 0;
   s.faults.clear();
   s.journal.clear();
   s.scenario = json;
-  s.startedAt = monotonicSeconds();
+  clockRestart(s.clock);
   return true;
 }
 
@@ -175,27 +210,73 @@ static int ctlJournal(Sim &s, const std::vector<std::string> &w, std::string *ou
   return 0;
 }
 
+// Starts a file's timeline now, on the switch as it is; the file holds
+// {"timeline": [...]} (anything else in it is not read).
+static int ctlPlay(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  std::string error;
+  if (w.size() != 2) {
+    *out = "usage: play FILE\n";
+    return 2;
+  }
+  Json file = parseObject(w[1], "timeline file", &error);
+  std::vector<TimelineEvent> events;
+  if (!file || !parseTimeline(s, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), clockNowMs(s.clock),
+                              &events, &error)) {
+    *out = "open-sim: " + error + "\n";
+    return 2;
+  }
+  s.timeline = std::move(events);
+  s.nextEvent = 0;
+  catchUp(s);
+  return 0;
+}
+
 static int ctlLoad(Sim &s, const std::vector<std::string> &w, std::string *out) {
   // The ctl client sends the file's contents in place of its name.
   std::string error;
   if (w.size() != 2 || !loadScenario(s, w[1], &error)) {
-    *out = (error.empty() ? std::string("usage: load FILE") : error) + "\n";
+    *out = (error.empty() ? std::string("usage: load FILE") : "open-sim: " + error) + "\n";
     return 2;
   }
+  return 0;
+}
+
+// "pause", "run", "advance SECONDS" (fractions allowed), or nothing to
+// print the simulated time.
+static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  if (w.size() == 1) {
+    char line[64];
+    snprintf(line, sizeof line, "%s %.3f\n", s.clock.paused ? "paused" : "running",
+             static_cast<double>(clockNowMs(s.clock)) / 1000);
+    *out = line;
+    return 0;
+  }
+  if (w.size() == 2 && w[1] == "pause") return clockPause(s.clock), 0;
+  if (w.size() == 2 && w[1] == "run") return clockRun(s.clock), 0;
+  char *end = nullptr;
+  double seconds = w.size() == 3 && w[1] == "advance" ? strtod(w[2].c_str(), &end) : -1;
+  if (!end || *end != '\0' || !(seconds >= 0 && seconds <= 1e9)) {
+    *out = "usage: clock [pause | run | advance SECONDS]\n";
+    return 2;
+  }
+  clockAdvance(s.clock, static_cast<int64_t>(seconds * 1000 + 0.5));
   return 0;
 }
 
 int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   out->clear();
   if (w.empty()) {
-    *out = "usage: set|fail|journal|reset|dump|load\n";
+    *out = "usage: set|fail|journal|reset|dump|load|clock|play\n";
     return 2;
   }
   const std::string &cmd = w[0];
+  catchUp(s);
   if (cmd == "set") return ctlSet(s, w, out);
   if (cmd == "fail") return ctlFail(s, w, out);
   if (cmd == "journal") return ctlJournal(s, w, out);
   if (cmd == "load") return ctlLoad(s, w, out);
+  if (cmd == "clock") return ctlClock(s, w, out);
+  if (cmd == "play") return ctlPlay(s, w, out);
   if (cmd == "dump" && w.size() == 1) {
     *out = dumpScenario(s) + "\n";
     return 0;

@@ -1,6 +1,5 @@
 #include <stdio.h>
 #include <stdlib.h>
-#include <time.h>
 
 #include <unordered_map>
 
@@ -19,12 +18,6 @@ Value text(std::string t) {
   v.isText = true;
   v.text = std::move(t);
   return v;
-}
-
-int64_t monotonicSeconds() {
-  timespec ts = {};
-  clock_gettime(CLOCK_MONOTONIC, &ts);
-  return ts.tv_sec;
 }
 
 std::vector<const Arg *> Call::inputs() const {
@@ -241,6 +234,7 @@ static int applySet(Sim &s, Call &c, const CallRule &r) {
 }
 
 int handleCall(Sim &s, Call &c) {
+  catchUp(s);
   record(s, journalLine(c));
   int result = 0;
   if (takeFault(s, c.name, &result)) return result;

@@ -1,7 +1,7 @@
 // Traffic counters that grow on the ports carrying traffic and clear on a
 // reset; port numbering (unit/slot/port), routing VLAN interfaces and the
 // copper cable test.
-#include <time.h>
+#include <algorithm>
 
 #include "sim/sim.h"
 
@@ -48,19 +48,42 @@ enum class Counter {
   OutErrors,
 };
 
+// What a port without a profile carries once a timeline brings it up.
+const TrafficProfile kQuietProfile = {0, 3000, 2500, 400, 400, 0, 0};
+
 const TrafficProfile *profileOf(uint32_t ifNum) {
   for (const TrafficProfile &p : kProfiles)
     if (p.ifNum == ifNum) return &p;
   return nullptr;
 }
 
-int64_t monotonicMs() {
-  timespec ts = {};
-  clock_gettime(CLOCK_MONOTONIC, &ts);
-  return ts.tv_sec * 1000LL + ts.tv_nsec / 1000000;
+// A port whose link a timeline changed keeps what it had counted then
+// ("heldMs") and counts on from "sinceMs" only while its link is up.
+// Absent until a first change, so that reading leaves the model as it was.
+cJSON *heldTraffic(Sim &s, bool create = false) {
+  cJSON *h = cJSON_GetObjectItemCaseSensitive(s.model.get(), "heldTraffic");
+  return h || !create ? h : cJSON_AddObjectToObject(s.model.get(), "heldTraffic");
 }
 
-int64_t msSinceLoad(const Sim &s) { return monotonicMs() - s.startedAt * 1000; }
+const cJSON *heldOf(Sim &s, uint32_t ifNum) {
+  return cJSON_GetObjectItemCaseSensitive(heldTraffic(s), std::to_string(ifNum).c_str());
+}
+
+void setHeld(Sim &s, uint32_t ifNum, int64_t heldMs, int64_t sinceMs) {
+  cJSON *h = heldTraffic(s, true);
+  std::string key = std::to_string(ifNum);
+  cJSON_DeleteItemFromObjectCaseSensitive(h, key.c_str());
+  cJSON *o = cJSON_AddObjectToObject(h, key.c_str());
+  cJSON_AddNumberToObject(o, "heldMs", static_cast<double>(heldMs));
+  cJSON_AddNumberToObject(o, "sinceMs", static_cast<double>(sinceMs));
+}
+
+const TrafficProfile *trafficOf(Sim &s, uint32_t ifNum) {
+  const TrafficProfile *p = profileOf(ifNum);
+  return p ? p : heldOf(s, ifNum) ? &kQuietProfile : nullptr;
+}
+
+int64_t msSinceLoad(const Sim &s) { return clockNowMs(s.clock); }
 
 cJSON *resetTimes(Sim &s) {
   cJSON *r = cJSON_GetObjectItemCaseSensitive(s.model.get(), "counterResets");
@@ -70,17 +93,24 @@ cJSON *resetTimes(Sim &s) {
 void markReset(Sim &s, uint32_t ifNum, int64_t atMs) {
   cJSON *r = resetTimes(s);
   std::string key = std::to_string(ifNum);
+  cJSON_DeleteItemFromObjectCaseSensitive(heldTraffic(s), key.c_str());
   cJSON_DeleteItemFromObjectCaseSensitive(r, key.c_str());
   cJSON_AddNumberToObject(r, key.c_str(), static_cast<double>(atMs));
 }
 
-// Milliseconds of traffic the counters hold now, in whole snapshots.
-int64_t countedMs(Sim &s, const TrafficProfile &p) {
+// Milliseconds of traffic the counters hold at `nowMs`, in whole snapshots.
+int64_t countedMs(Sim &s, uint32_t ifNum, const TrafficProfile &p, int64_t nowMs) {
+  if (const cJSON *held = heldOf(s, ifNum)) {
+    int64_t ms = static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(held, "heldMs")->valuedouble);
+    int64_t since = static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(held, "sinceMs")->valuedouble);
+    if (linkUp(s, ifNum) && nowMs > since) ms += (nowMs - since) / kSnapshotMs * kSnapshotMs;
+    return ms;
+  }
   const cJSON *reset = cJSON_GetObjectItemCaseSensitive(resetTimes(s), std::to_string(p.ifNum).c_str());
   bool cleared = cJSON_IsNumber(reset);
   if (!linkUp(s, p.ifNum)) return cleared ? 0 : p.frozenMs;
   int64_t since = cleared ? static_cast<int64_t>(reset->valuedouble) : 0;
-  int64_t running = msSinceLoad(s) - since;
+  int64_t running = nowMs - since;
   if (running < 0) running = 0;
   return (cleared ? 0 : kClearedBeforeLoadMs) + running / kSnapshotMs * kSnapshotMs;
 }
@@ -109,9 +139,9 @@ template <Counter Which>
 int counterCall(Sim &s, Call &c) {
   uint32_t ifNum = static_cast<uint32_t>(c.in(0));
   if (!findInterface(s, ifNum)) return -29;
-  const TrafficProfile *p = profileOf(ifNum);
+  const TrafficProfile *p = trafficOf(s, ifNum);
   // The hardware counters are 32 bits wide and wrap.
-  c.setOut(0, p ? counterValue(*p, Which, countedMs(s, *p)) % kCounterWrap : 0);
+  c.setOut(0, p ? counterValue(*p, Which, countedMs(s, ifNum, *p, msSinceLoad(s))) % kCounterWrap : 0);
   return 0;
 }
 
@@ -139,11 +169,10 @@ const CableResult kCables[] = {
     {1, 2, 1, 30, 35, 0}, {2, 2, 1, 50, 55, 0}, {3, 2, 1, 5, 10, 0},  {4, 3, 0, 0, 0, 23},
     {5, 2, 1, 15, 20, 0}, {7, 2, 1, 10, 15, 0}, {8, 2, 1, 80, 85, 0}, {12, 3, 0, 0, 0, 48},
 };
-constexpr uint32_t kLastCopperPort = 24;
 constexpr uint32_t kNoCable = 7;
 
 void seedCableTest(Sim &s, uint32_t port) {
-  CableResult r = {port, port <= kLastCopperPort ? kNoCable : 0, 0, 0, 0, 0};
+  CableResult r = {port, layoutOf(s).isFibre(port) ? 0 : kNoCable, 0, 0, 0, 0};
   for (const CableResult &known : kCables)
     if (known.ifNum == port) r = known;
   s.put("rpcclt_openapiCableStatusGet", std::to_string(port),
@@ -151,6 +180,22 @@ void seedCableTest(Sim &s, uint32_t port) {
 }
 
 }  // namespace
+
+void holdCountedTraffic(Sim &s, uint32_t ifNum, int64_t atMs) {
+  const TrafficProfile *p = profileOf(ifNum);
+  setHeld(s, ifNum, p ? countedMs(s, ifNum, *p, atMs) : 0, atMs);
+}
+
+void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs) { markReset(s, ifNum, atMs); }
+
+// The received-octets counter, the fastest, wraps `secondsLeft` seconds
+// after `atMs` while the link stays up.
+void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs) {
+  setHeld(s, ifNum, 0, atMs);  // a port without a profile counts from here on
+  const TrafficProfile &p = *trafficOf(s, ifNum);
+  int64_t toWrapMs = static_cast<int64_t>(kCounterWrap * 1000 / p.inBytesPerSec);
+  setHeld(s, ifNum, std::max<int64_t>(0, toWrapMs - secondsLeft * 1000), atMs);
+}
 
 const CallRule kCounterRules[] = {
     SIM_CUSTOM(rpcclt_openapiIfInOctetsGet, counterCall<Counter::InOctets>),

@@ -3,14 +3,14 @@
 // and each port's sampled LPI history.
 #include <string.h>
 
+#include <algorithm>
+
 #include "sim/sim.h"
 
 namespace sim {
 
 namespace {
 
-constexpr uint32_t kCopperPorts = 24;
-constexpr uint32_t kFibrePorts = 4;
 constexpr uint32_t kStackUnit = 1;
 constexpr uint32_t kRemoteIndex = 1;  // the one LLDP neighbour of each linked port
 
@@ -155,13 +155,13 @@ int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachSta
 // Counters age from load; a clear makes the port's age zero now.
 int64_t statsAge(Sim &s, uint32_t ifNum) {
   const cJSON *age = cJSON_GetObjectItemCaseSensitive(section(s, "statsAge"), key(ifNum).c_str());
-  return (monotonicSeconds() - s.startedAt) + (cJSON_IsNumber(age) ? static_cast<int64_t>(age->valuedouble) : 0);
+  return clockNowSeconds(s.clock) + (cJSON_IsNumber(age) ? static_cast<int64_t>(age->valuedouble) : 0);
 }
 
 void restartStatsAge(Sim &s, uint32_t ifNum) {
   cJSON *ages = section(s, "statsAge");
   cJSON_DeleteItemFromObjectCaseSensitive(ages, key(ifNum).c_str());
-  cJSON_AddNumberToObject(ages, key(ifNum).c_str(), static_cast<double>(s.startedAt - monotonicSeconds()));
+  cJSON_AddNumberToObject(ages, key(ifNum).c_str(), static_cast<double>(-clockNowSeconds(s.clock)));
 }
 
 int timeSinceReset(Sim &s, Call &c) {
@@ -231,11 +231,19 @@ int maxSamplesSet(Sim &s, Call &c) {
 
 // --- LPI history -----------------------------------------------------------
 // Samples are generated from the port and position, so a long history
-// costs nothing to keep; the model holds only how many each port has.
+// costs nothing to keep; the model holds how many each port had at load,
+// and one more is taken every sample interval of simulated time.
+
+int64_t samplesTaken(Sim &s) {
+  int64_t minutes = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", "", kHistoryStep / 60);
+  return clockNowSeconds(s.clock) / (std::max<int64_t>(1, minutes) * 60);
+}
 
 uint32_t historyCount(Sim &s, uint32_t ifNum) {
   const cJSON *n = cJSON_GetObjectItemCaseSensitive(section(s, "history"), key(ifNum).c_str());
-  return cJSON_IsNumber(n) ? static_cast<uint32_t>(n->valuedouble) : 0;
+  if (!cJSON_IsNumber(n)) return 0;
+  int64_t most = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet", "", kMaxSamplesMax);
+  return static_cast<uint32_t>(std::clamp<int64_t>(static_cast<int64_t>(n->valuedouble) + samplesTaken(s), 0, most));
 }
 
 // Idle links sleep most of the night and less in office hours.
@@ -307,7 +315,8 @@ int historyClear(Sim &s, Call &c) {
   if (!isEeePort(s, ifNum)) return -29;
   cJSON *h = section(s, "history");
   cJSON_DeleteItemFromObjectCaseSensitive(h, key(ifNum).c_str());
-  cJSON_AddNumberToObject(h, key(ifNum).c_str(), 0);
+  // Counted from now: the samples taken so far are gone.
+  cJSON_AddNumberToObject(h, key(ifNum).c_str(), static_cast<double>(-samplesTaken(s)));
   return 0;
 }
 
@@ -318,7 +327,7 @@ void seedLists(Sim &s) {
   cJSON *eee = cJSON_AddArrayToObject(green(s), "eeePorts");
   cJSON *history = section(s, "history");
   cJSON *ages = section(s, "statsAge");
-  for (uint32_t p = 1; p <= kCopperPorts; ++p) {
+  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
     cJSON_AddItemToArray(ports, cJSON_CreateNumber(p));
     cJSON_AddItemToArray(eee, cJSON_CreateNumber(p));
     cJSON_AddNumberToObject(history, key(p).c_str(), p == 1 ? kUplinkSamples : kRecentSamples);
@@ -370,11 +379,12 @@ void seedEeePort(Sim &s, uint32_t p) {
 // Milliwatts now and milliwatt-hours saved since the last clear.
 void seedPower(Sim &s) {
   int64_t total = 0, saved = 0;
-  for (uint32_t p = 1; p <= kCopperPorts + kFibrePorts; ++p) {
+  SwitchLayout layout = layoutOf(s);
+  for (uint32_t p = 1; p <= layout.ports(); ++p) {
     bool up = linkUp(s, p);
-    int64_t mw = p > kCopperPorts ? (up ? 1150 : 300) : (up ? 560 : 95);
+    int64_t mw = layout.isFibre(p) ? (up ? 1150 : 300) : (up ? 560 : 95);
     total += mw;
-    if (p > kCopperPorts) continue;
+    if (layout.isFibre(p)) continue;
     int64_t cum = up ? 4200 + p * 37 : 9800 + p * 53;
     saved += cum;
     s.put("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(p), {num(mw)});
@@ -386,6 +396,22 @@ void seedPower(Sim &s) {
 }
 
 }  // namespace
+
+bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
+  return s.stored("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(ifNum)) != nullptr;
+}
+
+// The switch-wide figures are the ports' sums, so they move with a port.
+void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh) {
+  auto move = [&s, ifNum](const char *port, const char *global, int64_t value) {
+    int64_t old = storedNum(s, port, key(ifNum));
+    s.put(port, key(ifNum), {num(value)});
+    s.put(global, "", {num(storedNum(s, global, "") + value - old)});
+  };
+  move("rpcclt_openapiGreenPwrEstIntfCurPwrGet", "rpcclt_openapiGreenPwrEstGlobalCurPwrGet", milliwatts);
+  if (savedMwh >= 0)
+    move("rpcclt_openapiGreenPwrEstIntfCumSavingGet", "rpcclt_openapiGreenPwrEstGlobalCumSavingGet", savedMwh);
+}
 
 const CallRule kGreenRules[] = {
     SIM_CUSTOM(rpcclt_openapiGreenEthrValidIntfFirstGet, greenFirst),
@@ -463,7 +489,7 @@ const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 
 void seedGreen(Sim &s) {
   seedLists(s);
-  for (uint32_t p = 1; p <= kCopperPorts; ++p) {
+  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
     seedGreenModes(s, p);
     seedEeePort(s, p);
   }

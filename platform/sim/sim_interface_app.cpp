@@ -6,7 +6,6 @@ namespace sim {
 
 namespace {
 
-constexpr uint32_t kPhysicalPorts = 28;
 constexpr uint32_t kLedPorts = 12;
 constexpr uint32_t kStackUnit = 1;
 constexpr size_t kTimeRangeNameMax = 31;
@@ -56,7 +55,7 @@ const CallRule kInterfaceAppRules[] = {
 const size_t kInterfaceAppRuleCount = sizeof kInterfaceAppRules / sizeof kInterfaceAppRules[0];
 
 void seedInterfaceApp(Sim &s) {
-  for (uint32_t p = 1; p <= kPhysicalPorts; ++p) {
+  for (uint32_t p = 1; p <= layoutOf(s).ports(); ++p) {
     std::string k = key(p);
     // The guest-room ports follow the office-hours schedule.
     s.put("rpcclt_openapiInterfaceAppTimeRangeGet", k, {text(p >= 9 && p <= 12 ? "office-hours" : "")});

@@ -8,10 +8,7 @@ namespace sim {
 
 namespace {
 
-constexpr uint32_t kPhysicalPorts = 28;
-constexpr uint32_t kCpuIf = 29;
 constexpr uint32_t kFirstLag = 650;
-constexpr uint32_t kLagCount = 2;
 struct RoutingVlan {
   uint32_t vlan, ifNum;
 };
@@ -51,12 +48,12 @@ std::string ifName(const Interface &i) {
   return name;
 }
 
-void seedIdentity(Sim &s, const Interface &i) {
+void seedIdentity(Sim &s, const Interface &i, uint32_t storagePort) {
   std::string key = std::to_string(i.ifNum);
   bool phy = i.type == OPEN_INTF_TYPE_PHY;
-  // A handful of ports have a cable plugged in; port 7 was shut down by a
-  // protection feature.
-  bool up = phy && (i.ifNum <= 3 || i.ifNum == 5 || i.ifNum == 8 || i.ifNum == 25);
+  // A handful of ports have a cable plugged in, the storage array on the
+  // first fibre port; port 7 was shut down by a protection feature.
+  bool up = phy && (i.ifNum <= 3 || i.ifNum == 5 || i.ifNum == 8 || i.ifNum == storagePort);
   char mac[32];
   snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i.ifNum >> 8, i.ifNum & 0xFF);
 
@@ -73,7 +70,7 @@ void seedIdentity(Sim &s, const Interface &i) {
   s.put("rpcclt_openapiIfMacAddrGet", key, {text(mac)});
   s.put("rpcclt_openapiIfDescrSizeGet", key, {num(255)});
   s.put("rpcclt_openapiIfStatusGet", key, {num(i.type == OPEN_INTF_TYPE_VLAN || phy || i.ifNum == kFirstLag ? 1 : 0)});
-  const char *descr = i.ifNum == 1 ? "Uplink to core" : i.ifNum == 2 ? "Office access point" : i.ifNum == 25 ? "Storage array" : "";
+  const char *descr = i.ifNum == 1 ? "Uplink to core" : i.ifNum == 2 ? "Office access point" : i.ifNum == storagePort ? "Storage array" : "";
   s.put("rpcclt_openapiIfDescrGet", key, {text(descr)});
 }
 
@@ -100,13 +97,31 @@ const CallRule kInterfaceRules[] = {
 };
 const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
 
+// The switch had been up this long when the scenario was loaded, so a
+// change under a timeline is stamped after every seeded one.
+constexpr int64_t kUptimeAtLoad = 90000;
+
+// What the link state is read from, in every group that reads it, plus
+// the traffic the counters held until now.
+void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
+  if (linkUp(s, ifNum) == up) return;
+  holdCountedTraffic(s, ifNum, atMs);
+  std::string key = std::to_string(ifNum);
+  s.put("openapiIfLinkStateGet", key, {num(up ? 0 : 1)});
+  s.put("openapiIfOprStateGet", key, {num(up ? 1 : 0)});
+  s.put("rpcclt_openapiIfActiveStateGet", key, {num(up ? 1 : 0)});
+  s.put("rpcclt_openapiIfLastChangeGet", key, {num(kUptimeAtLoad + atMs / 1000)});
+  s.put("openapiIfDuplexGet", key, {num(up ? 1 : 2)});
+}
+
 void seedInterfaces(Sim &s) {
+  SwitchLayout layout = layoutOf(s);
   s.interfaces.clear();
-  for (uint32_t p = 1; p <= kPhysicalPorts; ++p) s.interfaces.push_back({p, OPEN_INTF_TYPE_PHY});
-  s.interfaces.push_back({kCpuIf, OPEN_INTF_TYPE_CPU});
-  for (uint32_t l = 0; l < kLagCount; ++l) s.interfaces.push_back({kFirstLag + l, OPEN_INTF_TYPE_LAG});
+  for (uint32_t p = 1; p <= layout.ports(); ++p) s.interfaces.push_back({p, OPEN_INTF_TYPE_PHY});
+  s.interfaces.push_back({layout.ports() + 1, OPEN_INTF_TYPE_CPU});
+  for (uint32_t l = 0; l < layout.lags; ++l) s.interfaces.push_back({kFirstLag + l, OPEN_INTF_TYPE_LAG});
   for (const RoutingVlan &v : kRoutingVlans) s.interfaces.push_back({v.ifNum, OPEN_INTF_TYPE_VLAN});
-  for (const Interface &i : s.interfaces) seedIdentity(s, i);
+  for (const Interface &i : s.interfaces) seedIdentity(s, i, layout.firstFibre());
 }
 
 }  // namespace sim

@@ -486,6 +486,15 @@ Tables seedTables() {
 
 }  // namespace
 
+// The last address seen is the one the port reports; a port set to
+// D-Disable on a violation is shut as the feature shuts it.
+void recordPmlViolation(Sim &s, const TimelineEvent &e) {
+  std::string key = std::to_string(e.port);
+  s.put("rpcclt_openapiPmlIntfLastViolationAddrGet", key, {text(walkKey(e.macs.back())), num(e.vlan)});
+  if (storedNum(s, "rpcclt_openapiPmlIntfViolationDDisableModeGet", key, 0) == 1)
+    tripDDisable(s, e.port, "mac-locking", e.atMs);
+}
+
 const CallRule kPmlRules[] = {
     SIM_GET(rpcclt_openapiPmlGlobalAdminModeGet),
     SIM_SET(rpcclt_openapiPmlGlobalAdminModeSet, rpcclt_openapiPmlGlobalAdminModeGet, 0),

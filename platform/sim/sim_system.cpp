@@ -1,8 +1,10 @@
 // Registration, versions, and the CLI file exchange: show output generated
 // from the switch's state, configuration scripts really applied to it.
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "sim/sim.h"
@@ -12,9 +14,16 @@ namespace sim {
 
 namespace {
 
-const char *const kRecoveryCauses[] = {
-    "dhcp-rate-limit", "arp-inspection", "bcast-storm", "mcast-storm", "ucast-storm",  "bpduguard",
-    "bpdustorm",       "mac-locking",    "denial-of-service", "link-flap", "udld", "loop-protect",
+// Each cause of auto-recovery, in the order the switch lists them, with
+// the disable reason a port shut by that feature reports.
+struct RecoveryCause {
+  const char *name;
+  uint32_t reason;
+};
+const RecoveryCause kRecoveryCauses[] = {
+    {"dhcp-rate-limit", 6}, {"arp-inspection", 7},     {"bcast-storm", 8}, {"mcast-storm", 9},
+    {"ucast-storm", 10},    {"bpduguard", 4},          {"bpdustorm", 5},   {"mac-locking", 14},
+    {"denial-of-service", 15}, {"link-flap", 16},      {"udld", 2},        {"loop-protect", 13},
 };
 constexpr char kShowRecovery[] = "show errdisable recovery";
 
@@ -26,7 +35,7 @@ cJSON *errdisable(Sim &s) {
   }
   if (!cJSON_GetObjectItemCaseSensitive(e, "causes")) {
     cJSON *causes = cJSON_AddObjectToObject(e, "causes");
-    for (const char *c : kRecoveryCauses) cJSON_AddFalseToObject(causes, c);
+    for (const RecoveryCause &c : kRecoveryCauses) cJSON_AddFalseToObject(causes, c.name);
   }
   return e;
 }
@@ -47,6 +56,47 @@ std::string trim(const std::string &s) {
   return s.substr(b, s.find_last_not_of(" \t") - b + 1);
 }
 
+// Ports shut by a cause: {"port": {"cause", "atMs", "wasUp"}}; absent
+// until the first trip, so that a scenario without one dumps as before.
+cJSON *tripped(Sim &s, bool create = false) {
+  cJSON *e = errdisable(s);
+  cJSON *t = cJSON_GetObjectItemCaseSensitive(e, "tripped");
+  return t || !create ? t : cJSON_AddObjectToObject(e, "tripped");
+}
+
+int64_t intervalMs(Sim &s) {
+  return static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(errdisable(s), "interval")->valuedouble) * 1000;
+}
+
+bool recovers(Sim &s, const cJSON *trip) {
+  const cJSON *cause = cJSON_GetObjectItemCaseSensitive(trip, "cause");
+  cJSON *causes = cJSON_GetObjectItemCaseSensitive(errdisable(s), "causes");
+  return cJSON_IsString(cause) && cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(causes, cause->valuestring));
+}
+
+int64_t tripAtMs(const cJSON *trip) {
+  return static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(trip, "atMs")->valuedouble);
+}
+
+// The earliest moment a shut port comes back, or -1 when none will.
+int64_t nextRecoveryMs(Sim &s) {
+  int64_t next = -1;
+  const cJSON *trip = nullptr;
+  cJSON_ArrayForEach(trip, tripped(s)) {
+    int64_t at = tripAtMs(trip) + intervalMs(s);
+    if (recovers(s, trip) && (next < 0 || at < next)) next = at;
+  }
+  return next;
+}
+
+// With no port waiting to recover, the countdown runs round the interval.
+long secondsLeft(Sim &s, bool anyEnabled, int interval) {
+  int64_t next = nextRecoveryMs(s), now = clockNowMs(s.clock);
+  if (next >= 0) return static_cast<long>(std::max<int64_t>(0, next - now) + 999) / 1000;
+  int64_t elapsed = now / 1000;
+  return anyEnabled && interval > 0 ? interval - static_cast<long>(elapsed % interval) : 0;
+}
+
 std::string recoveryShowText(Sim &s) {
   cJSON *e = errdisable(s);
   int interval = cJSON_GetObjectItemCaseSensitive(e, "interval")->valueint;
@@ -60,8 +110,7 @@ std::string recoveryShowText(Sim &s) {
     snprintf(line, sizeof line, "%-28s %s\n", c->string, cJSON_IsTrue(c) ? "Enabled" : "Disabled");
     rows += line;
   }
-  int64_t elapsed = monotonicSeconds() - s.startedAt;
-  long timeLeft = anyEnabled && interval > 0 ? interval - static_cast<long>(elapsed % interval) : 0;
+  long timeLeft = secondsLeft(s, anyEnabled, interval);
 
   std::string out;
   snprintf(line, sizeof line, "Time left for Auto-recovery from D-Disable state..... %ld\n\n", timeLeft);
@@ -95,8 +144,8 @@ int cliCompress(Sim &, Call &c) {
 
 bool isRecoveryCause(const std::string &name) {
   if (name == "all") return true;
-  for (const char *c : kRecoveryCauses)
-    if (name == c) return true;
+  for (const RecoveryCause &c : kRecoveryCauses)
+    if (name == c.name) return true;
   return false;
 }
 
@@ -175,6 +224,43 @@ int cliApply(Sim &s, Call &c) {
 int succeed(Sim &, Call &) { return 0; }
 
 }  // namespace
+
+int disableReasonOf(const std::string &cause) {
+  for (const RecoveryCause &c : kRecoveryCauses)
+    if (cause == c.name) return static_cast<int>(c.reason);
+  return 0;
+}
+
+void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs) {
+  bool wasUp = linkUp(s, ifNum);
+  setLinkState(s, ifNum, false, atMs);
+  std::string key = std::to_string(ifNum);
+  s.put("openapiIfOprStateGet", key, {num(2)});
+  setDisableReason(s, ifNum, static_cast<uint32_t>(disableReasonOf(cause)));
+  cJSON *t = tripped(s, true);
+  cJSON_DeleteItemFromObjectCaseSensitive(t, key.c_str());
+  cJSON *trip = cJSON_AddObjectToObject(t, key.c_str());
+  cJSON_AddStringToObject(trip, "cause", cause.c_str());
+  cJSON_AddNumberToObject(trip, "atMs", static_cast<double>(atMs));
+  cJSON_AddBoolToObject(trip, "wasUp", wasUp);
+}
+
+// A port comes back one interval after its trip, if its cause is set to
+// recover by then; the interval in force when asked counts.
+void recoverDDisabled(Sim &s, int64_t uptoMs) {
+  cJSON *t = tripped(s);
+  for (cJSON *trip = t ? t->child : nullptr, *next = nullptr; trip; trip = next) {
+    next = trip->next;
+    int64_t at = tripAtMs(trip) + intervalMs(s);
+    if (!recovers(s, trip) || at > uptoMs) continue;
+    uint32_t ifNum = static_cast<uint32_t>(strtoul(trip->string, nullptr, 10));
+    setDisableReason(s, ifNum, 0);
+    bool up = cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(trip, "wasUp"));
+    setLinkState(s, ifNum, up, at);
+    s.put("openapiIfOprStateGet", std::to_string(ifNum), {num(up ? 1 : 0)});
+    cJSON_DeleteItemFromObjectCaseSensitive(t, trip->string);
+  }
+}
 
 const CallRule kSystemRules[] = {
     SIM_CUSTOM(openapiClientRegister, succeed),

@@ -88,11 +88,13 @@ def private_view(script):
 
 
 class Sim:
-    """A private open-sim daemon on its own socket (or `path`, as a restart); `wrap` prefixes its command."""
+    """A private open-sim daemon on its own socket (or `path`, as a restart) with the default or a named
+    `scenario`; `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None, path=None, program=OPEN_SIM):
+    def __init__(self, wrap=None, path=None, program=OPEN_SIM, scenario=None):
         self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
-        self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket),
+        self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket,
+                                                                *(["--scenario", scenario] if scenario else [])),
                                      stderr=subprocess.PIPE)
         deadline = time.time() + 10
         while not os.path.exists(self.socket):

@@ -1,0 +1,83 @@
+// The ready scenarios built into open-sim: a name, what it shows, and its
+// text (a timeline on the default switch, or a whole switch).
+#include <string.h>
+
+#include "sim/sim.h"
+
+namespace sim {
+
+namespace {
+
+// Every cause must be listed, in the switch's order, for the recovery
+// table to show them all.
+#define RECOVERY(interval, enabledCause)                                                                         \
+  R"("errdisable": {"interval": )" #interval R"(, "causes": {"dhcp-rate-limit": false, "arp-inspection": false, )" \
+  R"("bcast-storm": false, "mcast-storm": false, "ucast-storm": false, "bpduguard": )" enabledCause               \
+  R"(, "bpdustorm": false, "mac-locking": )" enabledCause R"(, "denial-of-service": false, "link-flap": false, )" \
+  R"("udld": false, "loop-protect": false}})"
+
+const char kUplinkFlap[] = R"({"timeline": [
+  {"at": 5, "event": "link-down", "port": 1},
+  {"at": 8, "event": "link-up", "port": 1},
+  {"at": 20, "event": "link-down", "port": 1},
+  {"at": 21, "event": "link-up", "port": 1},
+  {"at": 40, "event": "link-down", "port": 1},
+  {"at": 70, "event": "link-up", "port": 1},
+  {"at": 120, "event": "link-down", "port": 1},
+  {"at": 125, "event": "link-up", "port": 1}
+]})";
+
+const char kDDisableRecovery[] = R"({"model": {)" RECOVERY(60, "true") R"(}, "timeline": [
+  {"at": 10, "event": "ddisable", "port": 3, "cause": "bpduguard"}
+]})";
+
+const char kPmlViolation[] = R"({"model": {)" RECOVERY(120, "true") R"(}, "timeline": [
+  {"at": 10, "event": "pml-violation", "port": 2, "macs": ["00:1E:C9:AA:00:01"], "vlan": 1},
+  {"at": 20, "event": "pml-violation", "port": 2, "macs": ["00:1E:C9:AA:00:02", "00:1E:C9:AA:00:03"], "vlan": 1},
+  {"at": 30, "event": "pml-violation", "port": 3, "macs": ["00:1B:21:3A:4F:99"], "vlan": 10}
+]})";
+
+struct ReadyScenario {
+  const char *name;
+  const char *shows;
+  std::string (*text)();
+};
+
+std::string switch10() { return scenarioFor({8, 2, 1, false}); }
+std::string switch52() { return scenarioFor({48, 4, 4, false}); }
+std::string uplinkFlap() { return kUplinkFlap; }
+std::string ddisableRecovery() { return kDDisableRecovery; }
+std::string pmlViolation() { return kPmlViolation; }
+
+const ReadyScenario kReady[] = {
+    {"default", "the 28-port switch: 24 copper ports, four 25G fibre ports, two LAGs", defaultScenario},
+    {"switch-10", "a 10-port switch: 8 copper ports, two 10G fibre uplinks, one LAG", switch10},
+    {"switch-52", "a 52-port switch: 48 copper ports, four 10G fibre uplinks, four LAGs", switch52},
+    {"uplink-flap", "the uplink (port 1) goes down and up four times in two minutes", uplinkFlap},
+    {"ddisable-recovery", "BPDU guard shuts port 3 at 10 s; auto-recovery brings it back 60 s later",
+     ddisableRecovery},
+    {"pml-violation", "foreign addresses on locked ports 2 (reported) and 3 (D-Disabled at 30 s, back at 150 s)",
+     pmlViolation},
+};
+
+}  // namespace
+
+std::string readyScenarioList() {
+  std::string out;
+  for (const ReadyScenario &r : kReady) {
+    std::string name = r.name;
+    out += name + std::string(name.size() < 20 ? 20 - name.size() : 1, ' ') + r.shows + "\n";
+  }
+  return out;
+}
+
+bool readyScenario(const std::string &name, std::string *text) {
+  for (const ReadyScenario &r : kReady) {
+    if (name != r.name) continue;
+    *text = r.text();
+    return true;
+  }
+  return false;
+}
+
+}  // namespace sim

@@ -66,8 +66,10 @@ bool readCliFile(const std::string &path, std::string *out) {
 bool writeCliFile(const std::string &path, const std::string &content) {
   int fd = openCliFile(path, O_WRONLY | O_CREAT);
   if (fd < 0) return false;
-  // The program, in the folder's group, reads and removes what is written here.
-  bool ok = ftruncate(fd, 0) == 0 && fchmod(fd, 0660) == 0;
+  // The program, in the folder's group, reads and removes what is written
+  // here; a file the program made stays as the program made it.
+  struct stat st = {};
+  bool ok = ftruncate(fd, 0) == 0 && fstat(fd, &st) == 0 && (st.st_uid != geteuid() || fchmod(fd, 0660) == 0);
   for (size_t done = 0; ok && done < content.size();) {
     ssize_t n = write(fd, content.data() + done, content.size() - done);
     ok = n > 0;

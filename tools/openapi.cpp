@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "api/routes.h"
@@ -14,6 +15,14 @@ namespace {
 
 constexpr char kRoot[] = "/api/v2/interfaces";
 constexpr char kMacPattern[] = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
+// A reply's MAC text is empty where the switch has none to give (no violation yet).
+constexpr char kReplyMacPattern[] = "^([0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5})?$";
+constexpr char kClientNotes[] =
+#include "client_notes.inc"
+    ;
+constexpr char kNotesPointer[] =
+    " Failures come as HTTP 200 with the code in the envelope; the API description's first page tells what "
+    "else a client meets.";
 // Every code a reply can carry; the first is success.
 constexpr uint32_t kCodes[] = {CODE_SUCCESS,   CODE_GENERAL_FAILED, CODE_INVALID_ARGUMENT,
                                CODE_OBJECT_EXIST, CODE_NOT_FOUND,   CODE_UNSUPPORTED};
@@ -21,18 +30,31 @@ constexpr uint32_t kCodes[] = {CODE_SUCCESS,   CODE_GENERAL_FAILED, CODE_INVALID
 struct Tag {
   const char *dir;  // the route's path below the API root
   const char *name;
+  const char *description;  // on the first row of a name
 };
 const Tag kTags[] = {
-    {"/green-ethernet", "green Ethernet"},
-    {"/green-ethernet-eee-api", "EEE"},
-    {"/green-pwr-estimates", "power estimates"},
-    {"/green-pwr-sav-history", "power-saving history"},
-    {"/if", "interfaces"},
-    {"/if/counters", "interfaces"},
-    {"/if/all-counters", "interfaces"},
-    {"/pml", "MAC locking"},
-    {"", "cable"},
-    {"/interface-app", "interface application"},
+    {"/green-ethernet", "green Ethernet",
+     "Energy detect and short reach per port: the port sleeps while no link partner is seen, and uses less "
+     "power on short cables."},
+    {"/green-ethernet-eee-api", "EEE",
+     "Energy-efficient Ethernet (low power idle) per port and for the switch: modes, timers, statistics and "
+     "the sampled history of low-power time."},
+    {"/green-pwr-estimates", "power estimates",
+     "The switch's estimates of the power each port and the whole switch use now, and what they saved."},
+    {"/green-pwr-sav-history", "power-saving history",
+     "Samples of the power saved, taken at the configured interval, walked sample by sample."},
+    {"/if", "interfaces",
+     "The ports: enumeration and identity, link and operational state, speed, duplex, frame sizes, "
+     "descriptions, administrative state, port expansion and FEC, D-Disable auto-recovery, and their "
+     "traffic counters."},
+    {"/if/counters", "interfaces", nullptr},
+    {"/if/all-counters", "interfaces", nullptr},
+    {"/pml", "MAC locking",
+     "Port MAC locking: which source MAC addresses a port accepts, its limits, the addresses it learned or "
+     "was given, the last violation, and stream filters."},
+    {"", "cable", "Cable diagnostics of a copper port: the state and length of each pair."},
+    {"/interface-app", "interface application",
+     "Time ranges of a port and its colour LED: mode, colour and brightness."},
 };
 
 struct Example {
@@ -68,6 +90,52 @@ cJSON *textList(std::initializer_list<const char *> texts) {
   cJSON *a = cJSON_CreateArray();
   for (const char *t : texts) cJSON_AddItemToArray(a, cJSON_CreateString(t));
   return a;
+}
+
+// "getIfLinkState" -> "IfLinkState": the stem of an operation's model names,
+// which generated clients turn into type names.
+std::string modelStem(const std::string &operationId) {
+  size_t i = 0;
+  while (i < operationId.size() && islower(static_cast<unsigned char>(operationId[i]))) ++i;
+  return operationId.substr(i);
+}
+
+void addTitle(cJSON *schema, const std::string &title) {
+  if (!cJSON_GetObjectItem(schema, "title")) addText(schema, "title", title.c_str());
+}
+
+// "linkState", "admin-state" -> "LinkState", "AdminState".
+std::string pascal(const char *key) {
+  std::string out;
+  bool upper = true;
+  for (const char *c = key; *c; ++c) {
+    if (!isalnum(static_cast<unsigned char>(*c))) {
+      upper = true;
+      continue;
+    }
+    out += upper ? static_cast<char>(toupper(static_cast<unsigned char>(*c))) : *c;
+    upper = false;
+  }
+  return out;
+}
+
+bool isType(const cJSON *schema, const char *type) {
+  const cJSON *t = cJSON_GetObjectItem(schema, "type");
+  return cJSON_IsString(t) && strcmp(t->valuestring, type) == 0;
+}
+
+// Names every object and choice below `schema` after its place in it, so
+// that a generator's model names read like the switch's words rather than
+// like their positions.
+void titleObjects(cJSON *schema, const std::string &name) {
+  if (!schema || cJSON_GetObjectItem(schema, "$ref")) return;
+  cJSON *choices = cJSON_GetObjectItem(schema, "oneOf");
+  if (isType(schema, "object") || choices) addTitle(schema, name);
+  cJSON *props = cJSON_GetObjectItem(schema, "properties");
+  for (cJSON *p = props ? props->child : nullptr; p; p = p->next) titleObjects(p, name + pascal(p->string));
+  titleObjects(cJSON_GetObjectItem(schema, "items"), name + "Entry");
+  for (cJSON *c = choices ? choices->child : nullptr; c; c = c->next)
+    titleObjects(c, name + (isType(c, "array") ? "List" : "One"));
 }
 
 cJSON *numberSchema() {
@@ -201,10 +269,14 @@ cJSON *argSchema(const kit::Arg &a) {
       describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " characters.");
       return s;
     }
+    case Kind::OutText: {
+      cJSON *t = textSchema(false);
+      if (a.mac) addText(t, "pattern", kReplyMacPattern);
+      return t;
+    }
     case Kind::LookupText:
     case Kind::BodyBuffer:
     case Kind::QueryBuffer:
-    case Kind::OutText:
       return textSchema(a.mac);
   }
   return object();
@@ -377,6 +449,9 @@ std::string summaryOf(const RouteRow &r) {
 
 void addParameters(cJSON *op, const std::vector<Input> &inputs) {
   cJSON *params = cJSON_CreateArray();
+  // Also a parameter, not only the security scheme: some client generators
+  // offer no way to send an API key header, every one sends a parameter.
+  cJSON_AddItemToArray(params, ref("#/components/parameters/Session"));
   cJSON *bodyProps = object(), *bodyReq = cJSON_CreateArray(), *bodyExample = object();
   bool hasBody = false;
   for (const Input &in : inputs) {
@@ -406,6 +481,7 @@ void addParameters(cJSON *op, const std::vector<Input> &inputs) {
   addText(schema, "type", "object");
   add(schema, "properties", bodyProps);
   add(schema, "required", bodyReq);
+  titleObjects(schema, modelStem(cJSON_GetObjectItem(op, "operationId")->valuestring) + "Body");
   cJSON *body = addObject(op, "requestBody");
   cJSON_AddTrueToObject(body, "required");
   addText(body, "description", "JSON; keys are matched without regard to case. A body that is not JSON is "
@@ -424,14 +500,19 @@ cJSON *operation(const RouteRow &r) {
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));
 
   doc::Shape shape = r.hand ? r.hand->shape : r.doc->shape;
   const char *group = r.hand ? r.hand->group : r.doc->group;
   cJSON *data = r.hand ? replyData(*r.hand) : replyData(*r.doc);
+  std::string stem = modelStem(operationId(r));
+  addTitle(data, stem + "Values");
   cJSON *schema = replySchema(shape, group, data, r.doc ? r.doc->code : 0);
   if (shape == doc::Shape::Set || shape == doc::Shape::Fixed) cJSON_Delete(data);
+  if (cJSON *success = cJSON_GetArrayItem(cJSON_GetObjectItem(schema, "oneOf"), 0)) addTitle(success, stem + "Result");
+  titleObjects(schema, stem + "Reply");
 
   cJSON *responses = addObject(op, "responses");
   cJSON *ok = addObject(responses, "200");
@@ -475,6 +556,12 @@ cJSON *components() {
   cJSON *refused = addObject(addObject(comp, "responses"), "Refused");
   addText(refused, "description", "\"Status:403\" and no body: the session header is missing, names no session, the "
                                   "session has expired, or it may only read and the route writes.");
+  cJSON *header = addObject(addObject(comp, "parameters"), "Session");
+  addText(header, "name", "session");
+  addText(header, "in", "header");
+  cJSON_AddFalseToObject(header, "required");  // the security requirement says it is needed
+  addText(header, "description", "The session token, as the security scheme \"session\" sends it.");
+  add(header, "schema", textSchema(false));
   cJSON *session = addObject(addObject(comp, "securitySchemes"), "session");
   addText(session, "type", "apiKey");
   addText(session, "in", "header");
@@ -488,12 +575,28 @@ cJSON *info(const char *version) {
   cJSON *i = object();
   addText(i, "title", "Switch interfaces API");
   addText(i, "version", version);
-  addText(i, "description",
-          "Interfaces, green Ethernet, MAC locking and interface application settings of the switch. Every reply "
-          "is one JSON envelope: on success the values under the route's group key, then \"resp\" with "
-          "respCode, respMsg and status. Replies keep the spelling the switch's web pages expect: keys differ "
-          "between reads and writes of one value, and some POST routes read no body.");
+  addText(i, "description", kClientNotes);
+  cJSON *contact = addObject(i, "contact");
+  addText(contact, "name", "Switch web management team");
+  addText(contact, "email", "switch-web@example.org");
+  cJSON *license = addObject(i, "license");
+  addText(license, "name", "Proprietary: all rights reserved by the interfaces-v2 developers");
+  addText(license, "identifier", "LicenseRef-Proprietary");
   return i;
+}
+
+// The document is served by the switch whose API it describes: relative to
+// it first, which the explorer uses; the developer's `make run` second.
+cJSON *servers() {
+  cJSON *list = cJSON_CreateArray();
+  for (auto [url, what] : {std::pair{"/", "The switch that serves this document"},
+                           std::pair{"http://127.0.0.1:8080", "make run on this machine"}}) {
+    cJSON *server = object();
+    addText(server, "url", url);
+    addText(server, "description", what);
+    cJSON_AddItemToArray(list, server);
+  }
+  return list;
 }
 
 }  // namespace
@@ -502,6 +605,7 @@ cJSON *openApiDocument(const char *version) {
   cJSON *root = object();
   addText(root, "openapi", "3.1.0");
   add(root, "info", info(version));
+  add(root, "servers", servers());
   cJSON *tags = add(root, "tags", cJSON_CreateArray());
   for (const Tag &t : kTags) {
     bool seen = false;
@@ -510,6 +614,7 @@ cJSON *openApiDocument(const char *version) {
     if (seen) continue;
     cJSON *tag = object();
     addText(tag, "name", t.name);
+    addText(tag, "description", t.description);
     cJSON_AddItemToArray(tags, tag);
   }
   cJSON *security = cJSON_CreateArray();

@@ -37,11 +37,27 @@ void printDetail(const RouteDoc *doc) {
   for (size_t i = 0; i < doc->argCount; ++i) printf(" %s:%s", kindName(doc->args[i].kind), doc->args[i].name.s);
 }
 
+// cJSON indents with tabs, which YAML forbids, and many OpenAPI tools read
+// JSON through a YAML parser. Outside strings (where cJSON escapes them) a
+// tab is layout only: two spaces where it indents, one after a colon.
+void putSpaced(const char *text) {
+  bool lineStart = true;
+  for (const char *c = text; *c; ++c) {
+    if (*c == '\t') {
+      fputs(lineStart ? "  " : " ", stdout);
+      continue;
+    }
+    lineStart = *c == '\n';
+    fputc(*c, stdout);
+  }
+  fputc('\n', stdout);
+}
+
 int printOpenApi() {
   JsonPtr document(openApiDocument(IF_VERSION));
   char *text = document ? cJSON_Print(document.get()) : nullptr;
   if (!text) return 1;
-  puts(text);
+  putSpaced(text);
   cJSON_free(text);
   return 0;
 }

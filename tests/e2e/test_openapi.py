@@ -11,7 +11,9 @@ import urllib.parse
 
 from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
 
-CHECK = os.path.join(os.path.dirname(os.path.abspath(__file__)), "openapi_check.mjs")
+HERE = os.path.dirname(os.path.abspath(__file__))
+CHECK = os.path.join(HERE, "openapi_check.mjs")
+TOOLS = os.path.join(HERE, "..", "..", "node_modules", ".bin")
 TAGS = {"green Ethernet", "EEE", "power estimates", "power-saving history", "interfaces", "MAC locking", "cable",
         "interface application"}
 LINK_UP = {"if": {"linkState": "up"}, "resp": {"respCode": 0, "respMsg": "Success", "status": "success"}}
@@ -33,7 +35,8 @@ def operations(document):
 
 def example_request(op):
     """The query string and body that the document's examples make up."""
-    query = urllib.parse.urlencode([(p["name"], p["example"]) for p in op["parameters"]], safe=":")
+    query = urllib.parse.urlencode([(p["name"], p["example"]) for p in op["parameters"] if "$ref" not in p],
+                                   safe=":")
     body = op.get("requestBody", {}).get("content", {}).get("application/json", {}).get("example")
     return query or None, body
 
@@ -49,12 +52,39 @@ def check(document, replies):
     return r.returncode, r.stdout + r.stderr
 
 
+def lint(printed):
+    """What redocly's recommended rules and spectral's OpenAPI rules find in the document as printed:
+    a list of (linter, rule) pairs."""
+    with tempfile.TemporaryDirectory() as d:
+        path = os.path.join(d, "openapi.json")
+        with open(path, "wb") as f:
+            f.write(printed)
+        redocly = subprocess.run([os.path.join(TOOLS, "redocly"), "lint", "--format=json", path],
+                                 capture_output=True, text=True, timeout=120)
+        report = os.path.join(d, "spectral.json")
+        subprocess.run([os.path.join(TOOLS, "spectral"), "lint", "-r", os.path.join(HERE, "spectral.yaml"), "-f", "json",
+                        "-o", report, path], capture_output=True, timeout=120)
+        with open(report) as f:
+            spectral = json.load(f)
+    found = [("redocly", p["ruleId"]) for p in json.loads(redocly.stdout)["problems"]]
+    return found + [("spectral", p["code"]) for p in spectral]
+
+
 class OpenApiDocument(SimTestCase):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        out = subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout
-        cls.document = json.loads(out, object_pairs_hook=unique_keys)
+        cls.printed = subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout
+        cls.document = json.loads(cls.printed, object_pairs_hook=unique_keys)
+
+    def test_linters_find_nothing_in_the_document_as_printed(self):
+        self.assertNotIn(b"\t", self.printed)  # YAML readers refuse tabs
+        self.assertEqual(lint(self.printed), [])
+        broken = json.loads(self.printed)
+        del broken["servers"], broken["tags"][0]["description"], broken["info"]["contact"]
+        self.assertEqual(set(lint(json.dumps(broken).encode())),
+                         {("redocly", "no-empty-servers"), ("redocly", "tag-description"),
+                          ("spectral", "oas3-api-servers"), ("spectral", "info-contact")})
 
     def test_one_operation_per_serving_registration(self):
         registered = {(m, p + "/" + n) for (_, m, p, n) in (row[0].split() for row in served_routes())}

@@ -518,6 +518,9 @@ cJSON *operation(const RouteRow &r) {
   cJSON *ok = addObject(responses, "200");
   addText(ok, "description", shape == doc::Shape::Set || shape == doc::Shape::Fixed
                                  ? "The code alone, ending with a newline."
+                             : shape == doc::Shape::Check
+                                 ? "On success the values under the group key, without a final newline; when the "
+                                   "switch refuses, the code alone, ending with a newline."
                                  : "On success the values under the group key, without a final newline.");
   add(addObject(addObject(ok, "content"), "application/json"), "schema", schema);
   add(responses, "403", ref("#/components/responses/Refused"));

@@ -276,6 +276,11 @@ void logMessage(int level, const char *format, ...) {
   if (g.mode & LOG_TO_FILE) {
     pthread_mutex_lock(&g.mutex);
     if (g.followPending) followNamedLog();
+    // With no usable log the lines go to the reply, as they always have. The
+    // one token they can hold at level 7 is the caller's own, sent in this
+    // very request, so the reply shows nobody a token they did not have; a
+    // user who planted the log's name sees nothing of it, and the refusal is
+    // already said on standard error and syslog.
     va_start(args, format);
     logWriteStream(g.file, level, format, args);
     va_end(args);

@@ -433,19 +433,7 @@ std::string operationId(const RouteRow &r) {
   return id;
 }
 
-std::string summaryOf(const RouteRow &r) {
-  if (r.hand) return r.hand->summary;
-  const RouteDoc &d = *r.doc;
-  if (d.shape == doc::Shape::Fixed) return "Not supported on this switch: always answers " + std::to_string(d.code);
-  std::string keys;
-  for (size_t i = 0; i < d.argCount; ++i) {
-    bool shown = d.shape == doc::Shape::Set ? kit::readsBody(d.args[i].kind) : kit::isOutput(d.args[i].kind);
-    if (shown) keys += (keys.empty() ? "" : ", ") + std::string(d.args[i].name.s);
-  }
-  const char *verb = d.shape == doc::Shape::Set ? "Sets " : d.shape == doc::Shape::Check ? "Asks " : "Reads ";
-  if (keys.empty()) return (r.method == METHOD_DELETE ? "Deletes " : "Runs ") + std::string(r.name);
-  return verb + keys;
-}
+std::string summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
 
 void addParameters(cJSON *op, const std::vector<Input> &inputs) {
   cJSON *params = cJSON_CreateArray();

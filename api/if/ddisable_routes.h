@@ -37,8 +37,14 @@ inline constexpr doc::HandDoc kRecoveryCauseGetDoc =
 inline constexpr doc::HandDoc kRecoveryCauseSetDoc =
     doc::set("Turns auto-recovery on (\"enable\") or off (any other mode) for one D-Disable cause", {},
              recovery_doc::kCauseAndMode);
-inline constexpr doc::HandDoc kNextPhysicalIfDoc = doc::read("The physical interface after prevIfNum (0: the first)",
-                                                             "if", recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
+// Both walks answer alike, for the auto-recovery table and for the
+// D-Disable reasons page; each is named for the page it serves.
+inline constexpr doc::HandDoc kRecoveryTableNextIfDoc =
+    doc::read("Walks the auto-recovery table: the physical interface after prevIfNum (0: the first)", "if",
+              recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
+inline constexpr doc::HandDoc kReasonNextIfDoc =
+    doc::read("Walks the D-Disable reasons: the physical interface after prevIfNum (0: the first)", "if",
+              recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
 inline constexpr doc::HandDoc kRecoveryFeatureListDoc =
     doc::read("The D-Disable causes auto-recovery knows, joined by \",\"", "if", {}, recovery_doc::kFeatureList);
 inline constexpr doc::HandDoc kRecoveryTimeLeftDoc =

@@ -5,6 +5,8 @@
 // holds the marks and the order to each other.
 #include "api/routes.h"
 
+#include "api/field_texts.h"
+
 #include "api/program.h"
 
 #include <iterator>
@@ -555,6 +557,32 @@ constexpr bool summariesHold() {
   return true;
 }
 static_assert(summariesHold(), "every row has a summary of its own");
+
+constexpr bool described(const RouteRow &r, const char *field) {
+  const doc::FieldText *t = doc::fieldText(r.name, field);
+  return t && t->text && *t->text;
+}
+
+// Every query parameter, body key and reply key a row uses has its text in
+// api/field_texts.h.
+constexpr bool fieldsDescribed() {
+  for (const RouteRow &r : kRoutes) {
+    if (r.hand) {
+      for (doc::Fields fields : {r.hand->query, r.hand->body, r.hand->reply})
+        for (const doc::Field &f : fields)
+          if (!described(r, f.name)) return false;
+      if (r.hand->listKey && !described(r, r.hand->listKey)) return false;
+      continue;
+    }
+    for (size_t i = 0; i < r.doc->argCount; ++i) {
+      const kit::Arg &a = r.doc->args[i];
+      if (!described(r, a.name.s)) return false;
+      if (!a.fallback.empty() && !described(r, a.fallback.s)) return false;
+    }
+  }
+  return true;
+}
+static_assert(fieldsDescribed(), "every field a row uses has its text in api/field_texts.h");
 
 }  // namespace
 

@@ -542,6 +542,8 @@ cJSON *operation(const RouteRow &r) {
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  if (r.doc && r.doc->shape == doc::Shape::Fixed)
+    note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
   note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));

@@ -73,9 +73,9 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body("sampleInterval")>),
     ROUTE(PWR_HIST, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval", "Reads the interval between samples of the EEE low-power-idle history",
           Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, out("sampleInterval")>),
-    ROUTE(PWR_HIST, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples", "Sets how many samples the EEE low-power-idle history keeps per port",
+    ROUTE(PWR_HIST, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples", "Sets how many samples the EEE low-power-idle history keeps, for all ports",
           Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body("maxSamples")>),
-    ROUTE(PWR_HIST, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples", "Reads how many samples the EEE low-power-idle history keeps per port",
+    ROUTE(PWR_HIST, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples", "Reads how many samples the EEE low-power-idle history keeps, for all ports",
           Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out("maxSamples")>),
     HANDLER(PWR_HIST, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
@@ -312,7 +312,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(EEE, METHOD_GET, "time-since-last-stats-reset", "Reads the time since one port's EEE statistics were cleared, as days, hours, minutes and seconds",
           Read<"greenEthernetEeeApi", rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, scan("intIfNum"),
                out("days"), out("hours"), out("minutes"), out("seconds")>),
-    ROUTE(EEE, METHOD_GET, "total-lpi-time", "Reads one port's total low-power-idle time",
+    ROUTE(EEE, METHOD_GET, "total-lpi-time", "Reads the total low-power-idle time of all ports",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, out("lpiTotalTime")>),
     ROUTE(
         EEE, METHOD_GET, "tx-dll-enable", "Reads whether one port's transmit data link layer EEE negotiation is enabled",

@@ -208,6 +208,26 @@ inline constexpr RouteFieldText kRouteFieldTexts[] = {
     {"descr-size", {"size", "The longest description, in characters."}},
 };
 
+// What more an operation's caller needs to know than its summary says,
+// keyed by route name: the operation's description begins with it.
+struct RouteNote {
+  const char *route;
+  const char *text;
+};
+
+inline constexpr RouteNote kRouteNotes[] = {
+    {"first", "Start of the walk over the interfaces of one type; \"next\" continues it."},
+    {"next", "Pass the type and the last interface number; the walk ends when the reply carries a non-zero code."},
+    {"valid-intf-next", "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code."},
+    {"intf-expandable-port-next", "The walk ends when the reply carries a non-zero code."},
+    {"next-valid-intf", "The walk ends when the reply carries a non-zero code."},
+    {"cable-status", "Runs the switch's copper cable test on the port; lengths are in the switch's own units."},
+    {"ethr-eee-lpi-history-intf-sample-interval", "Reads or sets no interface: one value for the whole switch."},
+    {"ethr-eee-lpi-history-intf-max-samples", "Reads or sets no interface: one value for the whole switch."},
+    {"features-supported", "With no unit, asks for unit 0."},
+    {"intf-dynamic-to-static-move", "Reads no body."},
+};
+
 constexpr bool sameName(const char *a, const char *b) {
   while (*a && *a == *b) ++a, ++b;
   return *a == *b;
@@ -219,6 +239,13 @@ constexpr const FieldText *fieldText(const char *route, const char *field) {
     if (sameName(r.route, route) && sameName(r.text.name, field)) return &r.text;
   for (const FieldText &f : kFieldTexts)
     if (sameName(f.name, field)) return &f;
+  return nullptr;
+}
+
+// The note of a route, or null.
+constexpr const char *routeNote(const char *route) {
+  for (const RouteNote &n : kRouteNotes)
+    if (sameName(n.route, route)) return n.text;
   return nullptr;
 }
 

@@ -643,6 +643,22 @@ constexpr bool fieldsDescribed() {
 }
 static_assert(fieldsDescribed(), "every field a row uses has its text in api/field_texts.h");
 
+constexpr bool registered(const char *route) {
+  for (const RouteRow &r : kRoutes)
+    if (sameText(r.name, route)) return true;
+  return false;
+}
+
+// A route's own text or note names a route that exists.
+constexpr bool routeTextsNameRoutes() {
+  for (const doc::RouteFieldText &t : doc::kRouteFieldTexts)
+    if (!registered(t.route)) return false;
+  for (const doc::RouteNote &n : doc::kRouteNotes)
+    if (!registered(n.route)) return false;
+  return true;
+}
+static_assert(routeTextsNameRoutes(), "every route-specific text in api/field_texts.h names a registered route");
+
 }  // namespace
 
 void registerRoutes(RouteTable *table) {

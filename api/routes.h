@@ -43,13 +43,16 @@ struct RouteRow {
   const RouteDoc *doc;        // null for hand-written handlers
   const doc::HandDoc *hand;   // a hand-written handler's own description
   bool shadowed;
+  const char *summary;        // a table row's summary; a HandDoc carries its own
 };
 
-#define ROUTE(path, method, name, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false}
-#define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false}
-#define SHADOWED_ROUTE(path, method, name, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true}
+// A table row names what it does in the switch's terms, as the API
+// document's summary of the operation: a row cannot come without it.
+#define ROUTE(path, method, name, summary, ...) \
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary ""}
+#define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false, nullptr}
+#define SHADOWED_ROUTE(path, method, name, summary, ...) \
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true, summary ""}
 
 extern const RouteRow kRoutes[];
 extern const size_t kRouteCount;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "api/field_texts.h"
 #include "api/routes.h"
 #include "frame/envelope.h"
 
@@ -433,19 +434,60 @@ std::string operationId(const RouteRow &r) {
   return id;
 }
 
-std::string summaryOf(const RouteRow &r) {
-  if (r.hand) return r.hand->summary;
-  const RouteDoc &d = *r.doc;
-  if (d.shape == doc::Shape::Fixed) return "Not supported on this switch: always answers " + std::to_string(d.code);
-  std::string keys;
-  for (size_t i = 0; i < d.argCount; ++i) {
-    bool shown = d.shape == doc::Shape::Set ? kit::readsBody(d.args[i].kind) : kit::isOutput(d.args[i].kind);
-    if (shown) keys += (keys.empty() ? "" : ", ") + std::string(d.args[i].name.s);
-  }
-  const char *verb = d.shape == doc::Shape::Set ? "Sets " : d.shape == doc::Shape::Check ? "Asks " : "Reads ";
-  if (keys.empty()) return (r.method == METHOD_DELETE ? "Deletes " : "Runs ") + std::string(r.name);
-  return verb + keys;
+// A field's text from api/field_texts.h goes first, before what the
+// program's handling adds; the range the switch enforces becomes minimum
+// and maximum of a number.
+void leadWith(cJSON *schema, const char *text) {
+  const cJSON *old = cJSON_GetObjectItem(schema, "description");
+  std::string all = old ? std::string(text) + " " + old->valuestring : text;
+  if (old) cJSON_DeleteItemFromObject(schema, "description");
+  addText(schema, "description", all.c_str());
 }
+
+void setNumber(cJSON *schema, const char *key, int64_t n) {
+  if (n == doc::kNoBound) return;
+  cJSON_DeleteItemFromObject(schema, key);
+  cJSON_AddNumberToObject(schema, key, static_cast<double>(n));
+}
+
+void addRange(cJSON *schema, const doc::FieldText &t) {
+  const cJSON *type = cJSON_GetObjectItem(schema, "type");
+  if (!cJSON_IsString(type) || (strcmp(type->valuestring, "integer") != 0 && strcmp(type->valuestring, "number") != 0))
+    return;
+  setNumber(schema, "minimum", t.minimum);
+  setNumber(schema, "maximum", t.maximum);
+}
+
+// The properties of an object, of the objects of a list, or of each choice.
+void describeFields(cJSON *schema, const char *route) {
+  if (!schema) return;
+  for (cJSON *p = cJSON_GetObjectItem(schema, "properties") ? cJSON_GetObjectItem(schema, "properties")->child : nullptr; p;
+       p = p->next) {
+    const doc::FieldText *t = doc::fieldText(route, p->string);
+    if (t && !cJSON_GetObjectItem(p, "$ref")) {
+      leadWith(p, t->text);
+      addRange(p, *t);
+    }
+    describeFields(cJSON_GetObjectItem(p, "items"), route);
+  }
+  describeFields(cJSON_GetObjectItem(schema, "items"), route);
+  cJSON *choices = cJSON_GetObjectItem(schema, "oneOf");
+  for (cJSON *c = choices ? choices->child : nullptr; c; c = c->next) describeFields(c, route);
+}
+
+void describeParameters(cJSON *op, const char *route) {
+  for (cJSON *p = cJSON_GetObjectItem(op, "parameters")->child; p; p = p->next) {
+    const cJSON *name = cJSON_GetObjectItem(p, "name");
+    const doc::FieldText *t = name ? doc::fieldText(route, name->valuestring) : nullptr;
+    if (!t) continue;
+    leadWith(p, t->text);
+    addRange(cJSON_GetObjectItem(p, "schema"), *t);
+  }
+  cJSON *body = cJSON_GetObjectItem(op, "requestBody");
+  if (body) describeFields(cJSON_GetObjectItem(cJSON_GetObjectItem(cJSON_GetObjectItem(body, "content"), "application/json"), "schema"), route);
+}
+
+std::string summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
 
 void addParameters(cJSON *op, const std::vector<Input> &inputs) {
   cJSON *params = cJSON_CreateArray();
@@ -499,14 +541,19 @@ cJSON *operation(const RouteRow &r) {
   bool writes = r.method != METHOD_GET;
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
+  if (const char *more = doc::routeNote(r.name)) note = std::string(more) + " " + note;
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  if (r.doc && r.doc->shape == doc::Shape::Fixed)
+    note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
   note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));
+  describeParameters(op, r.name);
 
   doc::Shape shape = r.hand ? r.hand->shape : r.doc->shape;
   const char *group = r.hand ? r.hand->group : r.doc->group;
   cJSON *data = r.hand ? replyData(*r.hand) : replyData(*r.doc);
+  describeFields(data, r.name);
   std::string stem = modelStem(operationId(r));
   addTitle(data, stem + "Values");
   cJSON *schema = replySchema(shape, group, data, r.doc ? r.doc->code : 0);

@@ -33,11 +33,11 @@ inline constexpr doc::Field kHistoryPortQuery[] = {{"intIfNum"}};
 inline constexpr doc::Field kHistoryAfterQuery[] = {{"intIfNum"}, {"sampleNo"}};
 inline constexpr doc::Field kHistorySampleQuery[] = {{"intIfNum"}, {"curSample"}};
 inline constexpr doc::HandDoc kHistoryFirstEntryDoc = doc::read(
-    "The first power-saving history record of a port", "greenPwrSavHistory", kHistoryPortQuery, kHistorySampleDoc);
+    "Reads the first power-saving history record of one port", "greenPwrSavHistory", kHistoryPortQuery, kHistorySampleDoc);
 inline constexpr doc::HandDoc kHistoryNextEntryDoc =
-    doc::read("The record after the one numbered sampleNo (0: after the first), found by walking the history",
+    doc::read("Reads the power-saving history record of one port after the one numbered sampleNo (0: after the first)",
               "greenPwrSavHistory", kHistoryAfterQuery, kHistorySampleDoc);
 inline constexpr doc::HandDoc kHistoryNextSampleDoc = doc::read(
-    "The record after curSample, as the switch finds it", "greenPwrSavHistory", kHistorySampleQuery, kHistorySampleDoc);
+    "Reads the power-saving history record after curSample, as the switch finds it", "greenPwrSavHistory", kHistorySampleQuery, kHistorySampleDoc);
 
 #endif

@@ -42,16 +42,16 @@ inline constexpr doc::Field kLaneModeBody[] = {
     {"expandable-config-mode", doc::Type::Text, nullptr, nullptr, &kIfLaneModeValue}};
 }  // namespace port_doc
 
-inline constexpr doc::HandDoc kAdminStateDoc = portRead("A port's administrative state", port_doc::kAdminStateFields);
-inline constexpr doc::HandDoc kAutoNegDoc = portRead("A port's auto-negotiation", port_doc::kAutoNegFields);
-inline constexpr doc::HandDoc kSpeedDoc = portRead("A port's speeds and duplex, in Mbit/s", port_doc::kSpeedFields);
-inline constexpr doc::HandDoc kMtuSizeDoc = portRead("A port's frame sizes", port_doc::kFrameFields);
-inline constexpr doc::HandDoc kDescrDoc = portRead("A port's description", port_doc::kDescriptionFields);
-inline constexpr doc::HandDoc kSoftShutdownDoc = portRead("A port's soft shutdown", port_doc::kSoftShutdownFields);
-inline constexpr doc::HandDoc kFecModeDoc = portRead("A port's configured and operational FEC", port_doc::kFecFields);
-inline constexpr doc::HandDoc kLinkTrapDoc = portRead("Whether a port sends link traps", port_doc::kLinkTrapFields);
+inline constexpr doc::HandDoc kAdminStateDoc = portRead("Reads whether one port is administratively enabled, for the port pages", port_doc::kAdminStateFields);
+inline constexpr doc::HandDoc kAutoNegDoc = portRead("Reads whether auto-negotiation is on on one port, for the port pages", port_doc::kAutoNegFields);
+inline constexpr doc::HandDoc kSpeedDoc = portRead("Reads one port's configured and operational speed and duplex, in Mbit/s", port_doc::kSpeedFields);
+inline constexpr doc::HandDoc kMtuSizeDoc = portRead("Reads one port's MTU, largest frame and Ethernet header size", port_doc::kFrameFields);
+inline constexpr doc::HandDoc kDescrDoc = portRead("Reads the description of one port, for the port pages", port_doc::kDescriptionFields);
+inline constexpr doc::HandDoc kSoftShutdownDoc = portRead("Reads whether one port is soft shut down, for the port pages", port_doc::kSoftShutdownFields);
+inline constexpr doc::HandDoc kFecModeDoc = portRead("Reads one port's configured and operational forward error correction", port_doc::kFecFields);
+inline constexpr doc::HandDoc kLinkTrapDoc = portRead("Reads whether one port sends link traps, for the port pages", port_doc::kLinkTrapFields);
 inline constexpr doc::HandDoc kExpandableModeDoc =
-    portRead("A port's configured and operational lane modes", port_doc::kLaneFields);
+    portRead("Reads one port's configured and operational lane modes", port_doc::kLaneFields);
 inline constexpr doc::HandDoc kExpandableModeSetDoc =
     doc::set("Splits a port into lanes; a text naming no lane mode is sent as 0 and the switch decides",
              port_doc::kPortQuery, port_doc::kLaneModeBody);

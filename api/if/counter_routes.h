@@ -53,10 +53,10 @@ inline constexpr doc::Field kStatusFields[] = {kInterface,
 }  // namespace port_doc
 
 // One port's object, or every physical port's in a list when "ifNum" is 0 or absent.
-inline constexpr doc::HandDoc kCounterSummaryDoc = doc::readPorts("Traffic counters of one port or of every port", "if",
+inline constexpr doc::HandDoc kCounterSummaryDoc = doc::readPorts("Reads the traffic counters of one port or of every port", "if",
                                                                   port_doc::kAnyPortQuery, port_doc::kCounterFields);
 inline constexpr doc::HandDoc kStatusSummaryDoc = doc::readPorts(
-    "The port list's status of one port or of every port", "if", port_doc::kAnyPortQuery, port_doc::kStatusFields);
+    "Reads the port list's status of one port or of every port", "if", port_doc::kAnyPortQuery, port_doc::kStatusFields);
 inline constexpr doc::HandDoc kCounterResetDoc =
     doc::set("Clears one port's counters (no port: 10003)", port_doc::kPortQuery, {});
 inline constexpr doc::HandDoc kAllCountersResetDoc = doc::set("Clears every interface's counters", {}, {});

@@ -31,17 +31,23 @@ inline constexpr doc::HandDoc kRecoveryIntervalSetDoc =
     doc::set("Sets the D-Disable auto-recovery interval in seconds (a body without a number is refused)", {},
              recovery_doc::kInterval);
 inline constexpr doc::HandDoc kRecoveryIntervalGetDoc =
-    doc::read("The D-Disable auto-recovery interval in seconds", "if", {}, recovery_doc::kInterval);
+    doc::read("Reads the D-Disable auto-recovery interval in seconds", "if", {}, recovery_doc::kInterval);
 inline constexpr doc::HandDoc kRecoveryCauseGetDoc =
-    doc::read("Whether auto-recovery is on for one D-Disable cause", "if", recovery_doc::kCause, recovery_doc::kMode);
+    doc::read("Reads whether auto-recovery is on for one D-Disable cause", "if", recovery_doc::kCause, recovery_doc::kMode);
 inline constexpr doc::HandDoc kRecoveryCauseSetDoc =
     doc::set("Turns auto-recovery on (\"enable\") or off (any other mode) for one D-Disable cause", {},
              recovery_doc::kCauseAndMode);
-inline constexpr doc::HandDoc kNextPhysicalIfDoc = doc::read("The physical interface after prevIfNum (0: the first)",
-                                                             "if", recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
+// Both walks answer alike, for the auto-recovery table and for the
+// D-Disable reasons page; each is named for the page it serves.
+inline constexpr doc::HandDoc kRecoveryTableNextIfDoc =
+    doc::read("Walks the auto-recovery table: the physical interface after prevIfNum (0: the first)", "if",
+              recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
+inline constexpr doc::HandDoc kReasonNextIfDoc =
+    doc::read("Walks the D-Disable reasons: the physical interface after prevIfNum (0: the first)", "if",
+              recovery_doc::kPrevIfNum, recovery_doc::kNextIfNum);
 inline constexpr doc::HandDoc kRecoveryFeatureListDoc =
-    doc::read("The D-Disable causes auto-recovery knows, joined by \",\"", "if", {}, recovery_doc::kFeatureList);
+    doc::read("Reads the D-Disable causes auto-recovery knows, joined by \",\"", "if", {}, recovery_doc::kFeatureList);
 inline constexpr doc::HandDoc kRecoveryTimeLeftDoc =
-    doc::read("Seconds left until the next D-Disable auto-recovery", "if", {}, recovery_doc::kTimeLeft);
+    doc::read("Reads the seconds left until the next D-Disable auto-recovery", "if", {}, recovery_doc::kTimeLeft);
 
 #endif

@@ -13,6 +13,6 @@ inline constexpr doc::Field kExpandModeQuery[] = {
     {"expandPortMode", doc::Type::Text, nullptr, nullptr, &kIfExpandModeValue}};
 inline constexpr doc::Field kExpandModeSupported[] = {{"isExpandedModeSupported", doc::Type::Text, &kTrue}};
 inline constexpr doc::HandDoc kExpandModeSupportedDoc =
-    doc::read("Whether the switch supports a port expansion mode", "if", kExpandModeQuery, kExpandModeSupported);
+    doc::read("Asks whether the switch supports a port expansion mode", "if", kExpandModeQuery, kExpandModeSupported);
 
 #endif

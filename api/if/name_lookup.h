@@ -29,7 +29,7 @@ uint32_t nameLookupHandler(void);
 inline constexpr doc::Field kNameQuery[] = {{.name = "name", .type = doc::Type::Text, .optional = true}};
 inline constexpr doc::Field kNamedInterface[] = {{"interface", doc::Type::Text}, {"number"}};
 inline constexpr doc::HandDoc kNameLookupDoc =
-    doc::readList("Interface numbers by name: 0/5, lag2, vlan10, or all (also for a missing name)", "if", kNameQuery,
+    doc::readList("Finds interface numbers by name: 0/5, lag2, vlan10, or all (also for a missing name)", "if", kNameQuery,
                   kNamedInterface, "interfaces");
 
 #endif

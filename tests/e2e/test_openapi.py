@@ -118,6 +118,37 @@ class OpenApiDocument(SimTestCase):
             self.assertEqual(status, 1, key)
             self.assertIn("getIfLinkState:", report)
 
+    def test_every_operation_has_a_summary_of_its_own(self):
+        summaries = [op["summary"] for _, _, op in operations(self.document)]
+        self.assertEqual(len(set(summaries)), 212)
+        generic = [s for s in summaries if s.split()[0] in ("Reads", "Sets", "Asks", "Runs") and len(s.split()) < 4]
+        self.assertEqual(generic, [])
+
+    def code(self, method, path, query, body):
+        out = self.request(method, path, query, body).out
+        return json.loads(out.split(b"\r\n\r\n", 1)[1])["resp"]["respCode"]
+
+    def test_the_switch_takes_each_body_range_and_refuses_just_outside_it(self):
+        bounded = []
+        for method, path, op in operations(self.document):
+            media = op.get("requestBody", {}).get("content", {}).get("application/json", {})
+            for key, schema in media.get("schema", {}).get("properties", {}).items():
+                low, high = schema.get("minimum"), schema.get("maximum")
+                if low is None or (low, high) == (0, 4294967295):
+                    continue
+                query, body = example_request(op)
+                if self.code(method, path, query, body) != 0:
+                    continue  # the example alone is refused (a stream on an address the port has not locked)
+                bounded.append(op["operationId"])
+                for value, taken in ((low, True), (high, True), (low - 1, False), (high + 1, False)):
+                    if value < 0:
+                        continue
+                    code = self.code(method, path, query, dict(body, **{key: value}))
+                    self.assertEqual(code == 0, taken, (op["operationId"], key, value, code))
+        self.assertTrue({"putIfMaxFrameSize", "putPmlIntfAgeTime", "putInterfaceAppPortRgbLedColorBrightness",
+                         "putGreenPwrSavHistoryEthrEeeLpiHistoryIntfSampleInterval",
+                         "putIfDdisableAutoRecoveryInterval"} <= set(bounded), bounded)
+
 
 if __name__ == "__main__":
     main()

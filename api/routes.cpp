@@ -615,7 +615,11 @@ constexpr bool summariesHold() {
   }
   return true;
 }
+// Under AddressSanitizer the address of a global is no constant, so these
+// two checks are left to the plain, Release and cross builds.
+#ifndef __SANITIZE_ADDRESS__
 static_assert(summariesHold(), "every row has a summary of its own");
+#endif
 
 constexpr bool described(const RouteRow &r, const char *field) {
   const doc::FieldText *t = doc::fieldText(r.name, field);
@@ -641,7 +645,9 @@ constexpr bool fieldsDescribed() {
   }
   return true;
 }
+#ifndef __SANITIZE_ADDRESS__
 static_assert(fieldsDescribed(), "every field a row uses has its text in api/field_texts.h");
+#endif
 
 constexpr bool registered(const char *route) {
   for (const RouteRow &r : kRoutes)

@@ -545,6 +545,13 @@ cJSON *operation(const RouteRow &r) {
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
   if (r.doc && r.doc->shape == doc::Shape::Fixed)
     note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
+  uint32_t exampleCode = r.doc && r.doc->shape == doc::Shape::Fixed ? r.doc->code : 0;
+  if (const doc::ExampleOutcome *e = doc::exampleOutcome(operationId(r).c_str())) {
+    exampleCode = e->code;
+    note += " Its example, sent to the default simulated switch, answers " + std::to_string(e->code) + ": " +
+            e->why + ".";
+  }
+  if (exampleCode) cJSON_AddNumberToObject(op, "x-example-code", exampleCode);
   note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));

@@ -570,7 +570,11 @@ cJSON *operation(const RouteRow &r) {
 
   cJSON *responses = addObject(op, "responses");
   cJSON *ok = addObject(responses, "200");
-  addText(ok, "description", shape == doc::Shape::Set || shape == doc::Shape::Fixed
+  // A route with nothing to offer answers as its method's kind does: a read
+  // without the final newline, a write with it.
+  bool readLike = shape == doc::Shape::Fixed && r.method == METHOD_GET;
+  addText(ok, "description", readLike ? "The code alone, without a final newline."
+                             : shape == doc::Shape::Set || shape == doc::Shape::Fixed
                                  ? "The code alone, ending with a newline."
                              : shape == doc::Shape::Check
                                  ? "On success the values under the group key, without a final newline; when the "

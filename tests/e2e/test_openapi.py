@@ -41,6 +41,13 @@ def example_request(op):
     return query or None, body
 
 
+def ends_with_newline(description, code):
+    """How a reply with this code ends, as its operation's description says."""
+    if code == 0 and description.startswith("On success"):
+        return False
+    return "ending with a newline" in description
+
+
 def check(document, replies):
     """Runs the validator over the document and the replies: (exit status, output)."""
     with tempfile.TemporaryDirectory() as d:
@@ -100,8 +107,11 @@ class OpenApiDocument(SimTestCase):
         replies = []
         for method, path, op in operations(self.document):
             query, body = example_request(op)
-            out = self.request(method, path, query, body).out
-            replies.append({"operationId": op["operationId"], "reply": json.loads(out.split(b"\r\n\r\n", 1)[1])})
+            out = self.request(method, path, query, body).out.split(b"\r\n\r\n", 1)[1]
+            replies.append({"operationId": op["operationId"], "reply": json.loads(out)})
+            said, code = op["responses"]["200"]["description"], replies[-1]["reply"]["resp"]["respCode"]
+            with self.subTest(operation=op["operationId"], code=code):
+                self.assertEqual(out.endswith(b"\n"), ends_with_newline(said, code), said)
         # Every example answers as the document says: success, or the failure it names.
         said = {op["operationId"]: op.get("x-example-code", 0) for _, _, op in operations(self.document)}
         self.assertEqual({r["operationId"]: r["reply"]["resp"]["respCode"] for r in replies}, said)

@@ -9,7 +9,6 @@
 #include <stdint.h>
 
 #include <iterator>
-#include <string_view>
 
 namespace doc {
 
@@ -208,41 +207,6 @@ inline constexpr RouteFieldText kRouteFieldTexts[] = {
     {"mac-addr-size", {"size", "The size of a MAC address in bytes."}},
     {"descr-size", {"size", "The longest description, in characters."}},
 };
-
-// The examples of these operations, sent as written to the default simulated
-// switch, show a failure: its code and why. The document says so, and the
-// API description's check holds every example to its code (0 when unlisted).
-struct ExampleOutcome {
-  const char *operationId;
-  uint32_t code;
-  const char *why;
-};
-
-inline constexpr ExampleOutcome kExampleOutcomes[] = {
-    {"getIfExpPortRootPort", 17002, "port 3 cannot be expanded"},
-    {"getIfExpPortOperModeLaneCount", 17002, "port 3 cannot be expanded"},
-    {"getIfExpPortFirstPeer", 17002, "port 3 cannot be expanded"},
-    {"putIfIntfExpandablePortMode", 17002, "port 3 cannot be expanded"},
-    {"getIfIntfExpandableModePeersGetByMode", 17002, "port 3 cannot be expanded"},
-    {"putIfExpandableMode", 17002, "port 3 cannot be expanded"},
-    {"putIfIntfFecMode", 17002, "port 3 has no FEC"},
-    {"getIfIntfFecMode", 17002, "port 3 has no FEC"},
-    {"getGreenPwrSavHistoryIntfNextEntry", 10023, "the history holds no sample after the one named yet"},
-    {"getGreenPwrSavHistoryIntfNextSample", 10023, "the history holds no sample after the one named yet"},
-    {"postPmlIntfStaticEntryGetFirst", 10023, "port 3 has no static address"},
-    {"postPmlIntfStaticEntryGetNext", 10023, "port 3 has no static address"},
-    {"postPmlIntfDynamicEntryGetNext", 10023, "port 3 has learned no address after the one named"},
-    {"postPmlVlanDynamicEntryGetNext", 10023, "the VLAN has learned no address after the one named"},
-    {"putPmlDot1qciStream", 10023, "a stream binds to an address locked on the port, and port 3 has none"},
-    {"getPmlDot1qciStream", 10023, "no stream is bound on port 3"},
-    {"deletePmlDot1qciStream", 10023, "no stream is bound on port 3"},
-};
-
-inline const ExampleOutcome *exampleOutcome(const char *operationId) {
-  for (const ExampleOutcome &e : kExampleOutcomes)
-    if (std::string_view(e.operationId) == operationId) return &e;
-  return nullptr;
-}
 
 // What more an operation's caller needs to know than its summary says,
 // keyed by route name: the operation's description begins with it.

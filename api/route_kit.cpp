@@ -80,7 +80,7 @@ void renderArg(cJSON *data, const Arg &a, const Slot &s) {
   if (a.kind == Kind::OutText) {
     cJSON_AddStringToObject(data, a.name.s, s.buf);
   } else if (a.kind == Kind::Out) {
-    if (a.text && a.text->text) cJSON_AddStringToObject(data, a.name.s, a.text->text(s.num));
+    if (a.text) cJSON_AddStringToObject(data, a.name.s, a.text->text(s.num));
     else cJSON_AddNumberToObject(data, a.name.s, s.num);
   }
 }

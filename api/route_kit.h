@@ -129,7 +129,14 @@ consteval Arg out(const char *key, const TextMap &text, uint32_t preset = 0) {
   a.text = &text;
   return a;
 }
+inline constexpr size_t kSlotText = 512;
+
+// Never defined and not constexpr: a row whose buffer does not fit one
+// argument slot calls it at compile time, and so does not compile.
+void bufferLargerThanItsSlot();
+
 consteval Arg sized(Kind kind, const char *name, uint32_t size) {
+  if (size == 0 || size > kSlotText) bufferLargerThanItsSlot();
   Arg a = arg(kind, name);
   a.size = size;
   return a;
@@ -141,8 +148,6 @@ consteval Arg queryBuffer(const char *param, const QueryReader &reader, uint32_t
   a.reader = &reader;
   return a;
 }
-
-inline constexpr size_t kSlotText = 512;
 
 // One OpEN argument's storage.
 struct Slot {

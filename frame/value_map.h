@@ -8,8 +8,25 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <span>
+
+struct Named {
+  uint32_t value;
+  const char *text;
+};
+
+// A platform value's reply text: the first row that names the value, else
+// `otherwise`. A row whose text is null renders as JSON null. The rows
+// stand open, so that the API description lists every text a reply can
+// carry straight from them.
 struct TextMap {
-  const char *(*text)(uint32_t value);
+  std::span<const Named> rows;
+  const char *otherwise;
+  constexpr const char *text(uint32_t value) const {
+    for (const Named &n : rows)
+      if (n.value == value) return n.text;
+    return otherwise;
+  }
 };
 
 // Maps a body text (null when the item is missing or not a string).
@@ -19,19 +36,6 @@ struct ValueMap {
   uint32_t (*value)(const char *text);
   const char *(*accepted)(size_t i);
 };
-
-struct Named {
-  uint32_t value;
-  const char *text;
-};
-
-// The first row's text for `value`, else `otherwise`.
-template <size_t N>
-const char *textOf(const Named (&table)[N], uint32_t value, const char *otherwise) {
-  for (const Named &n : table)
-    if (n.value == value) return n.text;
-  return otherwise;
-}
 
 // The first row's value for `text`, else `otherwise` (also for null).
 template <size_t N>
@@ -51,9 +55,9 @@ const char *nthText(const Named (&table)[N], size_t i) {
 
 // On/off values: only exactly 1 is on; anything else the platform answers
 // reads as off.
-inline const char *enableText(uint32_t value) { return value == 1 ? "enable" : "disable"; }
-inline const char *trueText(uint32_t value) { return value == 1 ? "true" : "false"; }
-inline constexpr TextMap kEnable{enableText};
-inline constexpr TextMap kTrue{trueText};
+inline constexpr Named kEnableRows[] = {{1, "enable"}};
+inline constexpr Named kTrueRows[] = {{1, "true"}};
+inline constexpr TextMap kEnable{kEnableRows, "disable"};
+inline constexpr TextMap kTrue{kTrueRows, "false"};
 
 #endif

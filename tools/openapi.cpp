@@ -178,16 +178,16 @@ void addUnique(cJSON *values, const char *text) {
   if (!listed(values, text)) cJSON_AddItemToArray(values, cJSON_CreateString(text));
 }
 
-// Every text a mapping gives, found by asking it: the platform's values
-// are small numbers, and every larger one reads as the last fallback.
+// Every text a mapping gives: its rows', then the one of every other value.
+// A null text stands for JSON null.
 cJSON *textsOf(const TextMap &map) {
   cJSON *values = cJSON_CreateArray();
   bool nullable = false;
-  for (uint32_t v = 0; v <= 1024; ++v) {
-    const char *t = map.text(v == 1024 ? UINT32_MAX : v);
-    if (t) addUnique(values, t);
+  for (const Named &row : map.rows) {
+    if (row.text) addUnique(values, row.text);
     else nullable = true;
   }
+  addUnique(values, map.otherwise);
   return enumSchema(values, nullable);
 }
 
@@ -236,8 +236,8 @@ cJSON *fieldSchema(const doc::Field &f) {
 }
 
 const char *opposite(const char *word) {
-  if (strcmp(word, enableText(1)) == 0) return enableText(0);
-  if (strcmp(word, trueText(1)) == 0) return trueText(0);
+  for (const TextMap *onOff : {&kEnable, &kTrue})
+    if (strcmp(word, onOff->text(1)) == 0) return onOff->text(0);
   return nullptr;
 }
 
@@ -545,13 +545,6 @@ cJSON *operation(const RouteRow &r) {
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
   if (r.doc && r.doc->shape == doc::Shape::Fixed)
     note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
-  uint32_t exampleCode = r.doc && r.doc->shape == doc::Shape::Fixed ? r.doc->code : 0;
-  if (const doc::ExampleOutcome *e = doc::exampleOutcome(operationId(r).c_str())) {
-    exampleCode = e->code;
-    note += " Its example, sent to the default simulated switch, answers " + std::to_string(e->code) + ": " +
-            e->why + ".";
-  }
-  if (exampleCode) cJSON_AddNumberToObject(op, "x-example-code", exampleCode);
   note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));

@@ -11,4 +11,4 @@ const Named kReasons[] = {
 
 }  // namespace
 
-const char *greenReasonText(uint32_t reason) { return textOf(kReasons, reason, "greenethr_invalid_val"); }
+const TextMap kGreenReason{kReasons, "greenethr_invalid_val"};

@@ -6,9 +6,7 @@
 
 #include "frame/value_map.h"
 
-const char *greenReasonText(uint32_t reason);
-
-inline constexpr TextMap kGreenReason{greenReasonText};
+extern const TextMap kGreenReason;
 
 // Outside the reason table: what a call that leaves the reason untouched
 // reads as.

@@ -2,12 +2,19 @@
 
 #include <strings.h>
 
+#include <array>
+#include <iterator>
+
+#include "platform/switch_facts.h"
+
 namespace {
 
 const Named kDuplexes[] = {{1, "full"}, {0, "half"}};
 // The platform's value means "disabled" when it is 1.
 const Named kAutoNegs[] = {{1, "disable"}, {0, "enable"}};
 const Named kMediaTypes[] = {{1, "copper"}, {2, "fiber"}};
+const Named kUp[] = {{1, "up"}};
+const Named kAutoNegotiates[] = {{0, "enable"}};
 
 const Named kSpeedNames[] = {
     {1, "portctrl_portspeed_auto_neg"},      {2, "portctrl_portspeed_half_100tx"},
@@ -28,32 +35,20 @@ const Named kSpeedMbit[] = {
     {13, "40000"},  {14, "50000"},  {15, "100000"}, {17, "200000"},  {18, "400000"},
 };
 
-const Named kDisableReasons[] = {
-    {2, "udld"},
-    {3, "stp"},
-    {4, "bpduguard"},
-    {5, "bpdustorm"},
-    {6, "dhcpsnooping"},
-    {7, "arpinspection"},
-    {8, "stormcontrol_bcast"},
-    {9, "stormcontrol_mcast"},
-    {10, "stormcontrol_ucast"},
-    {11, "xceiver"},
-    {12, "xceiverplus"},
-    {13, "loopprotect"},
-    {14, "pml"},
-    {15, "dos"},
-    {16, "link_flap"},
-    {17, "authmgr_auth_violation"},
-    {18, "coa"},
-};
+// The switch's own table, as rows of value and text.
+constexpr auto kDisableReasons = [] {
+  std::array<Named, std::size(facts::kDisableReasons)> rows{};
+  for (size_t i = 0; i < rows.size(); ++i) rows[i] = {facts::kDisableReasons[i].value, facts::kDisableReasons[i].api};
+  return rows;
+}();
 
 const Named kSpecialPortTypes[] = {
     {2, "trunk_member"}, {3, "mirrored_port"}, {4, "probe_port"}, {5, "l2tunnel_port"}, {6, "service_port"},
 };
 
+// 0: the port is not split.
 const Named kLaneModes[] = {
-    {1, "1x10G"},  {2, "1x25G"},  {3, "2x50G"},   {4, "1x40G"},   {5, "1x100G"},  {6, "1x50G"},   {7, "2x25G"},
+    {0, nullptr}, {1, "1x10G"},  {2, "1x25G"},  {3, "2x50G"},   {4, "1x40G"},   {5, "1x100G"},  {6, "1x50G"},   {7, "2x25G"},
     {8, "8x10G"},  {9, "8x25G"},  {10, "8x50G"},  {11, "4x100G"}, {12, "2x100G"}, {13, "2x200G"}, {14, "1x400G"},
 };
 
@@ -85,41 +80,26 @@ const Named kFecModes[] = {
 
 }  // namespace
 
-const char *ifDuplexText(uint32_t duplex) { return textOf(kDuplexes, duplex, "unknown"); }
-
-const char *ifAutoNegText(uint32_t autoNeg) { return textOf(kAutoNegs, autoNeg, "unknown"); }
-
-const char *ifMediaTypeText(uint32_t media) { return textOf(kMediaTypes, media, "none"); }
-
-const char *ifSpecialPortTypeText(uint32_t type) { return textOf(kSpecialPortTypes, type, "normal"); }
-
-const char *ifDisableReasonText(uint32_t reason) { return textOf(kDisableReasons, reason, "none"); }
-
-const char *ifSpeedNameText(uint32_t speed) { return textOf(kSpeedNames, speed, "portctrl_portspeed_unknown"); }
+const TextMap kIfDuplex{kDuplexes, "unknown"};
+const TextMap kIfAutoNeg{kAutoNegs, "unknown"};
+const TextMap kIfMediaType{kMediaTypes, "none"};
+const TextMap kIfSpecialPortType{kSpecialPortTypes, "normal"};
+const TextMap kIfDisableReason{kDisableReasons, "none"};
+const TextMap kIfSpeedName{kSpeedNames, "portctrl_portspeed_unknown"};
+const TextMap kIfUpDown{kUp, "down"};
+// The settings page reads any non-zero value as disabled.
+const TextMap kIfAutoNegotiate{kAutoNegotiates, "disable"};
+const TextMap kIfSpeedMbit{kSpeedMbit, "unknown"};
+const TextMap kIfLaneMode{kLaneModes, "none"};
+const TextMap kIfFecShort{kFecShort, "none"};
+const TextMap kIfExpandMode{kExpandModes, "none"};
+const TextMap kIfFecMode{kFecModes, "port_fec_disable"};
 
 uint32_t ifSpeedNameValue(const char *text) { return valueOf(kSpeedNames, text, kIfSpeedUnknown); }
 
-const char *ifUpDownText(uint32_t adminState) { return adminState == 1 ? "up" : "down"; }
-
-// The settings page reads any non-zero value as disabled.
-const char *ifAutoNegotiateText(uint32_t autoNeg) { return autoNeg == 0 ? "enable" : "disable"; }
-
-const char *ifSpeedMbitText(uint32_t speed) { return textOf(kSpeedMbit, speed, "unknown"); }
-
-const char *ifLaneModeText(uint32_t mode) {
-  if (mode == 0) return nullptr;
-  return textOf(kLaneModes, mode, "none");
-}
-
 uint32_t ifLaneModeValue(const char *text) { return valueOf(kLaneModeInputs, text, 0, strcasecmp); }
 
-const char *ifFecShortText(uint32_t mode) { return textOf(kFecShort, mode, "none"); }
-
-const char *ifExpandModeText(uint32_t mode) { return textOf(kExpandModes, mode, "none"); }
-
 uint32_t ifExpandModeValue(const char *text) { return valueOf(kExpandModes, text, 0); }
-
-const char *ifFecModeText(uint32_t mode) { return textOf(kFecModes, mode, "port_fec_disable"); }
 
 uint32_t ifFecModeValue(const char *text) { return valueOf(kFecModes, text, 0); }
 

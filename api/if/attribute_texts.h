@@ -14,45 +14,30 @@
 // that makes an unwritten speed read as unknown.
 inline constexpr uint32_t kIfSpeedUnknown = 20;
 
-const char *ifDuplexText(uint32_t duplex);
-const char *ifAutoNegText(uint32_t autoNeg);
-const char *ifMediaTypeText(uint32_t media);
-const char *ifSpecialPortTypeText(uint32_t type);
-const char *ifDisableReasonText(uint32_t reason);
-const char *ifSpeedNameText(uint32_t speed);
 uint32_t ifSpeedNameValue(const char *text);
-
-const char *ifUpDownText(uint32_t adminState);
-const char *ifAutoNegotiateText(uint32_t autoNeg);
-const char *ifSpeedMbitText(uint32_t speed);
-// Null for 0 (no expansion), which the reply carries as JSON null.
-const char *ifLaneModeText(uint32_t mode);
 uint32_t ifLaneModeValue(const char *text);
-const char *ifFecShortText(uint32_t mode);
-
-const char *ifExpandModeText(uint32_t mode);
 uint32_t ifExpandModeValue(const char *text);
-const char *ifFecModeText(uint32_t mode);
 uint32_t ifFecModeValue(const char *text);
 
-inline constexpr TextMap kIfDuplex{ifDuplexText};
-inline constexpr TextMap kIfAutoNeg{ifAutoNegText};
-inline constexpr TextMap kIfMediaType{ifMediaTypeText};
-inline constexpr TextMap kIfSpecialPortType{ifSpecialPortTypeText};
-inline constexpr TextMap kIfDisableReason{ifDisableReasonText};
-inline constexpr TextMap kIfSpeedName{ifSpeedNameText};
+extern const TextMap kIfDuplex;
+extern const TextMap kIfAutoNeg;
+extern const TextMap kIfMediaType;
+extern const TextMap kIfSpecialPortType;
+extern const TextMap kIfDisableReason;
+extern const TextMap kIfSpeedName;
 extern const ValueMap kIfSpeedNameValue;
 
-inline constexpr TextMap kIfUpDown{ifUpDownText};
-inline constexpr TextMap kIfAutoNegotiate{ifAutoNegotiateText};
-inline constexpr TextMap kIfSpeedMbit{ifSpeedMbitText};
-inline constexpr TextMap kIfLaneMode{ifLaneModeText};
+extern const TextMap kIfUpDown;
+extern const TextMap kIfAutoNegotiate;
+extern const TextMap kIfSpeedMbit;
+// 0 (no expansion) reads as JSON null.
+extern const TextMap kIfLaneMode;
 extern const ValueMap kIfLaneModeValue;
-inline constexpr TextMap kIfFecShort{ifFecShortText};
+extern const TextMap kIfFecShort;
 
-inline constexpr TextMap kIfExpandMode{ifExpandModeText};
+extern const TextMap kIfExpandMode;
 extern const ValueMap kIfExpandModeValue;
-inline constexpr TextMap kIfFecMode{ifFecModeText};
+extern const TextMap kIfFecMode;
 extern const ValueMap kIfFecModeValue;
 
 #endif

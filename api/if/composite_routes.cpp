@@ -26,7 +26,7 @@ uint32_t refuseRead() {
 }
 
 // One value under one key; a refusal of the switch is the reply's code.
-uint32_t readOneValue(PortValueGetter call, const char *key, const char *(*text)(uint32_t)) {
+uint32_t readOneValue(PortValueGetter call, const char *key, const TextMap &texts) {
   uint32_t ifNum = requestedIfNum();
   if (!ifNum) return refuseRead();
   uint32_t value = 0;
@@ -36,7 +36,7 @@ uint32_t readOneValue(PortValueGetter call, const char *key, const char *(*text)
     return 0;
   }
   JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), key, text(value));
+  cJSON_AddStringToObject(data.get(), key, texts.text(value));
   return replyData(data);
 }
 
@@ -51,10 +51,10 @@ uint32_t readFields(void (*add)(cJSON *, uint32_t)) {
 
 }  // namespace
 
-uint32_t ifCompositeAdminStateGet(void) { return readOneValue(openapiIfAdminStateGet, "admin-state", ifUpDownText); }
+uint32_t ifCompositeAdminStateGet(void) { return readOneValue(openapiIfAdminStateGet, "admin-state", kIfUpDown); }
 
 uint32_t ifCompositeAutoNegGet(void) {
-  return readOneValue(openapiIfAutoNegGet, "auto-negotiate", ifAutoNegotiateText);
+  return readOneValue(openapiIfAutoNegGet, "auto-negotiate", kIfAutoNegotiate);
 }
 
 uint32_t ifCompositeSoftShutdownGet(void) {
@@ -91,8 +91,8 @@ uint32_t ifCompositeFecModeGet(void) {
     return 0;
   }
   JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), "fec-mode", ifFecShortText(configured));
-  cJSON_AddStringToObject(data.get(), "fec-oper", ifFecShortText(operational));
+  cJSON_AddStringToObject(data.get(), "fec-mode", kIfFecShort.text(configured));
+  cJSON_AddStringToObject(data.get(), "fec-oper", kIfFecShort.text(operational));
   return replyData(data);
 }
 

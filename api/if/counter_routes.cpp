@@ -35,7 +35,7 @@ void addFixedStatus(cJSON *o) {
 void addFecMode(cJSON *o, uint32_t ifNum) {
   uint32_t configured = kFecPreset, operational = kFecPreset;
   rpcclt_openapiIntfFECModeGet(&gOpenClient, ifNum, &configured, &operational);
-  cJSON_AddStringToObject(o, "fec-mode", ifFecShortText(configured));
+  cJSON_AddStringToObject(o, "fec-mode", kIfFecShort.text(configured));
 }
 
 cJSON *allPhysical(cJSON *(*build)(uint32_t)) {

@@ -4,28 +4,19 @@
 #include <string.h>
 #include <strings.h>
 
-#include <iterator>
+#include "platform/switch_facts.h"
 
 namespace {
 
-struct CauseName {
-  const char *api;
-  const char *cli;
-};
+// Besides the causes of its own, the CLI takes "all" for every cause at once.
+constexpr char kAllCauses[] = "all";
 
-const CauseName kCauseNames[] = {
-    {"dhcp_rate_limit", "dhcp-rate-limit"},
-    {"arp_inspection", "arp-inspection"},
-    {"bstormcontrol", "bcast-storm"},
-    {"mstormcontrol", "mcast-storm"},
-    {"ustormcontrol", "ucast-storm"},
-    {"bpduguard", "bpduguard"},
-    {"bpdu_rate_limit", "bpdustorm"},
-    {"pml", "mac-locking"},
-    {"dos", "denial-of-service"},
-    {"link_flap", "link-flap"},
-    {"all", "all"},
-};
+// The causes the API offers, in the switch's order, then "all".
+const facts::DDisableCause *apiCause(size_t i) {
+  for (const facts::DDisableCause &c : facts::kDDisableCauses)
+    if (c.api && i-- == 0) return &c;
+  return nullptr;
+}
 
 constexpr char kIntervalLabel[] = "Timeout for Auto-recovery from D-Disable state";
 constexpr char kTimeLeftLabel[] = "Auto-recovery from D-Disable state";
@@ -75,12 +66,18 @@ void appendWord(char *out, size_t size, const char *word, size_t len) {
 
 }  // namespace
 
-const char *recoveryCauseName(size_t i) { return i < std::size(kCauseNames) ? kCauseNames[i].api : nullptr; }
+const char *recoveryCauseName(size_t i) {
+  size_t offered = 0;
+  while (apiCause(offered)) ++offered;
+  if (i < offered) return apiCause(i)->api;
+  return i == offered ? kAllCauses : nullptr;
+}
 
 const char *recoveryCauseCliName(const char *apiName) {
   if (!apiName) return nullptr;
-  for (const CauseName &c : kCauseNames)
-    if (strcmp(c.api, apiName) == 0) return c.cli;
+  if (strcmp(apiName, kAllCauses) == 0) return kAllCauses;
+  for (const facts::DDisableCause &c : facts::kDDisableCauses)
+    if (c.api && strcmp(c.api, apiName) == 0) return c.cli;
   return nullptr;
 }
 

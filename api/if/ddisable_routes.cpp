@@ -44,13 +44,13 @@ uint32_t applyRecoveryConfig(const char *line) {
   return cliConfigScriptApply(&gOpenClient, "configure", line, result, sizeof result);
 }
 
-void replyNumber(const char *key, uint32_t value) {
+void answerNumber(const char *key, uint32_t value) {
   JsonPtr data(cJSON_CreateObject());
   if (data) cJSON_AddNumberToObject(data.get(), key, value);
   replyRead(CODE_SUCCESS, "if", data.get());
 }
 
-void replyText(const char *key, const char *value) {
+void answerText(const char *key, const char *value) {
   JsonPtr data(cJSON_CreateObject());
   if (data) cJSON_AddStringToObject(data.get(), key, value);
   replyRead(CODE_SUCCESS, "if", data.get());
@@ -80,7 +80,7 @@ uint32_t recoveryIntervalGetHandler(void) {
     replyFailure(CODE_UNSUPPORTED);
     return 0;
   }
-  replyNumber("interval", parseRecoveryInterval(show.get()));
+  answerNumber("interval", parseRecoveryInterval(show.get()));
   return 0;
 }
 
@@ -95,7 +95,7 @@ uint32_t recoveryCauseGetHandler(void) {
   }
   CauseMode mode = parseCauseMode(show.get(), cliName);
   if (mode == CauseMode::Missing) replyFailure(CODE_GENERAL_FAILED);
-  else replyText("mode", mode == CauseMode::Enabled ? "enable" : "disable");
+  else answerText("mode", mode == CauseMode::Enabled ? "enable" : "disable");
   return 0;
 }
 
@@ -121,7 +121,7 @@ uint32_t nextPhysicalIfHandler(void) {
   uint32_t next = 0;
   uint32_t code = swapiIfFirstOrNextGet(&gOpenClient, queryScanUint("prevIfNum"), &next);
   if (code != CODE_SUCCESS) replyFailure(code);
-  else replyNumber("nextIfNum", next);
+  else answerNumber("nextIfNum", next);
   return 0;
 }
 
@@ -134,7 +134,7 @@ uint32_t recoveryFeatureListHandler(void) {
   }
   char features[kFeatureListBuf];
   if (!parseFeatureList(show.get(), features, sizeof features)) replyFailure(CODE_GENERAL_FAILED);
-  else replyText("featureList", features);
+  else answerText("featureList", features);
   return 0;
 }
 
@@ -145,6 +145,6 @@ uint32_t recoveryTimeLeftHandler(void) {
     replyFailure(code);
     return 0;
   }
-  replyNumber("timeLeft", parseRecoveryTimeLeft(show.get()));
+  answerNumber("timeLeft", parseRecoveryTimeLeft(show.get()));
   return 0;
 }

@@ -12,7 +12,7 @@ uint32_t ifExpandPortModeSupportedGet(void) {
   uint32_t supported = 0;
   uint32_t code = openResultToCode(rpcclt_openapiIntfExpandablePortModeSupportedGet(&gOpenClient, mode, &supported));
   JsonPtr data(code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
-  if (data) cJSON_AddStringToObject(data.get(), "isExpandedModeSupported", trueText(supported));
+  if (data) cJSON_AddStringToObject(data.get(), "isExpandedModeSupported", kTrue.text(supported));
   replyRead(code, "if", data.get());
   return 0;
 }

@@ -6,6 +6,8 @@ const Named kIfTypes[] = {
     {0, "phy"}, {1, "cpu"}, {2, "lag"}, {3, "vlan"}, {4, "loopback"}, {5, "tunnel"}, {6, "service_port"}, {8, "any"},
 };
 
+const Named kAttached[] = {{1, "attached"}};
+const Named kLinkUp[] = {{0, "up"}};
 const Named kOprStates[] = {{1, "port_enable"}, {2, "port_diag_disable"}};
 
 const Named kCableStatuses[] = {
@@ -14,12 +16,9 @@ const Named kCableStatuses[] = {
 
 }  // namespace
 
-const char *ifTypeText(uint32_t type) { return textOf(kIfTypes, type, "other"); }
-
-const char *ifAttachText(uint32_t status) { return status == 1 ? "attached" : "none"; }
-
-const char *ifLinkStateText(uint32_t state) { return state == 0 ? "up" : "down"; }
-
-const char *ifOprStateText(uint32_t state) { return textOf(kOprStates, state, "port_disable"); }
-
-const char *cableStatusText(uint32_t status) { return textOf(kCableStatuses, status, "untested"); }
+const TextMap kIfType{kIfTypes, "other"};
+const TextMap kIfAttach{kAttached, "none"};
+// The platform's 0 is up.
+const TextMap kIfLinkState{kLinkUp, "down"};
+const TextMap kIfOprState{kOprStates, "port_disable"};
+const TextMap kCableStatus{kCableStatuses, "untested"};

@@ -6,16 +6,10 @@
 
 #include "frame/value_map.h"
 
-const char *ifTypeText(uint32_t type);
-const char *ifAttachText(uint32_t status);
-const char *ifLinkStateText(uint32_t state);
-const char *ifOprStateText(uint32_t state);
-const char *cableStatusText(uint32_t status);
-
-inline constexpr TextMap kIfType{ifTypeText};
-inline constexpr TextMap kIfAttach{ifAttachText};
-inline constexpr TextMap kIfLinkState{ifLinkStateText};
-inline constexpr TextMap kIfOprState{ifOprStateText};
-inline constexpr TextMap kCableStatus{cableStatusText};
+extern const TextMap kIfType;
+extern const TextMap kIfAttach;
+extern const TextMap kIfLinkState;
+extern const TextMap kIfOprState;
+extern const TextMap kCableStatus;
 
 #endif

@@ -8,7 +8,7 @@ namespace {
 constexpr uint32_t kDescrBuffer = 256;
 
 void addLaneMode(cJSON *o, const char *key, PortValueGetter get, uint32_t ifNum) {
-  const char *text = ifLaneModeText(portValueOrZero(get, ifNum));
+  const char *text = kIfLaneMode.text(portValueOrZero(get, ifNum));
   if (text) cJSON_AddStringToObject(o, key, text);
   else cJSON_AddNullToObject(o, key);
 }
@@ -28,8 +28,8 @@ void addSpeedFields(cJSON *o, uint32_t ifNum) {
   rpcclt_openapiIfSpeedModeGet(&gOpenClient, ifNum, &speed);
   rpcclt_openapiIfDuplexModeGet(&gOpenClient, ifNum, &duplex);
   cJSON_AddStringToObject(o, "configured-speed", "unknown");
-  cJSON_AddStringToObject(o, "operational-speed", ifSpeedMbitText(speed));
-  cJSON_AddStringToObject(o, "speed-mode", ifSpeedMbitText(speed));
+  cJSON_AddStringToObject(o, "operational-speed", kIfSpeedMbit.text(speed));
+  cJSON_AddStringToObject(o, "speed-mode", kIfSpeedMbit.text(speed));
   cJSON_AddStringToObject(o, "configured-duplex", "auto");
 }
 
@@ -48,7 +48,7 @@ void addDescription(cJSON *o, uint32_t ifNum) {
 }
 
 void addEnableField(cJSON *o, const char *key, PortValueGetter get, uint32_t ifNum, uint32_t preset) {
-  cJSON_AddStringToObject(o, key, enableText(portValueOrZero(get, ifNum, preset)));
+  cJSON_AddStringToObject(o, key, kEnable.text(portValueOrZero(get, ifNum, preset)));
 }
 
 void addLaneModes(cJSON *o, uint32_t ifNum) {

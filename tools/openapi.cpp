@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -387,28 +388,104 @@ cJSON *replyData(const doc::HandDoc &h) {
   return either;
 }
 
-std::string codeRef(uint32_t code) { return "#/components/schemas/Resp" + std::to_string(code); }
+constexpr char kSchemas[] = "#/components/schemas/";
+constexpr char kRefreshRef[] = "#/components/parameters/Refresh";
+// The reply of every write, and of every read that failed.
+constexpr char kWriteReply[] = "WriteReply";
+constexpr char kFailureReply[] = "FailureReply";
 
-cJSON *envelopeOf(const char *group, cJSON *data, const char *respRef) {
+cJSON *modelRef(const std::string &name) { return ref((kSchemas + name).c_str()); }
+
+cJSON *envelopeOf(const char *group, cJSON *data, cJSON *resp) {
   cJSON *props = object(), *req = cJSON_CreateArray();
   if (group) addProperty(props, req, group, data);
-  addProperty(props, req, "resp", ref(respRef));
+  addProperty(props, req, "resp", resp);
   return objectOf(props, req);
 }
 
-// The reply body of an operation in its shape.
-cJSON *replySchema(doc::Shape shape, const char *group, cJSON *data, uint32_t fixedCode) {
-  switch (shape) {
-    case doc::Shape::Set: return envelopeOf(nullptr, nullptr, "#/components/schemas/Resp");
-    case doc::Shape::Fixed: return envelopeOf(nullptr, nullptr, codeRef(fixedCode).c_str());
-    case doc::Shape::Read:
-    case doc::Shape::Check: break;
+// Puts `schema` among the components as `name` and answers a reference to
+// it: generated clients name their types after the components, so a
+// route's types carry the route's name rather than their place in a reply.
+cJSON *model(cJSON *schemas, const std::string &name, cJSON *schema) {
+  cJSON_DeleteItemFromObject(schema, "title");  // the name says it
+  add(schemas, name.c_str(), schema);
+  return modelRef(name);
+}
+
+bool isChoice(const cJSON *schema) { return cJSON_GetObjectItem(schema, "oneOf") != nullptr; }
+bool isNamed(const cJSON *schema) { return isType(schema, "object") || isChoice(schema); }
+
+cJSON *named(cJSON *schemas, cJSON *schema, const std::string &name);
+
+// A list's objects as one model; a property's object or list of objects too.
+void nameInside(cJSON *schemas, cJSON *schema, const std::string &name) {
+  cJSON *items = cJSON_GetObjectItem(schema, "items");
+  if (items && isNamed(items))
+    add(schema, "items", named(schemas, cJSON_DetachItemFromObject(schema, "items"), name + "Entry"));
+  cJSON *props = cJSON_GetObjectItem(schema, "properties");
+  for (cJSON *p = props ? props->child : nullptr; p; p = p->next) {
+    std::string inner = name + pascal(p->string);
+    if (isNamed(p)) {
+      cJSON *r = named(schemas, cJSON_Duplicate(p, true), inner);
+      cJSON_ReplaceItemViaPointer(props, p, r);
+      p = r;
+    } else {
+      nameInside(schemas, p, inner);
+    }
   }
-  cJSON *s = object();
-  cJSON *choices = add(s, "oneOf", cJSON_CreateArray());
-  cJSON_AddItemToArray(choices, envelopeOf(group, data, codeRef(CODE_SUCCESS).c_str()));
-  cJSON_AddItemToArray(choices, envelopeOf(nullptr, nullptr, "#/components/schemas/RespFailure"));
-  return s;
+}
+
+// One port's object or every port's list: the list's entries are the
+// port's model, and the choice says how a client tells them apart.
+void nameChoices(cJSON *schemas, cJSON *schema, const std::string &name) {
+  cJSON *choices = cJSON_GetObjectItem(schema, "oneOf");
+  cJSON *one = nullptr;
+  for (cJSON *c = choices->child; c; c = c->next)
+    if (!isType(c, "array")) one = cJSON_Duplicate(c, true);
+  std::string oneName = name + "Port";
+  for (cJSON *c = choices->child; c;) {
+    cJSON *next = c->next;
+    bool list = isType(c, "array");
+    if (list && one && cJSON_Compare(cJSON_GetObjectItem(c, "items"), one, true))
+      cJSON_ReplaceItemInObject(c, "items", modelRef(oneName));
+    cJSON *r = named(schemas, cJSON_Duplicate(c, true), list ? name + "List" : oneName);
+    cJSON_ReplaceItemViaPointer(choices, c, r);
+    c = next;
+  }
+  if (one) describe(schema, "Array.isArray tells the list from one port's object.");
+  cJSON_Delete(one);
+}
+
+cJSON *named(cJSON *schemas, cJSON *schema, const std::string &name) {
+  if (isChoice(schema)) nameChoices(schemas, schema, name);
+  else nameInside(schemas, schema, name);
+  return model(schemas, name, schema);
+}
+
+// The reply body of an operation in its shape, as a reference to its model:
+// "IfLinkStateReply" is "IfLinkStateSuccess" (its values "IfLinkState"
+// under the group key) or "FailureReply".
+cJSON *replyModel(cJSON *schemas, doc::Shape shape, const char *group, cJSON *data, uint32_t fixedCode,
+                  const std::string &operationId) {
+  if (shape == doc::Shape::Set) return cJSON_Delete(data), modelRef(kWriteReply);
+  if (shape == doc::Shape::Fixed) {
+    cJSON_Delete(data);
+    std::string name = pascal(errorMessageGet(static_cast<int32_t>(fixedCode))) + "Reply";
+    if (!cJSON_GetObjectItem(schemas, name.c_str()))
+      model(schemas, name, envelopeOf(nullptr, nullptr, modelRef("Resp" + std::to_string(fixedCode))));
+    return modelRef(name);
+  }
+  std::string stem = modelStem(operationId);
+  // Two reads of one path would share a stem; the method then tells them apart.
+  if (cJSON_GetObjectItem(schemas, (stem + "Reply").c_str())) stem = pascal(operationId.c_str());
+  cJSON *success = envelopeOf(group, named(schemas, data, stem), modelRef("Resp0"));
+  cJSON *reply = object();
+  cJSON *choices = add(reply, "oneOf", cJSON_CreateArray());
+  cJSON_AddItemToArray(choices, model(schemas, stem + "Success", success));
+  cJSON_AddItemToArray(choices, modelRef(kFailureReply));
+  describe(reply, std::string("The values under \"") + group + "\" on success, the failure's code alone otherwise: `\"" +
+                      group + "\" in reply` tells them apart.");
+  return model(schemas, stem + "Reply", reply);
 }
 
 const char *tagOf(const RouteRow &r) {
@@ -534,10 +611,10 @@ void describeParameters(cJSON *op, const Fields &fields) {
 std::string summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
 
 void addParameters(cJSON *op, const std::vector<Input> &inputs) {
+  // The session is no parameter: it is the security scheme's API key, which
+  // every client generator sets once for the client. A parameter of its own
+  // would override that with each call's (empty) argument.
   cJSON *params = cJSON_CreateArray();
-  // Also a parameter, not only the security scheme: some client generators
-  // offer no way to send an API key header, every one sends a parameter.
-  cJSON_AddItemToArray(params, ref("#/components/parameters/Session"));
   cJSON *bodyProps = object(), *bodyReq = cJSON_CreateArray(), *bodyExample = object();
   bool hasBody = false;
   for (const Input &in : inputs) {
@@ -577,7 +654,7 @@ void addParameters(cJSON *op, const std::vector<Input> &inputs) {
   add(media, "example", bodyExample);
 }
 
-cJSON *operation(const RouteRow &r) {
+cJSON *operation(const RouteRow &r, cJSON *schemas) {
   cJSON *op = object();
   addText(op, "operationId", operationId(r).c_str());
   addText(op, "summary", summaryOf(r).c_str());
@@ -598,12 +675,8 @@ cJSON *operation(const RouteRow &r) {
   const char *group = r.hand ? r.hand->group : r.doc->group;
   cJSON *data = r.hand ? replyData(*r.hand) : replyData(*r.doc);
   describeFields(data, fieldsOf(r, true));
-  std::string stem = modelStem(operationId(r));
-  addTitle(data, stem + "Values");
-  cJSON *schema = replySchema(shape, group, data, r.doc ? r.doc->code : 0);
-  if (shape == doc::Shape::Set || shape == doc::Shape::Fixed) cJSON_Delete(data);
-  if (cJSON *success = cJSON_GetArrayItem(cJSON_GetObjectItem(schema, "oneOf"), 0)) addTitle(success, stem + "Result");
-  titleObjects(schema, stem + "Reply");
+  cJSON *schema = replyModel(schemas, shape, group, data, r.doc ? r.doc->code : 0, operationId(r));
+  if (r.method == METHOD_GET) cJSON_AddItemToArray(cJSON_GetObjectItem(op, "parameters"), ref(kRefreshRef));
 
   cJSON *responses = addObject(op, "responses");
   cJSON *ok = addObject(responses, "200");
@@ -622,17 +695,77 @@ cJSON *operation(const RouteRow &r) {
   return op;
 }
 
+// "rs-544", "Request api not found", "linkUp" -> "RS_544", "REQUEST_API_NOT_FOUND", "LINK_UP".
+std::string upperWords(const char *text) {
+  std::string out;
+  for (const char *c = text; *c; ++c) {
+    unsigned char u = static_cast<unsigned char>(*c);
+    bool wordStart = c != text && isupper(u) && islower(static_cast<unsigned char>(c[-1]));
+    if (!isalnum(u) || wordStart) {
+      if (!out.empty() && out.back() != '_') out += '_';
+      if (!isalnum(u)) continue;
+    }
+    out += static_cast<char>(toupper(u));
+  }
+  while (!out.empty() && out.back() == '_') out.pop_back();
+  return out;
+}
+
+// A single value: a literal type in every generated client, where `const`
+// without a type reads as a string or as nothing at all.
+cJSON *literal(cJSON *value, const char *type, const std::string &name) {
+  cJSON *s = object();
+  addText(s, "type", type);
+  cJSON *values = add(s, "enum", cJSON_CreateArray());
+  cJSON_AddItemToArray(values, value);
+  add(s, "x-enum-varnames", textList({name.c_str()}));
+  return s;
+}
+
+// The names generated clients give an enumeration's values, where many are
+// no identifiers ("rs-544", "1x10G", "100"): a value that starts with a
+// digit takes the last word of its field's name ("SPEED_100").
+cJSON *valueNames(const cJSON *values, const std::string &field) {
+  std::string lead = upperWords(field.c_str());
+  lead = lead.substr(lead.rfind('_') + 1);
+  if (lead.empty() || isdigit(static_cast<unsigned char>(lead[0]))) lead = "VALUE";
+  std::vector<std::string> names;
+  const cJSON *v = nullptr;
+  cJSON_ArrayForEach(v, values) {
+    std::string name = cJSON_IsString(v) ? upperWords(v->valuestring) : cJSON_IsNull(v) ? "NULL" : "";
+    if (name.empty() || isdigit(static_cast<unsigned char>(name[0]))) name = lead + (name.empty() ? "" : "_" + name);
+    // "none" and "None" are two values of one field
+    std::string unique = name;
+    for (int n = 2; std::find(names.begin(), names.end(), unique) != names.end(); ++n) unique = name + "_" + std::to_string(n);
+    names.push_back(unique);
+  }
+  cJSON *out = cJSON_CreateArray();
+  for (const std::string &n : names) cJSON_AddItemToArray(out, cJSON_CreateString(n.c_str()));
+  return out;
+}
+
+// Every enumeration of the document below `node`, named; `field` is the
+// name of the property or parameter it belongs to.
+void nameValues(cJSON *node, const std::string &field) {
+  if (!cJSON_IsObject(node) && !cJSON_IsArray(node)) return;
+  const cJSON *values = cJSON_GetObjectItem(node, "enum");
+  if (cJSON_IsArray(values) && !cJSON_GetObjectItem(node, "x-enum-varnames"))
+    add(node, "x-enum-varnames", valueNames(values, field));
+  const cJSON *name = cJSON_GetObjectItem(node, "name");
+  std::string inner = cJSON_IsString(name) ? name->valuestring : field;
+  bool properties = node->string && strcmp(node->string, "properties") == 0;
+  for (cJSON *c = node->child; c; c = c->next) nameValues(c, properties ? c->string : inner);
+}
+
 cJSON *respSchema(uint32_t code) {
+  const char *message = errorMessageGet(static_cast<int32_t>(code));
+  const char *status = code == CODE_SUCCESS ? "success" : "fail";
   cJSON *props = object(), *req = cJSON_CreateArray();
-  cJSON *c = object(), *m = object(), *s = object();
-  cJSON_AddNumberToObject(c, "const", code);
-  addText(m, "const", errorMessageGet(static_cast<int32_t>(code)));
-  addText(s, "const", code == CODE_SUCCESS ? "success" : "fail");
-  addProperty(props, req, "respCode", c);
-  addProperty(props, req, "respMsg", m);
-  addProperty(props, req, "status", s);
+  addProperty(props, req, "respCode", literal(cJSON_CreateNumber(code), "integer", upperWords(message)));
+  addProperty(props, req, "respMsg", literal(cJSON_CreateString(message), "string", upperWords(message)));
+  addProperty(props, req, "status", literal(cJSON_CreateString(status), "string", upperWords(status)));
   cJSON *o = objectOf(props, req);
-  addText(o, "title", (std::to_string(code) + " " + errorMessageGet(static_cast<int32_t>(code))).c_str());
+  addText(o, "description", (std::to_string(code) + " " + message).c_str());
   return o;
 }
 
@@ -643,29 +776,38 @@ cJSON *components() {
   for (uint32_t code : kCodes) {
     std::string name = "Resp" + std::to_string(code);
     add(schemas, name.c_str(), respSchema(code));
-    cJSON_AddItemToArray(all, ref(codeRef(code).c_str()));
-    if (code != CODE_SUCCESS) cJSON_AddItemToArray(failures, ref(codeRef(code).c_str()));
+    cJSON_AddItemToArray(all, modelRef(name));
+    if (code != CODE_SUCCESS) cJSON_AddItemToArray(failures, modelRef(name));
   }
   cJSON *resp = addObject(schemas, "Resp");
   add(resp, "oneOf", all);
-  addText(resp, "description", "The reply's code, its message and its status.");
-  add(addObject(schemas, "RespFailure"), "oneOf", failures);
+  addText(resp, "description", "The reply's code, its message and its status: `resp.respCode === 0` tells success.");
+  cJSON *failure = addObject(schemas, "RespFailure");
+  add(failure, "oneOf", failures);
+  addText(failure, "description", "A failure's code, its message and its status.");
+  describe(add(schemas, kWriteReply, envelopeOf(nullptr, nullptr, modelRef("Resp"))),
+           "The reply of a write: the code alone.");
+  describe(add(schemas, kFailureReply, envelopeOf(nullptr, nullptr, modelRef("RespFailure"))),
+           "The reply of a read that failed: the code alone, without the group.");
 
   cJSON *refused = addObject(addObject(comp, "responses"), "Refused");
   addText(refused, "description", "\"Status:403\" and no body: the session header is missing, names no session, the "
                                   "session has expired, or it may only read and the route writes.");
-  cJSON *header = addObject(addObject(comp, "parameters"), "Session");
-  addText(header, "name", "session");
+  cJSON *header = addObject(addObject(comp, "parameters"), "Refresh");
+  addText(header, "name", "Refresh");
   addText(header, "in", "header");
-  cJSON_AddFalseToObject(header, "required");  // the security requirement says it is needed
-  addText(header, "description", "The session token, as the security scheme \"session\" sends it.");
+  cJSON_AddFalseToObject(header, "required");
+  addText(header, "description", "Sent, with any value, by a request that polls: the session's time is then not "
+                                 "refreshed, so polling alone does not keep an idle session alive.");
+  addText(header, "example", "1");
   add(header, "schema", textSchema(false));
   cJSON *session = addObject(addObject(comp, "securitySchemes"), "session");
   addText(session, "type", "apiKey");
   addText(session, "in", "header");
   addText(session, "name", "session");
-  addText(session, "description", "The token of a session the login wrote. Every call refreshes its time unless a "
-                                  "\"refresh\" header is sent.");
+  addText(session, "description", "The token of a session the login wrote, sent by every call in the \"session\" "
+                                  "header: set it once for the client as its API key. Every call refreshes the "
+                                  "session's time unless it sends the \"Refresh\" header.");
   return comp;
 }
 
@@ -721,6 +863,8 @@ cJSON *openApiDocument(const char *version) {
   cJSON_AddItemToArray(security, scheme);
   add(root, "security", security);
   cJSON *paths = addObject(root, "paths");
+  cJSON *comp = components();
+  cJSON *schemas = cJSON_GetObjectItem(comp, "schemas");
   for (size_t i = 0; i < kRouteCount; ++i) {
     const RouteRow &r = kRoutes[i];
     if (r.shadowed) continue;
@@ -729,8 +873,9 @@ cJSON *openApiDocument(const char *version) {
     if (!item) item = addObject(paths, path.c_str());
     std::string method;
     for (const char *m = httpMethodName(r.method); *m; ++m) method += static_cast<char>(tolower(*m));
-    add(item, method.c_str(), operation(r));
+    add(item, method.c_str(), operation(r, schemas));
   }
-  add(root, "components", components());
+  add(root, "components", comp);
+  nameValues(root, "");
   return root;
 }

@@ -1,0 +1,28 @@
+// @hey-api/openapi-ts: the session is the client's API key (its `auth`),
+// which the SDK sends as the "session" header of every call.
+import { createClient, createConfig } from "./gen/heyapi/client";
+import { client } from "./gen/heyapi/client.gen";
+import { getIfLinkState, putIfAdminState } from "./gen/heyapi/sdk.gen";
+import { NO_PORT, present, run } from "./common";
+
+run(async (baseUrl, session, readOnly) => {
+  client.setConfig({ baseUrl, auth: () => session });
+  const read = present((await getIfLinkState({ query: { ifNum: 3 } })).data, "read");
+  if (!("if" in read)) throw new Error(`read: ${read.resp.respCode}`);
+  const linkState: "up" | "down" = read.if.linkState;
+
+  const write = present((await putIfAdminState({ query: { ifNum: 3 }, body: { adminState: "enable" } })).data, "write");
+  if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
+  const wrote: "Success" = write.resp.respMsg;
+
+  const missing = present((await getIfLinkState({ query: { ifNum: NO_PORT } })).data, "missing");
+  if ("if" in missing) throw new Error("a port that is not there answered");
+  // @ts-expect-error a failure carries no group
+  missing.if;
+
+  const poller = createClient(createConfig({ baseUrl, auth: () => readOnly }));
+  const poll = present((await getIfLinkState({ client: poller, query: { ifNum: 3 }, headers: { Refresh: "1" } })).data, "poll");
+  const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
+  const refused = await putIfAdminState({ client: poller, query: { ifNum: 3 }, body: { adminState: "disable" } });
+  return { linkState, wrote, missing: missing.resp.respCode, polled, refused: refused.response.status };
+});

@@ -1,0 +1,34 @@
+// openapi-typescript-codegen: the session is one of the client's headers
+// (OpenAPI.HEADERS), sent with every call; "Refresh" is an argument of each
+// read. A refused call throws an ApiError with the status.
+import { ApiError, InterfacesService, OpenAPI } from "./gen/openapi_typescript_codegen";
+import { NO_PORT, run } from "./common";
+
+run(async (baseUrl, session, readOnly) => {
+  OpenAPI.BASE = baseUrl;
+  OpenAPI.HEADERS = { session };
+  const read = await InterfacesService.getIfLinkState(3);
+  if (!("if" in read)) throw new Error(`read: ${read.resp.respCode}`);
+  const linkState: "up" | "down" = read.if.linkState;
+
+  const write = await InterfacesService.putIfAdminState(3, { adminState: "enable" });
+  if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
+  const wrote: "Success" = write.resp.respMsg;
+
+  const missing = await InterfacesService.getIfLinkState(NO_PORT);
+  if ("if" in missing) throw new Error("a port that is not there answered");
+  // @ts-expect-error a failure carries no group
+  missing.if;
+
+  OpenAPI.HEADERS = { session: readOnly };
+  const poll = await InterfacesService.getIfLinkState(3, "1");
+  const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
+  const refused = await InterfacesService.putIfAdminState(3, { adminState: "disable" }).then(
+    () => 200,
+    (e: unknown) => {
+      if (e instanceof ApiError) return e.status;
+      throw e;
+    },
+  );
+  return { linkState, wrote, missing: missing.resp.respCode, polled, refused };
+});

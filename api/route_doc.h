@@ -11,6 +11,7 @@
 #include <span>
 
 #include "frame/value_map.h"
+#include "platform/switch_facts.h"
 
 namespace doc {
 
@@ -21,14 +22,21 @@ enum class Shape : uint8_t { Read, Set, Check, Fixed };
 
 enum class Type : uint8_t { Number, Text, Mac };
 
+// A request or reply key: its name, spelt here and nowhere else, and what
+// the switch reports or takes through it. A table row's argument names one
+// of these; a hand-written handler lists them for the description and
+// writes its reply keys from them.
 struct Field {
   const char *name;
-  Type type = Type::Number;
+  const char *text = nullptr;                  // unit, range, and what each value means
+  Type type = Type::Number;                    // the rest serves hand-written handlers' fields:
   const TextMap *texts = nullptr;              // a reply value: every text the mapping gives
   const char *words = nullptr;                 // a fixed set of texts, "|" between them
   const ValueMap *accepts = nullptr;           // an input text: the texts that name a value
   const char *(*choices)(size_t i) = nullptr;  // an input text: the i-th known one, null past the last
   bool optional = false;                       // an input whose absence has a meaning of its own
+  const facts::Range *range = nullptr;         // the values the switch takes, from its facts
+  std::span<const facts::CapabilityBit> bits = {};  // a bit mask: what each bit means
 };
 
 // The reply's group holds one object, one object or a list of every
@@ -43,7 +51,7 @@ struct HandDoc {
   std::span<const Field> body = {};
   std::span<const Field> reply = {};
   Layout layout = Layout::Object;
-  const char *listKey = nullptr;  // Layout::List: the key of the list
+  const Field *listKey = nullptr;  // Layout::List: the key of the list
 };
 
 using Fields = std::span<const Field>;
@@ -53,8 +61,8 @@ constexpr HandDoc read(const char *summary, const char *group, Fields query, Fie
   return {.summary = summary, .shape = Shape::Read, .group = group, .query = query, .reply = reply};
 }
 // A read whose group holds a list of the reply objects under `listKey`.
-constexpr HandDoc readList(const char *summary, const char *group, Fields query, Fields item, const char *listKey) {
-  return {summary, Shape::Read, group, query, {}, item, Layout::List, listKey};
+constexpr HandDoc readList(const char *summary, const char *group, Fields query, Fields item, const Field &listKey) {
+  return {summary, Shape::Read, group, query, {}, item, Layout::List, &listKey};
 }
 // A read of one port's object, or of every port's in a list.
 constexpr HandDoc readPorts(const char *summary, const char *group, Fields query, Fields item) {

@@ -24,38 +24,38 @@ void splitQuery(Request &r) {
 void loadArg(const Arg &a, Slot &s, Request &r) {
   switch (a.kind) {
     case Kind::Scan:
-      s.num = queryScanUint(a.name.s);
+      s.num = queryScanUint(a.field->name);
       break;
     case Kind::Lookup: {
-      const char *v = lookupValue(r, a.name.s);
+      const char *v = lookupValue(r, a.field->name);
       s.num = v ? static_cast<uint32_t>(strtoul(v, nullptr, 10)) : 0;
       break;
     }
     case Kind::LookupText: {
       // Points into the query list, which lives as long as the request.
-      const char *v = lookupValue(r, a.name.s);
+      const char *v = lookupValue(r, a.field->name);
       if (!v) v = "";
       s.desc = {static_cast<uint32_t>(strlen(v) + 1), const_cast<char *>(v)};
       break;
     }
     case Kind::Body:
-      s.num = bodyU32(r.body, a.name.s);
+      s.num = bodyU32(r.body, a.field->name);
       break;
     case Kind::BodyWord: {
-      const char *key = a.fallback.empty() || cJSON_GetObjectItem(r.body, a.name.s) ? a.name.s : a.fallback.s;
+      const char *key = !a.fallback || cJSON_GetObjectItem(r.body, a.field->name) ? a.field->name : a.fallback->name;
       s.num = bodyWord(r.body, key, a.word.s);
       break;
     }
     case Kind::BodyMapped:
-      s.num = a.value->value(bodyText(r.body, a.name.s));
+      s.num = a.value->value(bodyText(r.body, a.field->name));
       break;
     case Kind::BodyText: {
-      const char *t = bodyText(r.body, a.name.s);
+      const char *t = bodyText(r.body, a.field->name);
       describeText(s, t ? t : "", a.longest);
       break;
     }
     case Kind::BodyBuffer: {
-      const char *t = bodyText(r.body, a.name.s);
+      const char *t = bodyText(r.body, a.field->name);
       memset(s.buf, 0, a.size);
       if (t) memcpy(s.buf, t, strnlen(t, a.size - 1));
       s.desc = {a.size, s.buf};
@@ -78,10 +78,10 @@ void loadArg(const Arg &a, Slot &s, Request &r) {
 
 void renderArg(cJSON *data, const Arg &a, const Slot &s) {
   if (a.kind == Kind::OutText) {
-    cJSON_AddStringToObject(data, a.name.s, s.buf);
+    cJSON_AddStringToObject(data, a.field->name, s.buf);
   } else if (a.kind == Kind::Out) {
-    if (a.text) cJSON_AddStringToObject(data, a.name.s, a.text->text(s.num));
-    else cJSON_AddNumberToObject(data, a.name.s, s.num);
+    if (a.text) cJSON_AddStringToObject(data, a.field->name, a.text->text(s.num));
+    else cJSON_AddNumberToObject(data, a.field->name, s.num);
   }
 }
 

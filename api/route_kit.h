@@ -78,12 +78,9 @@ constexpr bool passesText(Kind k) {
 
 struct Arg {
   Kind kind = Kind::Scan;
-  Name name;      // query parameter, body key or reply key
-  Name word;      // BodyWord: the keyword that means 1
-  Name fallback;  // BodyWord: key read when `name` is absent
-  // Null unless the row names a mapping or reader: most rows then hold no
-  // pointer at all, and their argument lists stay in read-only data
-  // instead of being relocated at every start of the program.
+  const doc::Field *field = nullptr;     // query parameter, body key or reply key
+  Name word;                             // BodyWord: the keyword that means 1
+  const doc::Field *fallback = nullptr;  // BodyWord: key read when `field` is absent
   TextOf text = nullptr;  // Out: null renders a JSON number
   ValueOf value = nullptr;
   ReaderOf reader = nullptr;
@@ -93,38 +90,43 @@ struct Arg {
   bool mac = false;      // the text is a MAC address (for the API description)
 };
 
-consteval Arg arg(Kind kind, const char *name) {
+consteval Arg arg(Kind kind, const doc::Field &field) {
   Arg a;
   a.kind = kind;
-  a.name = Name(name);
+  a.field = &field;
   return a;
 }
-consteval Arg scan(const char *param) { return arg(Kind::Scan, param); }
-consteval Arg lookup(const char *param) { return arg(Kind::Lookup, param); }
-consteval Arg lookupText(const char *param) { return arg(Kind::LookupText, param); }
-consteval Arg body(const char *key) { return arg(Kind::Body, key); }
-consteval Arg bodyIs(const char *key, const char *word, const char *fallback = "") {
+using Key = const doc::Field &;
+consteval Arg scan(Key param) { return arg(Kind::Scan, param); }
+consteval Arg lookup(Key param) { return arg(Kind::Lookup, param); }
+consteval Arg lookupText(Key param) { return arg(Kind::LookupText, param); }
+consteval Arg body(Key key) { return arg(Kind::Body, key); }
+consteval Arg bodyIs(Key key, const char *word) {
   Arg a = arg(Kind::BodyWord, key);
   a.word = Name(word);
-  a.fallback = Name(fallback);
   return a;
 }
-consteval Arg bodyMapped(const char *key, const ValueMap &value) {
+consteval Arg bodyIs(Key key, const char *word, Key fallback) {
+  Arg a = bodyIs(key, word);
+  a.fallback = &fallback;
+  return a;
+}
+consteval Arg bodyMapped(Key key, const ValueMap &value) {
   Arg a = arg(Kind::BodyMapped, key);
   a.value = &value;
   return a;
 }
-consteval Arg bodyText(const char *key, uint32_t longest) {
+consteval Arg bodyText(Key key, uint32_t longest) {
   Arg a = arg(Kind::BodyText, key);
   a.longest = longest;
   return a;
 }
-consteval Arg out(const char *key, uint32_t preset = 0) {
+consteval Arg out(Key key, uint32_t preset = 0) {
   Arg a = arg(Kind::Out, key);
   a.preset = preset;
   return a;
 }
-consteval Arg out(const char *key, const TextMap &text, uint32_t preset = 0) {
+consteval Arg out(Key key, const TextMap &text, uint32_t preset = 0) {
   Arg a = out(key, preset);
   a.text = &text;
   return a;
@@ -135,15 +137,15 @@ inline constexpr size_t kSlotText = 512;
 // argument slot calls it at compile time, and so does not compile.
 void bufferLargerThanItsSlot();
 
-consteval Arg sized(Kind kind, const char *name, uint32_t size) {
+consteval Arg sized(Kind kind, Key name, uint32_t size) {
   if (size == 0 || size > kSlotText) bufferLargerThanItsSlot();
   Arg a = arg(kind, name);
   a.size = size;
   return a;
 }
-consteval Arg outText(const char *key, uint32_t size) { return sized(Kind::OutText, key, size); }
-consteval Arg bodyBuffer(const char *key, uint32_t size) { return sized(Kind::BodyBuffer, key, size); }
-consteval Arg queryBuffer(const char *param, const QueryReader &reader, uint32_t size) {
+consteval Arg outText(Key key, uint32_t size) { return sized(Kind::OutText, key, size); }
+consteval Arg bodyBuffer(Key key, uint32_t size) { return sized(Kind::BodyBuffer, key, size); }
+consteval Arg queryBuffer(Key param, const QueryReader &reader, uint32_t size) {
   Arg a = sized(Kind::QueryBuffer, param, size);
   a.reader = &reader;
   return a;

@@ -5,8 +5,7 @@
 // holds the marks and the order to each other.
 #include "api/routes.h"
 
-#include "api/field_texts.h"
-
+#include "api/fields.h"
 #include "api/program.h"
 
 #include <iterator>
@@ -25,6 +24,7 @@
 #include "api/pml/pml_args.h"
 
 using namespace kit;
+using namespace fields;
 
 // The directories the routes sit in.
 constexpr char kRoot[] = "/api/v2/interfaces";
@@ -38,91 +38,108 @@ constexpr char kPowerHistory[] = "/api/v2/interfaces/green-pwr-sav-history";
 constexpr char kPml[] = "/api/v2/interfaces/pml";
 constexpr char kApp[] = "/api/v2/interfaces/interface-app";
 
+// Keys that mean something of their own on the rows that use them.
+constexpr doc::Field kTrapInterval{.name = "interval", .text = "The shortest time between violation traps, in seconds.", .range = &facts::kLockTrapInterval};
+constexpr doc::Field kDynamicLimit{.name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kDynamicMaxLimit{.name = "limit", .text = "The highest dynamic address limit the port accepts."};
+constexpr doc::Field kStaticLimit{.name = "limit", .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
+constexpr doc::Field kStaticMaxLimit{.name = "limit", .text = "The highest static address limit the port accepts."};
+constexpr doc::Field kStaticCount{.name = "limit", .text = "How many static addresses are locked to the port."};
+constexpr doc::Field kVlanDynamicLimit{.name = "limit", .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kVlanOperationalLimit{.name = "limit", .text = "The dynamic address limit in force on the VLAN."};
+constexpr doc::Field kIntfVlanDynamicLimit{.name = "limit", .text = "How many dynamic addresses the port may learn on the VLAN.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kLockedVlanId{.name = "vlanId", .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
+constexpr doc::Field kVlanMode{.name = "mode", .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
+constexpr doc::Field kStatsResetSeconds{.name = "value", .text = "Seconds since the port's EEE statistics were cleared."};
+constexpr doc::Field kLastChange{.name = "value", .text = "The switch's up time, in seconds, when the interface last changed state; 0 when it has not changed since the switch started."};
+constexpr doc::Field kMacAddrSize{.name = "size", .text = "The size of a MAC address in bytes."};
+constexpr doc::Field kDescrSize{.name = "size", .text = "The longest description, in characters."};
+
 constexpr RouteRow kRoutes[] = {
     // Green Ethernet, first block.
     ROUTE(kGreen, METHOD_GET, "valid-intf-first", "Finds the first port that supports green Ethernet",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out("intIfNum")>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out(kIntIfNum)>),
     ROUTE(kGreen, METHOD_GET, "valid-intf-next", "Finds the next port after the given one that supports green Ethernet",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan("prevIfNum"), out("intIfNum")>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
     ROUTE(kGreen, METHOD_POST, "is-valid-intf-type", "Asks whether a port's type supports green Ethernet",
-          Check<"greenEthernet", rpcclt_openapiGreenEthrIsValidIntfType, scan("intIfNum"), out("valid", kTrue)>),
+          Check<"greenEthernet", rpcclt_openapiGreenEthrIsValidIntfType, scan(kIntIfNum), out(kValid, kTrue)>),
     ROUTE(kGreen, METHOD_POST, "is-intf-eee-capable", "Asks whether a port is capable of Energy Efficient Ethernet",
-          Check<"greenEthernet", rpcclt_openapiGreenEthrIsIntfEEECapable, scan("intIfNum"), out("valid", kTrue)>),
+          Check<"greenEthernet", rpcclt_openapiGreenEthrIsIntfEEECapable, scan(kIntIfNum), out(kValid, kTrue)>),
     ROUTE(kGreen, METHOD_PUT, "energy-detect-mode", "Turns energy-detect mode on or off on one port",
-          Set<rpcclt_openapiGreenEthrEnergyDetectModeSet, scan("intIfNum"), bodyIs("mode", "enable")>),
+          Set<rpcclt_openapiGreenEthrEnergyDetectModeSet, scan(kIntIfNum), bodyIs(kMode, "enable")>),
 
     // Energy-efficient Ethernet, first block.
     ROUTE(kEee, METHOD_POST, "is-valid-intf", "Asks whether a port supports Energy Efficient Ethernet",
-          Check<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeIsValidIntf, scan("intIfNum"), out("valid", kTrue)>),
+          Check<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeIsValidIntf, scan(kIntIfNum), out(kValid, kTrue)>),
     ROUTE(kEee, METHOD_GET, "valid-intf-first", "Finds the first port that supports Energy Efficient Ethernet",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfFirstGet, out("intIfNum")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfFirstGet, out(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "valid-intf-next",
           "Finds the next port after the given one that supports Energy Efficient Ethernet",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan("prevIfNum"), out("intIfNum")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "admin-mode", "Reads whether Energy Efficient Ethernet is enabled on one port",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeAdminModeGet, scan("intIfNum"),
-               out("adminMode", kEnable)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeAdminModeGet, scan(kIntIfNum),
+               out(kAdminMode, kEnable)>),
 
     // Power estimates, first block.
     ROUTE(kPowerEstimates, METHOD_GET, "intf-cur-pwr", "Reads one port's current estimated power use",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCurPwrGet, scan("intIfNum"), out("pwrConsumption")>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCurPwrGet, scan(kIntIfNum), out(kPwrConsumption)>),
     ROUTE(kPowerEstimates, METHOD_GET, "global-cur-pwr", "Reads the switch's current estimated power use over all ports",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCurPwrGet, out("pwrConsumption")>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCurPwrGet, out(kPwrConsumption)>),
     ROUTE(kPowerEstimates, METHOD_GET, "intf-cum-saving", "Reads one port's cumulative estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCumSavingGet, scan("intIfNum"), out("pwrSaving")>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCumSavingGet, scan(kIntIfNum), out(kPwrSaving)>),
 
     // Power-saving history, first block.
     // Switch-wide values despite "intf" in their names.
     ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
           "Sets the interval between samples of the EEE low-power-idle history",
-          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body("sampleInterval")>),
+          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body(kSampleInterval)>),
     ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval",
           "Reads the interval between samples of the EEE low-power-idle history",
-          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, out("sampleInterval")>),
+          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, out(kSampleInterval)>),
     ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples",
           "Sets how many samples the EEE low-power-idle history keeps, for all ports",
-          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body("maxSamples")>),
+          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body(kMaxSamples)>),
     ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
           "Reads how many samples the EEE low-power-idle history keeps, for all ports",
-          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out("maxSamples")>),
+          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out(kMaxSamples)>),
     HANDLER(kPowerHistory, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
     // Interface enumeration and identity.
     ROUTE(kIf, METHOD_GET, "first", "Finds the first interface of a given type",
-          Read<"if", openapiIfFirstGet, lookup("ifType"), out("firstIfNum")>),
+          Read<"if", openapiIfFirstGet, lookup(kInterfaceType), out(kFirstIfNum)>),
     ROUTE(kIf, METHOD_GET, "next", "Finds the next interface of a given type after the given one",
-          Read<"if", openapiIfNextGet, lookup("ifType"), scan("ifNum"), out("nextIfNum")>),
+          Read<"if", openapiIfNextGet, lookup(kInterfaceType), scan(kIfNum), out(kNextIfNum)>),
     ROUTE(kIf, METHOD_GET, "next-changed", "Finds the next interface whose state changed",
-          Read<"if", openapiIfNextChangedGet, scan("ifNum"), out("nextIfNum"), out("delete_pending")>),
+          Read<"if", openapiIfNextChangedGet, scan(kIfNum), out(kNextIfNum), out(kDeletePending)>),
     ROUTE(kIf, METHOD_GET, "name", "Reads the name of one interface",
-          Read<"if", openapiIfNameGet, lookup("intf"), outText("intfName", 256)>),
+          Read<"if", openapiIfNameGet, lookup(kIntf), outText(kIntfName, 256)>),
     ROUTE(kIf, METHOD_GET, "type", "Reads the type of one interface",
-          Read<"if", openapiIfTypeGet, scan("ifNum"), out("ifType", kIfType)>),
+          Read<"if", openapiIfTypeGet, scan(kIfNum), out(kInterfaceType, kIfType)>),
     // Preset to "down": a call that succeeds without writing reads down.
     ROUTE(kIf, METHOD_GET, "link-state", "Reads the link state of one port",
-          Read<"if", openapiIfLinkStateGet, scan("ifNum"), out("linkState", kIfLinkState, 1)>),
+          Read<"if", openapiIfLinkStateGet, scan(kIfNum), out(kLinkState, kIfLinkState, 1)>),
     ROUTE(kIf, METHOD_GET, "opr-state", "Reads the operational state of one interface",
-          Read<"if", openapiIfOprStateGet, scan("ifNum"), out("val", kIfOprState)>),
+          Read<"if", openapiIfOprStateGet, scan(kIfNum), out(kVal, kIfOprState)>),
     ROUTE(kIf, METHOD_GET, "active-state", "Reads whether one interface is active",
-          Read<"if", rpcclt_openapiIfActiveStateGet, lookup("interface"), out("intfActiveState")>),
+          Read<"if", rpcclt_openapiIfActiveStateGet, lookup(kInterface), out(kIntfActiveState)>),
     ROUTE(kIf, METHOD_GET, "last-change", "Reads when one interface last changed state",
-          Read<"if", rpcclt_openapiIfLastChangeGet, lookup("interface"), out("value")>),
+          Read<"if", rpcclt_openapiIfLastChangeGet, lookup(kInterface), out(kLastChange)>),
     ROUTE(kIf, METHOD_GET, "usm-db-if-index", "Reads the SNMP ifIndex of one interface",
-          Read<"if", rpcclt_openapiusmDbIfIndexGet, scan("interface"), out("ifIndex")>),
+          Read<"if", rpcclt_openapiusmDbIfIndexGet, scan(kInterface), out(kIfIndex)>),
     ROUTE(kIf, METHOD_GET, "config-id-mask-offset", "Reads the configuration mask offset of one interface",
-          Read<"if", rpcclt_openapiConfigIdMaskOffsetGet, scan("interface"), out("maskOffset")>),
+          Read<"if", rpcclt_openapiConfigIdMaskOffsetGet, scan(kInterface), out(kMaskOffset)>),
     ROUTE(kIf, METHOD_GET, "mac-addr-size", "Reads the size of an interface MAC address",
-          Read<"if", rpcclt_openapiIfMacAddrSizeGet, scan("ifNum"), out("size")>),
+          Read<"if", rpcclt_openapiIfMacAddrSizeGet, scan(kIfNum), out(kMacAddrSize)>),
     ROUTE(kIf, METHOD_GET, "mac-addr", "Reads the MAC address of one interface",
-          Read<"if", rpcclt_openapiIfMacAddrGet, scan("ifNum"), outText("mac_addr", 19)>),
+          Read<"if", rpcclt_openapiIfMacAddrGet, scan(kIfNum), outText(kIfMacAddr, 19)>),
     ROUTE(kIf, METHOD_GET, "descr-size", "Reads the longest description an interface may have",
-          Read<"if", rpcclt_openapiIfDescrSizeGet, scan("ifNum"), out("size")>),
+          Read<"if", rpcclt_openapiIfDescrSizeGet, scan(kIfNum), out(kDescrSize)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "descr", "Reads the description of one interface",
-          Read<"if", rpcclt_openapiIfDescrGet, scan("ifNum"), outText("descrip", 256)>),
+          Read<"if", rpcclt_openapiIfDescrGet, scan(kIfNum), outText(kDescrip, 256)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "status", "Reads the status of one interface",
-          Read<"if", rpcclt_openapiIfStatusGet, scan("ifNum"), out("ifStatus", kIfAttach)>),
+          Read<"if", rpcclt_openapiIfStatusGet, scan(kIfNum), out(kIfStatus, kIfAttach)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "num", "Reads the interface number behind an interface name",
-          Read<"if", rpcclt_openapiIfNumGet, lookupText("intfName"), out("ifNum")>),
+          Read<"if", rpcclt_openapiIfNumGet, lookupText(kIntfName), out(kIfNum)>),
 
     // The first single counters.
     ROUTE(kIf, METHOD_GET, "in-octets", "Reads the octets one port received", CounterRead<rpcclt_openapiIfInOctetsGet>),
@@ -135,20 +152,20 @@ constexpr RouteRow kRoutes[] = {
 
     // MAC locking, global switches.
     ROUTE(kPml, METHOD_GET, "global-admin-mode", "Reads whether port MAC locking is enabled on the switch",
-          Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out("adminMode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlGlobalAdminModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "global-admin-mode", "Turns port MAC locking on or off for the switch",
-          Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs(kAdminMode, "enable")>),
     ROUTE(kPml, METHOD_GET, "static-addr-global-count", "Reads how many static locked addresses the switch holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out("count")>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out(kCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-admin-mode", "Reads whether VLAN MAC locking is enabled on the switch",
-          Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out("adminMode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "vlan-admin-mode", "Turns VLAN MAC locking on or off for the switch",
-          Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs(kAdminMode, "enable")>),
 
     // Cable diagnostics.
     ROUTE(kRoot, METHOD_GET, "cable-status", "Tests the cable on one copper port and reads the result",
-          Read<"cableStatus", rpcclt_openapiCableStatusGet, scan("ifNum"), out("cableStatus", kCableStatus),
-               out("lengthKnown"), out("shortestLength"), out("longestLength"), out("cableFailureLength")>),
+          Read<"cableStatus", rpcclt_openapiCableStatusGet, scan(kIfNum), out(kCableTestStatus, kCableStatus),
+               out(kLengthKnown), out(kShortestLength), out(kLongestLength), out(kCableFailureLength)>),
 
     // The remaining single counters.
     ROUTE(kIf, METHOD_GET, "in-unknown-protos", "Reads the received packets of unknown protocols on one port",
@@ -163,90 +180,90 @@ constexpr RouteRow kRoutes[] = {
 
     // Port attributes, reads then sets.
     ROUTE(kIf, METHOD_GET, "speed-mode", "Reads the configured speed of one port",
-          Read<"if", rpcclt_openapiIfSpeedModeGet, scan("ifNum"), out("speed", kIfSpeedName, kIfSpeedUnknown)>),
+          Read<"if", rpcclt_openapiIfSpeedModeGet, scan(kIfNum), out(kSpeed, kIfSpeedName, kIfSpeedUnknown)>),
     ROUTE(kIf, METHOD_GET, "duplex-mode", "Reads the configured duplex mode of one port",
-          Read<"if", rpcclt_openapiIfDuplexModeGet, scan("ifNum"), out("duplex_mode", kIfDuplex)>),
+          Read<"if", rpcclt_openapiIfDuplexModeGet, scan(kIfNum), out(kDuplexMode, kIfDuplex)>),
     ROUTE(kIf, METHOD_GET, "duplex", "Reads the duplex the link of one port runs at",
-          Read<"if", openapiIfDuplexGet, scan("ifNum"), out("duplex_mode", kIfDuplex)>),
+          Read<"if", openapiIfDuplexGet, scan(kIfNum), out(kDuplexMode, kIfDuplex)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "auto-neg", "Reads whether auto-negotiation is enabled on one port",
-          Read<"if", openapiIfAutoNegGet, scan("ifNum"), out("autoneg", kIfAutoNeg)>),
+          Read<"if", openapiIfAutoNegGet, scan(kIfNum), out(kAutoneg, kIfAutoNeg)>),
     ROUTE(kIf, METHOD_GET, "ethernet-header-size", "Reads the size of an Ethernet header on one port",
-          Read<"if", rpcclt_openapiIfEthernetHeaderSizeGet, scan("ifNum"), out("headerSize")>),
+          Read<"if", rpcclt_openapiIfEthernetHeaderSizeGet, scan(kIfNum), out(kHeaderSize)>),
     ROUTE(kIf, METHOD_GET, "max-frame-size", "Reads the largest frame one port accepts",
-          Read<"if", openapiIfMaxFrameSizeGet, scan("ifNum"), out("maxFrameSize")>),
+          Read<"if", openapiIfMaxFrameSizeGet, scan(kIfNum), out(kMaxFrameSize)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "soft-shutdown-state", "Reads whether one port is soft shut down",
-          Read<"if", rpcclt_openapiIfSoftShutdownStateGet, scan("ifNum"), out("soft_shut", kEnable)>),
+          Read<"if", rpcclt_openapiIfSoftShutdownStateGet, scan(kIfNum), out(kSoftShut, kEnable)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "admin-state", "Reads whether one interface is administratively enabled",
-          Read<"if", openapiIfAdminStateGet, scan("ifNum"), out("adminState", kEnable)>),
+          Read<"if", openapiIfAdminStateGet, scan(kIfNum), out(kAdminState, kEnable)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "link-trap", "Reads whether one interface sends link up/down traps",
-          Read<"if", rpcclt_openapiIfLinkTrapGet, scan("ifNum"), out("link-trap", kEnable)>),
+          Read<"if", rpcclt_openapiIfLinkTrapGet, scan(kIfNum), out(kLinkTrap, kEnable)>),
     ROUTE(kIf, METHOD_GET, "capabilities", "Reads the speeds and features one port supports",
-          Read<"if", rpcclt_openapiIfCapabilitiesGet, scan("ifNum"), out("portCapability")>),
+          Read<"if", rpcclt_openapiIfCapabilitiesGet, scan(kIfNum), out(kPortCapability)>),
     ROUTE(kIf, METHOD_GET, "disable-reason", "Reads why one port is disabled",
-          Read<"if", rpcclt_openapiIfDisableReasonGet, scan("ifNum"), out("reason", kIfDisableReason)>),
+          Read<"if", rpcclt_openapiIfDisableReasonGet, scan(kIfNum), out(kReason, kIfDisableReason)>),
     ROUTE(kIf, METHOD_GET, "active-media-type", "Reads the media type one port currently uses",
-          Read<"if", rpcclt_openapiIfActiveMediaTypeGet, scan("ifNum"), out("mediaType", kIfMediaType)>),
+          Read<"if", rpcclt_openapiIfActiveMediaTypeGet, scan(kIfNum), out(kMediaType, kIfMediaType)>),
     ROUTE(kIf, METHOD_GET, "pause-status", "Reads the flow-control pause status of one port",
-          Read<"if", rpcclt_openapiIfPauseStatusGet, scan("ifNum"), out("rxPauseAllowed", kTrue),
-               out("txPauseAllowed", kTrue)>),
+          Read<"if", rpcclt_openapiIfPauseStatusGet, scan(kIfNum), out(kRxPauseAllowed, kTrue),
+               out(kTxPauseAllowed, kTrue)>),
     ROUTE(kIf, METHOD_GET, "special-port-type", "Reads the special type of one port",
-          Read<"if", rpcclt_openapiIfSpecialPortTypeGet, scan("ifNum"), out("specialType", kIfSpecialPortType)>),
+          Read<"if", rpcclt_openapiIfSpecialPortTypeGet, scan(kIfNum), out(kSpecialType, kIfSpecialPortType)>),
     ROUTE(kIf, METHOD_GET, "exp-port-root-port", "Reads the root port of one expandable port's group",
-          Read<"if", rpcclt_openapiIfExpPortRootPortGet, scan("ifNum"), out("rootSlot"), out("rootPort")>),
+          Read<"if", rpcclt_openapiIfExpPortRootPortGet, scan(kIfNum), out(kRootSlot), out(kRootPort)>),
     ROUTE(kIf, METHOD_GET, "exp-port-oper-mode-lane-count",
           "Reads how many lanes an expandable port uses in its operating mode",
-          Read<"if", rpcclt_openapiIfExpPortOperModeLaneCountGet, scan("ifNum"), out("laneCount")>),
+          Read<"if", rpcclt_openapiIfExpPortOperModeLaneCountGet, scan(kIfNum), out(kLaneCount)>),
     ROUTE(kIf, METHOD_GET, "exp-port-first-peer", "Reads the first peer port of one expandable port",
-          Read<"if", rpcclt_openapiIfExpPortFirstPeerGet, scan("ifNum"), out("peerIfNum")>),
+          Read<"if", rpcclt_openapiIfExpPortFirstPeerGet, scan(kIfNum), out(kPeerIfNum)>),
     ROUTE(kIf, METHOD_GET, "port-speed-lane-count", "Reads how many lanes one port's speed uses",
-          Read<"if", rpcclt_openapiIfPortSpeedLaneCountGet, scan("ifNum"), out("laneCount")>),
+          Read<"if", rpcclt_openapiIfPortSpeedLaneCountGet, scan(kIfNum), out(kLaneCount)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "speed", "Reading a port's speed this way is not supported",
           Fixed<"if", CODE_UNSUPPORTED>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "mtu-size", "Reading a port's MTU this way is not supported",
           Fixed<"if", CODE_UNSUPPORTED>),
     ROUTE(kIf, METHOD_PUT, "speed", "Sets the speed and duplex of one port",
-          Set<rpcclt_openapiIfSpeedSet, scan("ifNum"), bodyMapped("speed", kIfSpeedNameValue)>),
+          Set<rpcclt_openapiIfSpeedSet, scan(kIfNum), bodyMapped(kSpeed, kIfSpeedNameValue)>),
     ROUTE(kIf, METHOD_PUT, "auto-neg", "Turns auto-negotiation on or off on one port",
-          Set<rpcclt_openapiIfAutoNegSet, scan("ifNum"), body("autoneg")>),
+          Set<rpcclt_openapiIfAutoNegSet, scan(kIfNum), body(kAutoneg)>),
     ROUTE(kIf, METHOD_PUT, "mtu-size", "Sets the MTU of one port",
-          Set<rpcclt_openapiIfMtuSizeSet, scan("ifNum"), body("mtu_size")>),
+          Set<rpcclt_openapiIfMtuSizeSet, scan(kIfNum), body(kMtuSize)>),
     ROUTE(kIf, METHOD_PUT, "mtu-size-set-v2", "Sets the MTU of one port, the second form",
-          Set<rpcclt_openapiIfMtuSizeSetV2, scan("ifNum"), body("mtu_size")>),
+          Set<rpcclt_openapiIfMtuSizeSetV2, scan(kIfNum), body(kMtuSize)>),
     ROUTE(kIf, METHOD_PUT, "max-frame-size", "Sets the largest frame one port accepts",
-          Set<rpcclt_openapiIfMaxFrameSizeSet, scan("ifNum"), body("maxFrameSize")>),
+          Set<rpcclt_openapiIfMaxFrameSizeSet, scan(kIfNum), body(kMaxFrameSize)>),
     ROUTE(kIf, METHOD_PUT, "soft-shutdown-state", "Turns soft shutdown on or off on one port",
-          Set<rpcclt_openapiIfSoftShutdownStateSet, scan("ifNum"), bodyIs("soft_shut", "enable")>),
+          Set<rpcclt_openapiIfSoftShutdownStateSet, scan(kIfNum), bodyIs(kSoftShut, "enable")>),
     ROUTE(kIf, METHOD_PUT, "admin-state", "Enables or disables one interface",
-          Set<rpcclt_openapiIfAdminStateSet, scan("ifNum"), bodyIs("adminState", "enable")>),
+          Set<rpcclt_openapiIfAdminStateSet, scan(kIfNum), bodyIs(kAdminState, "enable")>),
     // Older pages send the mode as "mode".
     ROUTE(kIf, METHOD_PUT, "link-trap", "Turns link up/down traps on or off for one interface",
-          Set<rpcclt_openapiIfLinkTrapSet, scan("ifNum"), bodyIs("link-trap", "enable", "mode")>),
+          Set<rpcclt_openapiIfLinkTrapSet, scan(kIfNum), bodyIs(kLinkTrap, "enable", kMode)>),
     ROUTE(kIf, METHOD_PUT, "descr", "Sets the description of one interface",
-          Set<rpcclt_openapiIfDescrSet, scan("ifNum"), bodyText("descrip", 255)>),
+          Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, 255)>),
 
     // Port expansion and FEC.
     ROUTE(kIf, METHOD_GET, "intf-expandable-port-next", "Finds the next expandable port after the given one",
-          Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan("prevIfNum"), out("nextIfNum")>),
+          Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan(kPrevIfNum), out(kNextIfNum)>),
     HANDLER(kIf, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet,
             kExpandModeSupportedDoc),
     ROUTE(kIf, METHOD_PUT, "intf-expandable-port-mode", "Sets the mode of one expandable port",
-          Set<rpcclt_openapiIntfExpandablePortModeSet, scan("ifNum"),
-              bodyMapped("expandPortMode", kIfExpandModeValue)>),
+          Set<rpcclt_openapiIntfExpandablePortModeSet, scan(kIfNum),
+              bodyMapped(kExpandPortMode, kIfExpandModeValue)>),
     ROUTE(kIf, METHOD_GET, "intf-expandable-port-config-mode", "Reads the configured mode of one expandable port",
-          Read<"if", rpcclt_openapiIntfExpandablePortConfigModeGet, scan("ifNum"),
-               out("expandPortMode", kIfExpandMode)>),
+          Read<"if", rpcclt_openapiIntfExpandablePortConfigModeGet, scan(kIfNum),
+               out(kExpandPortMode, kIfExpandMode)>),
     ROUTE(kIf, METHOD_GET, "intf-expandable-port-oper-mode", "Reads the operating mode of one expandable port",
-          Read<"if", rpcclt_openapiIntfExpandablePortOperModeGet, scan("ifNum"),
-               out("expandPortMode", kIfExpandMode)>),
+          Read<"if", rpcclt_openapiIntfExpandablePortOperModeGet, scan(kIfNum),
+               out(kExpandPortMode, kIfExpandMode)>),
     ROUTE(kIf, METHOD_GET, "intf-expandable-mode-peers-get-by-mode",
           "Reads the peer ports an expandable port uses in a given mode",
-          Read<"if", rpcclt_openapiIntfExpandableModePeersGetByModeGet, scan("ifNum"),
-               out("expandPortMode", kIfExpandMode), outText("peerIntfs", 256), out("peerCount")>),
+          Read<"if", rpcclt_openapiIntfExpandableModePeersGetByModeGet, scan(kIfNum),
+               out(kExpandPortMode, kIfExpandMode), outText(kPeerIntfs, 256), out(kPeerCount)>),
     ROUTE(kIf, METHOD_PUT, "intf-fec-mode", "Sets the forward error correction mode of one port",
-          Set<rpcclt_openapiIntfFECModeSet, scan("ifNum"), bodyMapped("fecMode", kIfFecModeValue)>),
+          Set<rpcclt_openapiIntfFECModeSet, scan(kIfNum), bodyMapped(kFecMode, kIfFecModeValue)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "intf-fec-mode", "Reads the forward error correction mode of one port",
-          Read<"if", rpcclt_openapiIntfFECModeGet, scan("ifNum"), out("fecConfigMode", kIfFecMode),
-               out("fecOperMode", kIfFecMode)>),
+          Read<"if", rpcclt_openapiIntfFECModeGet, scan(kIfNum), out(kFecConfigMode, kIfFecMode),
+               out(kFecOperMode, kIfFecMode)>),
 
     // D-Disable recovery, first part.
     HANDLER(kIf, METHOD_PUT, "ddisable-auto-recovery-interval", recoveryIntervalSetHandler, kRecoveryIntervalSetDoc),
@@ -258,291 +275,291 @@ constexpr RouteRow kRoutes[] = {
 
     // Interface application settings.
     ROUTE(kApp, METHOD_GET, "time-range", "Reads the time range that applies to one port",
-          Read<"interfaceApp", rpcclt_openapiInterfaceAppTimeRangeGet, scan("intIfNum"), outText("timeRange", 256)>),
+          Read<"interfaceApp", rpcclt_openapiInterfaceAppTimeRangeGet, scan(kIntIfNum), outText(kTimeRange, 256)>),
     HANDLER(kApp, METHOD_PUT, "time-range", interfaceAppTimeRangeSet, kTimeRangeSetDoc),
     ROUTE(kApp, METHOD_PUT, "rgb-led-color-mode", "Sets the colour mode of one port's LED",
           LedGated<LedPort::First,
-                   Set<rpcclt_openapiInterfaceAppRGBLedColorModeSet, scan("unit"), bodyIs("mode", "enable")>>),
+                   Set<rpcclt_openapiInterfaceAppRGBLedColorModeSet, scan(kUnit), bodyIs(kMode, "enable")>>),
     ROUTE(kApp, METHOD_GET, "rgb-led-color-mode", "Reads the colour mode of one port's LED",
-          LedGated<LedPort::First, Read<"interfaceApp", rpcclt_openapiInterfaceAppRGBLedColorModeGet, scan("unit"),
-                                        out("mode", kEnable)>>),
+          LedGated<LedPort::First, Read<"interfaceApp", rpcclt_openapiInterfaceAppRGBLedColorModeGet, scan(kUnit),
+                                        out(kMode, kEnable)>>),
     ROUTE(kApp, METHOD_GET, "port-rgb-led-color-support", "Asks whether one port has a colour LED",
-          Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, scan("ifNum"),
-               out("isRGBLedColorSupported", kTrue)>),
+          Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, scan(kIfNum),
+               out(kIsRGBLedColorSupported, kTrue)>),
     ROUTE(
         kApp, METHOD_PUT, "port-rgb-led-color", "Sets the colour of one port's LED",
-        LedGated<LedPort::FromQuery, Set<rpcclt_openapiInterfaceAppPortRGBLedColorSet, scan("ifNum"), body("color")>>),
+        LedGated<LedPort::FromQuery, Set<rpcclt_openapiInterfaceAppPortRGBLedColorSet, scan(kIfNum), body(kColor)>>),
     ROUTE(kApp, METHOD_GET, "port-rgb-led-color", "Reads the colour of one port's LED",
           LedGated<LedPort::FromQuery,
-                   Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorGet, scan("ifNum"), out("color")>>),
+                   Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorGet, scan(kIfNum), out(kColor)>>),
     ROUTE(kApp, METHOD_PUT, "port-rgb-led-color-brightness", "Sets the colour and brightness of one port's LED",
           LedGated<LedPort::FromQuery,
-                   Set<rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet, scan("ifNum"), body("brightness")>>),
+                   Set<rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet, scan(kIfNum), body(kBrightness)>>),
     ROUTE(kApp, METHOD_GET, "port-rgb-led-color-brightness", "Reads the colour and brightness of one port's LED",
           LedGated<LedPort::FromQuery, Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet,
-                                            scan("ifNum"), out("brightness")>>),
+                                            scan(kIfNum), out(kBrightness)>>),
 
     // Green Ethernet, second block.
     // Short reach speaks "true"/"false" where energy detect speaks "enable".
     ROUTE(kGreen, METHOD_PUT, "shrt-rch-auto-mode", "Turns automatic short-reach mode on or off on one port",
-          Set<rpcclt_openapiGreenEthrShrtRchAutoModeSet, scan("intIfNum"), bodyIs("mode", "true")>),
+          Set<rpcclt_openapiGreenEthrShrtRchAutoModeSet, scan(kIntIfNum), bodyIs(kMode, "true")>),
     ROUTE(kGreen, METHOD_PUT, "shrt-rch-force-mode", "Turns forced short-reach mode on or off on one port",
-          Set<rpcclt_openapiGreenEthrShrtRchForceModeSet, scan("intIfNum"), bodyIs("mode", "true")>),
+          Set<rpcclt_openapiGreenEthrShrtRchForceModeSet, scan(kIntIfNum), bodyIs(kMode, "true")>),
     ROUTE(
         kGreen, METHOD_GET, "energy-detect-admin-mode", "Reads whether energy-detect mode is enabled on one port",
-        Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, scan("intIfNum"), out("mode", kEnable)>),
+        Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, scan(kIntIfNum), out(kMode, kEnable)>),
     ROUTE(kGreen, METHOD_GET, "shrt-rch-auto-admin-mode",
           "Reads whether automatic short-reach mode is enabled on one port",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, scan("intIfNum"), out("mode", kTrue)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, scan(kIntIfNum), out(kMode, kTrue)>),
     ROUTE(kGreen, METHOD_GET, "shrt-rch-force-admin-mode",
           "Reads whether forced short-reach mode is enabled on one port",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, scan("intIfNum"), out("mode", kTrue)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, scan(kIntIfNum), out(kMode, kTrue)>),
     ROUTE(kGreen, METHOD_GET, "energy-detect-opr-status", "Reads whether energy detect is operating on one port",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, scan("intIfNum"),
-               out("oprStatus", kTrue), out("reason", kGreenReason, kGreenReasonUnset)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, scan(kIntIfNum),
+               out(kOprStatus, kTrue), out(kOprReason, kGreenReason, kGreenReasonUnset)>),
     ROUTE(kGreen, METHOD_GET, "shrt-rch-opr-status", "Reads whether short reach is operating on one port",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchOprStatusGet, scan("intIfNum"), out("oprStatus", kTrue),
-               out("reason", kGreenReason, kGreenReasonUnset)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchOprStatusGet, scan(kIntIfNum), out(kOprStatus, kTrue),
+               out(kOprReason, kGreenReason, kGreenReasonUnset)>),
     ROUTE(kGreen, METHOD_GET, "energy-detect-opr-status-str",
           "Reads why energy detect is or is not operating on one port, as text",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, scan("intIfNum"),
-               out("oprStatus", kTrue), outText("reasonStr", 256)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, scan(kIntIfNum),
+               out(kOprStatus, kTrue), outText(kReasonStr, 256)>),
     ROUTE(kGreen, METHOD_GET, "shrt-rch-opr-status-str",
           "Reads why short reach is or is not operating on one port, as text",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, scan("intIfNum"),
-               out("oprStatus", kTrue), outText("reasonStr", 256)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, scan(kIntIfNum),
+               out(kOprStatus, kTrue), outText(kReasonStr, 256)>),
     ROUTE(kGreen, METHOD_GET, "global-energy-detect-mode", "Reads whether energy detect is enabled on the switch",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet, out("adminMode", kEnable)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kGreen, METHOD_PUT, "global-energy-detect-mode", "Turns energy detect on or off for the switch",
-          Set<rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, bodyIs(kAdminMode, "enable")>),
     ROUTE(kGreen, METHOD_GET, "global-short-reach-mode", "Reads whether short reach is enabled on the switch",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrGlobalShortReachModeGet, out("adminMode", kEnable)>),
+          Read<"greenEthernet", rpcclt_openapiGreenEthrGlobalShortReachModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kGreen, METHOD_PUT, "global-short-reach-mode", "Turns short reach on or off for the switch",
-          Set<rpcclt_openapiGreenEthrGlobalShortReachModeSet, bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiGreenEthrGlobalShortReachModeSet, bodyIs(kAdminMode, "enable")>),
 
     // Energy-efficient Ethernet, second block.
     ROUTE(kEee, METHOD_PUT, "admin-mode", "Turns Energy Efficient Ethernet on or off on one port",
-          Set<rpcclt_openapiGreenEthrEeeAdminModeSet, scan("intIfNum"), bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiGreenEthrEeeAdminModeSet, scan(kIntIfNum), bodyIs(kAdminMode, "enable")>),
     ROUTE(kEee, METHOD_GET, "tx-idle-time", "Reads one port's EEE transmit idle time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxIdleTimeGet, scan("intIfNum"), out("eeeTxIdleTime")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxIdleTimeGet, scan(kIntIfNum), out(kEeeTxIdleTime)>),
     ROUTE(kEee, METHOD_PUT, "tx-idle-time", "Sets one port's EEE transmit idle time",
-          Set<rpcclt_openapiGreenEthrEeeTxIdleTimeSet, scan("intIfNum"), body("eeeTxIdleTime")>),
+          Set<rpcclt_openapiGreenEthrEeeTxIdleTimeSet, scan(kIntIfNum), body(kEeeTxIdleTime)>),
     ROUTE(kEee, METHOD_GET, "tx-wake-time", "Reads one port's EEE transmit wake time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxWakeTimeGet, scan("intIfNum"), out("eeeTxWakeTime")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxWakeTimeGet, scan(kIntIfNum), out(kEeeTxWakeTime)>),
     ROUTE(kEee, METHOD_PUT, "tx-wake-time", "Sets one port's EEE transmit wake time",
-          Set<rpcclt_openapiGreenEthrEeeTxWakeTimeSet, scan("intIfNum"), body("eeeTxWakeTime")>),
+          Set<rpcclt_openapiGreenEthrEeeTxWakeTimeSet, scan(kIntIfNum), body(kEeeTxWakeTime)>),
     ROUTE(kEee, METHOD_GET, "global-admin-mode", "Reads whether Energy Efficient Ethernet is enabled on the switch",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, out("adminMode", kEnable)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kEee, METHOD_PUT, "global-admin-mode", "Turns Energy Efficient Ethernet on or off for the switch",
-          Set<rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, bodyIs("adminMode", "enable")>),
+          Set<rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, bodyIs(kAdminMode, "enable")>),
     ROUTE(kEee, METHOD_DELETE, "statistics", "Clears one port's EEE statistics",
-          Set<rpcclt_openapiGreenEthrEeeStatisticsClear, scan("intIfNum")>),
+          Set<rpcclt_openapiGreenEthrEeeStatisticsClear, scan(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "tx-events", "Reads how often one port entered low-power idle when sending",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan("intIfNum"), out("count")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan(kIntIfNum), out(kCount)>),
     // Durations come as two 32-bit words and are reported as such.
     ROUTE(kEee, METHOD_GET, "tx-duration", "Reads how long one port was in low-power idle when sending",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDurationGet, scan("intIfNum"), out("high"),
-               out("low")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDurationGet, scan(kIntIfNum), out(kHigh),
+               out(kLow)>),
     ROUTE(kEee, METHOD_GET, "rx-events", "Reads how often one port entered low-power idle when receiving",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan("intIfNum"), out("count")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan(kIntIfNum), out(kCount)>),
     ROUTE(kEee, METHOD_GET, "rx-duration", "Reads how long one port was in low-power idle when receiving",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDurationGet, scan("intIfNum"), out("high"),
-               out("low")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDurationGet, scan(kIntIfNum), out(kHigh),
+               out(kLow)>),
     // The broken-down form, registered later, is the one that serves.
     SHADOWED_ROUTE(kEee, METHOD_GET, "time-since-last-stats-reset",
           "Reads the time since one port's EEE statistics were cleared",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, scan("intIfNum"),
-               out("value")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, scan(kIntIfNum),
+               out(kStatsResetSeconds)>),
     ROUTE(kEee, METHOD_GET, "time-since-last-stats-reset",
           "Reads the time since one port's EEE statistics were cleared, as days, hours, minutes and seconds",
-          Read<"greenEthernetEeeApi", rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, scan("intIfNum"),
-               out("days"), out("hours"), out("minutes"), out("seconds")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, scan(kIntIfNum),
+               out(kDays), out(kHours), out(kMinutes), out(kSeconds)>),
     ROUTE(kEee, METHOD_GET, "total-lpi-time", "Reads the total low-power-idle time of all ports",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, out("lpiTotalTime")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, out(kLpiTotalTime)>),
     ROUTE(
         kEee, METHOD_GET, "tx-dll-enable",
           "Reads whether one port's transmit data link layer EEE negotiation is enabled",
-        Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDllEnableGet, scan("intIfNum"), out("enable", kTrue)>),
+        Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDllEnableGet, scan(kIntIfNum), out(kDllEnable, kTrue)>),
     ROUTE(kEee, METHOD_GET, "tx-dll-ready", "Reads whether one port's transmit data link layer is ready for EEE",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDllReadyGet, scan("intIfNum"), out("ready", kTrue)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDllReadyGet, scan(kIntIfNum), out(kReady, kTrue)>),
     ROUTE(
         kEee, METHOD_GET, "rx-dll-enable", "Reads whether one port's receive data link layer EEE negotiation is enabled",
-        Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDllEnableGet, scan("intIfNum"), out("enable", kTrue)>),
+        Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDllEnableGet, scan(kIntIfNum), out(kDllEnable, kTrue)>),
     ROUTE(kEee, METHOD_GET, "rx-dll-ready", "Reads whether one port's receive data link layer is ready for EEE",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDllReadyGet, scan("intIfNum"), out("ready", kTrue)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDllReadyGet, scan(kIntIfNum), out(kReady, kTrue)>),
     ROUTE(kEee, METHOD_GET, "tx-twsys", "Reads one port's local transmit wake time (Tw_sys_tx)",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxTwsysGet, scan("intIfNum"), out("txTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxTwsysGet, scan(kIntIfNum), out(kTxTwsys)>),
     ROUTE(kEee, METHOD_GET, "rx-twsys", "Reads one port's local receive wake time (Tw_sys_rx)",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxTwsysGet, scan("intIfNum"), out("rxTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxTwsysGet, scan(kIntIfNum), out(kRxTwsys)>),
     ROUTE(kEee, METHOD_GET, "fb-twsys", "Reads one port's local fallback wake time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeFbTwsysGet, scan("intIfNum"), out("fbTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeFbTwsysGet, scan(kIntIfNum), out(kFbTwsys)>),
     ROUTE(kEee, METHOD_GET, "echo-tx-twsys", "Reads the transmit wake time one port echoes to its partner",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, scan("intIfNum"), out("echoTxTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, scan(kIntIfNum), out(kEchoTxTwsys)>),
     ROUTE(kEee, METHOD_GET, "echo-rx-twsys", "Reads the receive wake time one port echoes to its partner",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, scan("intIfNum"), out("echoRxTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, scan(kIntIfNum), out(kEchoRxTwsys)>),
     // The remote calls take the interface before the remote index.
     ROUTE(kEee, METHOD_GET, "rem-tx-twsys", "Reads the link partner's transmit wake time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemTxTwsysGet, scan("intIfNum"), scan("remIndex"),
-               scan("timestamp"), out("remTxTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemTxTwsysGet, scan(kIntIfNum), scan(kRemIndex),
+               scan(kTimestamp), out(kRemTxTwsys)>),
     ROUTE(kEee, METHOD_GET, "rem-tx-twsys-echo", "Reads the transmit wake time the link partner echoes",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, scan("intIfNum"), scan("remIndex"),
-               scan("timestamp"), out("remTxTwsysEcho")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, scan(kIntIfNum), scan(kRemIndex),
+               scan(kTimestamp), out(kRemTxTwsysEcho)>),
     ROUTE(kEee, METHOD_GET, "rem-rx-twsys", "Reads the link partner's receive wake time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemRxTwsysGet, scan("intIfNum"), scan("remIndex"),
-               scan("timestamp"), out("remRxTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemRxTwsysGet, scan(kIntIfNum), scan(kRemIndex),
+               scan(kTimestamp), out(kRemRxTwsys)>),
     ROUTE(kEee, METHOD_GET, "rem-rx-twsys-echo", "Reads the receive wake time the link partner echoes",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, scan("intIfNum"), scan("remIndex"),
-               scan("timestamp"), out("remRxTwsysEcho")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, scan(kIntIfNum), scan(kRemIndex),
+               scan(kTimestamp), out(kRemRxTwsysEcho)>),
     ROUTE(kEee, METHOD_GET, "rem-fb-twsys", "Reads the link partner's fallback wake time",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemFbTwsysGet, scan("intIfNum"), scan("remIndex"),
-               scan("timestamp"), out("remFbTwsys")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemFbTwsysGet, scan(kIntIfNum), scan(kRemIndex),
+               scan(kTimestamp), out(kRemFbTwsys)>),
     // The summaries report the DLL flags as plain numbers.
     ROUTE(kEee, METHOD_GET, "local-summary", "Reads one port's local EEE values in one reply",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeLocalSummaryGet, scan("intIfNum"), out("twSysTx"),
-               out("twSysTxEcho"), out("twSysRx"), out("twSysRxEcho"), out("twSysTxFallback"), out("txDllEnabled"),
-               out("txDllReady"), out("rxDllEnabled"), out("rxDllReady")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeLocalSummaryGet, scan(kIntIfNum), out(kTwSysTx),
+               out(kTwSysTxEcho), out(kTwSysRx), out(kTwSysRxEcho), out(kTwSysTxFallback), out(kTxDllEnabled),
+               out(kTxDllReady), out(kRxDllEnabled), out(kRxDllReady)>),
     ROUTE(kEee, METHOD_GET, "remote-summary", "Reads the link partner's EEE values in one reply",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemoteSummaryGet, scan("intIfNum"), out("twSysTx"),
-               out("twSysTxEcho"), out("twSysRx"), out("twSysRxEcho"), out("twSysTxFallback")>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemoteSummaryGet, scan(kIntIfNum), out(kTwSysTx),
+               out(kTwSysTxEcho), out(kTwSysRx), out(kTwSysRxEcho), out(kTwSysTxFallback)>),
     ROUTE(kEee, METHOD_GET, "features-supported", "Reads which green Ethernet features the switch supports",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrFeaturesSupportedGet, scan("unit"),
-               outText("featureString", 512)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrFeaturesSupportedGet, scan(kUnit),
+               outText(kFeatureString, 512)>),
 
     // Power estimates, second block.
     ROUTE(kPowerEstimates, METHOD_GET, "global-cum-saving", "Reads the switch's cumulative estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCumSavingGet, out("pwrSaving")>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCumSavingGet, out(kPwrSaving)>),
     ROUTE(kPowerEstimates, METHOD_GET, "global-pwr-saving", "Reads the switch's current estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, out("pwrSaving")>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, out(kPwrSaving)>),
     ROUTE(kPowerEstimates, METHOD_DELETE, "ethr-intf-statistics", "Clears one port's green Ethernet power statistics",
-          Set<rpcclt_openapiGreenEthrIntfStatisticsClear, scan("intIfNum")>),
+          Set<rpcclt_openapiGreenEthrIntfStatisticsClear, scan(kIntIfNum)>),
 
     // Power-saving history, second block.
     HANDLER(kPowerHistory, METHOD_GET, "intf-next-entry", greenHistoryNextEntry, kHistoryNextEntryDoc),
     HANDLER(kPowerHistory, METHOD_GET, "intf-next-sample", greenHistoryNextSample, kHistoryNextSampleDoc),
     ROUTE(kPowerHistory, METHOD_DELETE, "intf-statistics", "Clears one port's power saving history",
-          Set<rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, scan("intIfNum")>),
+          Set<rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, scan(kIntIfNum)>),
 
     // MAC locking, per interface and VLAN, address entries.
     ROUTE(kPml, METHOD_GET, "next-valid-intf", "Finds the next port after the given one that supports MAC locking",
-          Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan("ifNum"), out("nextIfNum")>),
+          Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan(kIfNum), out(kNextIfNum)>),
     // A check that replies like a read although registered as POST.
     ROUTE(kPml, METHOD_POST, "intf-is-valid", "Asks whether one port supports MAC locking",
-          Read<"pml", rpcclt_openapiPmlIntfIsValid, scan("ifNum"), out("isValid", kTrue)>),
+          Read<"pml", rpcclt_openapiPmlIntfIsValid, scan(kIfNum), out(kIsValid, kTrue)>),
     // Read as "mode", written as "intfMode".
     ROUTE(kPml, METHOD_GET, "intf-mode", "Reads whether MAC locking is enabled on one port",
-          Read<"pml", rpcclt_openapiPmlIntfModeGet, scan("ifNum"), out("mode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfModeGet, scan(kIfNum), out(kMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "intf-mode", "Turns MAC locking on or off on one port",
-          Set<rpcclt_openapiPmlIntfModeSet, scan("ifNum"), bodyIs("intfMode", "enable")>),
+          Set<rpcclt_openapiPmlIntfModeSet, scan(kIfNum), bodyIs(kIntfMode, "enable")>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-limit", "Reads how many dynamic addresses one port may learn",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicLimitGet, scan("ifNum"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLimitGet, scan(kIfNum), out(kDynamicLimit)>),
     ROUTE(kPml, METHOD_PUT, "intf-dynamic-limit", "Sets how many dynamic addresses one port may learn",
-          Set<rpcclt_openapiPmlIntfDynamicLimitSet, scan("ifNum"), body("limit")>),
+          Set<rpcclt_openapiPmlIntfDynamicLimitSet, scan(kIfNum), body(kDynamicLimit)>),
     ROUTE(kPml, METHOD_GET, "intf-static-limit", "Reads how many static addresses one port may lock",
-          Read<"pml", rpcclt_openapiPmlIntfStaticLimitGet, scan("ifNum"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticLimitGet, scan(kIfNum), out(kStaticLimit)>),
     ROUTE(kPml, METHOD_PUT, "intf-static-limit", "Sets how many static addresses one port may lock",
-          Set<rpcclt_openapiPmlIntfStaticLimitSet, scan("ifNum"), body("limit")>),
+          Set<rpcclt_openapiPmlIntfStaticLimitSet, scan(kIfNum), body(kStaticLimit)>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-max-limit", "Reads the highest dynamic address limit one port accepts",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicMaxLimitGet, scan("ifNum"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicMaxLimitGet, scan(kIfNum), out(kDynamicMaxLimit)>),
     ROUTE(kPml, METHOD_GET, "intf-static-max-limit", "Reads the highest static address limit one port accepts",
-          Read<"pml", rpcclt_openapiPmlIntfStaticMaxLimitGet, scan("ifNum"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticMaxLimitGet, scan(kIfNum), out(kStaticMaxLimit)>),
     // The count answers under "limit".
     ROUTE(kPml, METHOD_GET, "intf-static-count", "Reads how many static addresses are locked to one port",
-          Read<"pml", rpcclt_openapiPmlIntfStaticCountGet, scan("ifNum"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticCountGet, scan(kIfNum), out(kStaticCount)>),
     ROUTE(kPml, METHOD_GET, "intf-violation-trap-mode", "Reads whether one port sends a trap on a MAC locking violation",
-          Read<"pml", rpcclt_openapiPmlIntfViolationTrapModeGet, scan("ifNum"), out("trapMode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfViolationTrapModeGet, scan(kIfNum), out(kTrapMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "intf-violation-trap-mode", "Turns MAC locking violation traps on or off on one port",
-          Set<rpcclt_openapiPmlIntfViolationTrapModeSet, scan("ifNum"), bodyIs("trapMode", "enable")>),
+          Set<rpcclt_openapiPmlIntfViolationTrapModeSet, scan(kIfNum), bodyIs(kTrapMode, "enable")>),
     ROUTE(kPml, METHOD_GET, "intf-violation-ddisable-mode", "Reads whether a MAC locking violation disables one port",
-          Read<"pml", rpcclt_openapiPmlIntfViolationDDisableModeGet, scan("ifNum"), out("mode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfViolationDDisableModeGet, scan(kIfNum), out(kMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "intf-violation-ddisable-mode", "Sets whether a MAC locking violation disables one port",
-          Set<rpcclt_openapiPmlIntfViolationDDisableModeSet, scan("ifNum"), bodyIs("mode", "enable")>),
+          Set<rpcclt_openapiPmlIntfViolationDDisableModeSet, scan(kIfNum), bodyIs(kMode, "enable")>),
     // Read as "stickyMode", written as "sticky".
     ROUTE(kPml, METHOD_GET, "intf-sticky-mode", "Reads whether one port keeps learned addresses as sticky",
-          Read<"pml", rpcclt_openapiPmlIntfStickyModeGet, scan("ifNum"), out("stickyMode", kEnable)>),
+          Read<"pml", rpcclt_openapiPmlIntfStickyModeGet, scan(kIfNum), out(kStickyMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "intf-sticky-mode", "Turns sticky learning on or off on one port",
-          Set<rpcclt_openapiPmlIntfStickyModeSet, scan("ifNum"), bodyIs("sticky", "enable")>),
+          Set<rpcclt_openapiPmlIntfStickyModeSet, scan(kIfNum), bodyIs(kSticky, "enable")>),
     ROUTE(kPml, METHOD_GET, "intf-trap-frequency", "Reads the shortest time between MAC locking traps of one port",
-          Read<"pml", rpcclt_openapiPmlIntfTrapFrequencyGet, scan("ifNum"), out("interval")>),
+          Read<"pml", rpcclt_openapiPmlIntfTrapFrequencyGet, scan(kIfNum), out(kTrapInterval)>),
     ROUTE(kPml, METHOD_PUT, "intf-trap-frequency", "Sets the shortest time between MAC locking traps of one port",
-          Set<rpcclt_openapiPmlIntfTrapFrequencySet, scan("ifNum"), body("interval")>),
+          Set<rpcclt_openapiPmlIntfTrapFrequencySet, scan(kIfNum), body(kTrapInterval)>),
     ROUTE(kPml, METHOD_GET, "intf-age-time", "Reads after how long one port's dynamic locked addresses age out",
-          Read<"pml", rpcclt_openapiPmlIntfAgeTimeGet, scan("ifNum"), out("ageTime")>),
+          Read<"pml", rpcclt_openapiPmlIntfAgeTimeGet, scan(kIfNum), out(kAgeTime)>),
     ROUTE(kPml, METHOD_PUT, "intf-age-time", "Sets after how long one port's dynamic locked addresses age out",
-          Set<rpcclt_openapiPmlIntfAgeTimeSet, scan("ifNum"), body("ageTime")>),
+          Set<rpcclt_openapiPmlIntfAgeTimeSet, scan(kIfNum), body(kAgeTime)>),
     ROUTE(kPml, METHOD_GET, "intf-last-violation-addr", "Reads the last address that violated MAC locking on one port",
-          Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+          Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-learned-addr-count", "Reads how many dynamic addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan("ifNum"), out("count")>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
     ROUTE(kPml, METHOD_GET, "intf-static-learned-addr-count", "Reads how many static addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan("ifNum"), out("count")>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
     ROUTE(kPml, METHOD_GET, "static-addr-count-by-vlan", "Reads how many static locked addresses one VLAN holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan("vlanId"), out("count")>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan(kVlanId), out(kCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-dynamic-limit", "Reads how many dynamic addresses one VLAN may learn",
-          Read<"pml", rpcclt_openapiPmlVlanDynamicLimitGet, scan("vlanId"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlVlanDynamicLimitGet, scan(kVlanId), out(kVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_PUT, "vlan-dynamic-limit", "Sets how many dynamic addresses one VLAN may learn",
-          Set<rpcclt_openapiPmlVlanDynamicLimitSet, scan("vlanId"), body("limit")>),
+          Set<rpcclt_openapiPmlVlanDynamicLimitSet, scan(kVlanId), body(kVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_GET, "vlan-operational-limit", "Reads the dynamic address limit in force on one VLAN",
-          Read<"pml", rpcclt_openapiPmlVlanOperationalLimitGet, scan("vlanId"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlVlanOperationalLimitGet, scan(kVlanId), out(kVlanOperationalLimit)>),
     // The VLAN violation modes speak "true"/"false", unlike the interface ones.
     ROUTE(kPml, METHOD_GET, "vlan-violation-ddisable-mode",
           "Reads whether a MAC locking violation disables the port on one VLAN",
-          Read<"pml", rpcclt_openapiPmlVlanViolationDDisableModeGet, scan("vlanId"), out("mode", kTrue)>),
+          Read<"pml", rpcclt_openapiPmlVlanViolationDDisableModeGet, scan(kVlanId), out(kMode, kTrue)>),
     ROUTE(kPml, METHOD_PUT, "vlan-violation-ddisable-mode",
           "Sets whether a MAC locking violation disables the port on one VLAN",
-          Set<rpcclt_openapiPmlVlanViolationDDisableModeSet, scan("vlanId"), bodyIs("mode", "true")>),
+          Set<rpcclt_openapiPmlVlanViolationDDisableModeSet, scan(kVlanId), bodyIs(kMode, "true")>),
     ROUTE(kPml, METHOD_GET, "vlan-violation-trap-mode", "Reads whether one VLAN sends a trap on a MAC locking violation",
-          Read<"pml", rpcclt_openapiPmlVlanViolationTrapModeGet, scan("vlanId"), out("mode", kTrue)>),
+          Read<"pml", rpcclt_openapiPmlVlanViolationTrapModeGet, scan(kVlanId), out(kMode, kTrue)>),
     ROUTE(kPml, METHOD_PUT, "vlan-violation-trap-mode", "Turns MAC locking violation traps on or off for one VLAN",
-          Set<rpcclt_openapiPmlVlanViolationTrapModeSet, scan("vlanId"), bodyIs("mode", "true")>),
+          Set<rpcclt_openapiPmlVlanViolationTrapModeSet, scan(kVlanId), bodyIs(kMode, "true")>),
     ROUTE(kPml, METHOD_GET, "vlan-mode", "Reads whether MAC locking is enabled on one VLAN",
-          Read<"pml", rpcclt_openapiPmlVlanModeGet, scan("vlanId"), out("mode")>),
+          Read<"pml", rpcclt_openapiPmlVlanModeGet, scan(kVlanId), out(kVlanMode)>),
     ROUTE(kPml, METHOD_PUT, "vlan-mode", "Turns MAC locking on or off for one VLAN",
-          Set<rpcclt_openapiPmlVlanModeSet, scan("vlanId"), body("mode")>),
+          Set<rpcclt_openapiPmlVlanModeSet, scan(kVlanId), body(kVlanMode)>),
     ROUTE(kPml, METHOD_GET, "intf-vlan-dynamic-limit", "Reads how many dynamic addresses one port may learn on one VLAN",
-          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLimitGet, scan("ifNum"), scan("vlanId"), out("limit")>),
+          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLimitGet, scan(kIfNum), scan(kVlanId), out(kIntfVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_PUT, "intf-vlan-dynamic-limit", "Sets how many dynamic addresses one port may learn on one VLAN",
-          Set<rpcclt_openapiPmlIntfVlanDynamicLimitSet, scan("ifNum"), scan("vlanId"), body("limit")>),
+          Set<rpcclt_openapiPmlIntfVlanDynamicLimitSet, scan(kIfNum), scan(kVlanId), body(kIntfVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_GET, "intf-vlan-dynamic-learned-addr-count",
           "Reads how many dynamic addresses one port has learned on one VLAN",
-          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan("ifNum"), scan("vlanId"),
-               out("count")>),
+          Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan(kIfNum), scan(kVlanId),
+               out(kCount)>),
     // The walks are POST although the first-entry routes read no body; the
     // static walk's next flag is "isnextEntrySticky".
     ROUTE(kPml, METHOD_POST, "intf-static-entry-get-first", "Reads the first static locked address of one port",
-          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId"),
-               out("isSticky", kTrue)>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetFirst, scan(kIfNum), outMac(kMacAddr), out(kVlanId),
+               out(kIsSticky, kTrue)>),
     ROUTE(kPml, METHOD_POST, "intf-static-entry-get-next",
           "Reads the next static locked address of one port after the given one",
-          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetNext, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
-               outMac("nextMacAddr"), out("nextVlanId"), out("isnextEntrySticky", kTrue)>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticEntryGetNext, scan(kIfNum), bodyMac(kMacAddr), scan(kVlanId),
+               outMac(kNextMacAddr), out(kNextVlanId), out(kIsnextEntrySticky, kTrue)>),
     ROUTE(kPml, METHOD_POST, "intf-dynamic-entry-get-first", "Reads the first dynamic locked address of one port",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetFirst, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
     ROUTE(kPml, METHOD_POST, "intf-dynamic-entry-get-next",
           "Reads the next dynamic locked address of one port after the given one",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetNext, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
-               outMac("nextMacAddr"), out("nextVlanId")>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicEntryGetNext, scan(kIfNum), bodyMac(kMacAddr), scan(kVlanId),
+               outMac(kNextMacAddr), out(kNextVlanId)>),
     // The VLAN-based walk is keyed by the address alone and names its
     // second output "vlanId" in both replies.
     ROUTE(kPml, METHOD_POST, "vlan-dynamic-entry-get-first", "Reads the first dynamic locked address of one VLAN",
-          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetFirst, scan("ifNum"), outMac("macAddr"), out("vlanId")>),
+          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetFirst, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
     ROUTE(kPml, METHOD_POST, "vlan-dynamic-entry-get-next",
           "Reads the next dynamic locked address of one VLAN after the given one",
-          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetNext, scan("ifNum"), bodyMac("macAddr"),
-               outMac("nextMacAddr"), out("vlanId")>),
+          Read<"pml", rpcclt_openapiPmlVlanDynamicEntryGetNext, scan(kIfNum), bodyMac(kMacAddr),
+               outMac(kNextMacAddr), out(kVlanId)>),
     // Added with the address in the body, deleted with it in the query.
     ROUTE(kPml, METHOD_POST, "intf-static-entry", "Adds a static locked address to one port",
-          Set<rpcclt_openapiPmlIntfStaticEntryAdd, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"),
-              bodyIs("sticky", "true")>),
+          Set<rpcclt_openapiPmlIntfStaticEntryAdd, scan(kIfNum), bodyMac(kMacAddr), scan(kLockedVlanId),
+              bodyIs(kSticky, "true")>),
     ROUTE(kPml, METHOD_DELETE, "intf-static-entry", "Removes a static locked address from one port",
-          Set<rpcclt_openapiPmlIntfStaticEntryDelete, scan("ifNum"), queryMac(), scan("vlanId")>),
+          Set<rpcclt_openapiPmlIntfStaticEntryDelete, scan(kIfNum), queryMac(), scan(kLockedVlanId)>),
     ROUTE(kPml, METHOD_POST, "intf-dynamic-to-static-move", "Turns one port's dynamic locked addresses into static ones",
-          Set<rpcclt_openapiPmlIntfDynamicToStaticMove, scan("ifNum")>),
+          Set<rpcclt_openapiPmlIntfDynamicToStaticMove, scan(kIfNum)>),
     ROUTE(kPml, METHOD_PUT, "dot1qci-stream", "Sets the 802.1Qci stream of a locked address",
-          Set<rpcclt_openapiPmlDot1qciStreamSet, scan("ifNum"), bodyMac("macAddr"), scan("vlanId"), body("streamID")>),
+          Set<rpcclt_openapiPmlDot1qciStreamSet, scan(kIfNum), bodyMac(kMacAddr), scan(kVlanId), body(kStreamID)>),
     ROUTE(kPml, METHOD_GET, "dot1qci-stream", "Reads the 802.1Qci stream of a locked address",
-          Read<"pml", rpcclt_openapiPmlDot1qciStreamGet, scan("ifNum"), queryMac(), scan("vlanId"), out("streamID")>),
+          Read<"pml", rpcclt_openapiPmlDot1qciStreamGet, scan(kIfNum), queryMac(), scan(kVlanId), out(kStreamID)>),
     ROUTE(kPml, METHOD_DELETE, "dot1qci-stream", "Removes the 802.1Qci stream of a locked address",
-          Set<rpcclt_openapiPmlDot1qciStreamDelete, scan("ifNum"), queryMac(), scan("vlanId"), scan("streamID")>),
+          Set<rpcclt_openapiPmlDot1qciStreamDelete, scan(kIfNum), queryMac(), scan(kVlanId), scan(kStreamID)>),
 
     // D-Disable recovery (second part).
     HANDLER(kIf, METHOD_GET, "ddisable-autorecovery-table-feature-list", recoveryFeatureListHandler,
@@ -603,70 +620,6 @@ constexpr bool shadowMarksHold() {
   return true;
 }
 static_assert(shadowMarksHold(), "a row is shadowed by a later one of the same key exactly when it is marked so");
-
-constexpr const char *summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
-
-// The API document shows each operation by its summary: every row names
-// what it does, and no two rows that answer name it alike.
-constexpr bool summariesHold() {
-  for (size_t i = 0; i < std::size(kRoutes); ++i) {
-    const char *own = summaryOf(kRoutes[i]);
-    if (!own || !*own) return false;
-    if (kRoutes[i].shadowed) continue;
-    for (size_t j = i + 1; j < std::size(kRoutes); ++j)
-      if (!kRoutes[j].shadowed && sameText(own, summaryOf(kRoutes[j]))) return false;
-  }
-  return true;
-}
-// Under AddressSanitizer the address of a global is no constant, so these
-// two checks are left to the plain, Release and cross builds.
-#ifndef __SANITIZE_ADDRESS__
-static_assert(summariesHold(), "every row has a summary of its own");
-#endif
-
-constexpr bool described(const RouteRow &r, const char *field) {
-  const doc::FieldText *t = doc::fieldText(r.name, field);
-  return t && t->text && *t->text;
-}
-
-// Every query parameter, body key and reply key a row uses has its text in
-// api/field_texts.h.
-constexpr bool fieldsDescribed() {
-  for (const RouteRow &r : kRoutes) {
-    if (r.hand) {
-      for (doc::Fields fields : {r.hand->query, r.hand->body, r.hand->reply})
-        for (const doc::Field &f : fields)
-          if (!described(r, f.name)) return false;
-      if (r.hand->listKey && !described(r, r.hand->listKey)) return false;
-      continue;
-    }
-    for (size_t i = 0; i < r.doc->argCount; ++i) {
-      const kit::Arg &a = r.doc->args[i];
-      if (!described(r, a.name.s)) return false;
-      if (!a.fallback.empty() && !described(r, a.fallback.s)) return false;
-    }
-  }
-  return true;
-}
-#ifndef __SANITIZE_ADDRESS__
-static_assert(fieldsDescribed(), "every field a row uses has its text in api/field_texts.h");
-#endif
-
-constexpr bool registered(const char *route) {
-  for (const RouteRow &r : kRoutes)
-    if (sameText(r.name, route)) return true;
-  return false;
-}
-
-// A route's own text or note names a route that exists.
-constexpr bool routeTextsNameRoutes() {
-  for (const doc::RouteFieldText &t : doc::kRouteFieldTexts)
-    if (!registered(t.route)) return false;
-  for (const doc::RouteNote &n : doc::kRouteNotes)
-    if (!registered(n.route)) return false;
-  return true;
-}
-static_assert(routeTextsNameRoutes(), "every route-specific text in api/field_texts.h names a registered route");
 
 }  // namespace
 

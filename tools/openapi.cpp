@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "api/field_texts.h"
+#include "api/fields.h"
 #include "api/routes.h"
 #include "frame/envelope.h"
 
@@ -329,9 +329,10 @@ std::vector<Input> inputsOf(const RouteDoc &d) {
     const kit::Arg &a = d.args[i];
     if (kit::isOutput(a.kind)) continue;
     bool body = kit::readsBody(a.kind);
-    in.push_back({a.name.s, argSchema(a), body, a.fallback.empty(), body ? "" : queryNote(a.kind)});
-    if (!a.fallback.empty()) {
-      in.push_back({a.fallback.s, argSchema(a), true, false, std::string("Read when \"") + a.name.s + "\" is absent."});
+    in.push_back({a.field->name, argSchema(a), body, !a.fallback, body ? "" : queryNote(a.kind)});
+    if (a.fallback) {
+      in.push_back({a.fallback->name, argSchema(a), true, false,
+                    std::string("Read when \"") + a.field->name + "\" is absent."});
     }
   }
   return in;
@@ -361,7 +362,7 @@ void addProperty(cJSON *properties, cJSON *required, const char *name, cJSON *sc
 cJSON *replyData(const RouteDoc &d) {
   cJSON *props = object(), *req = cJSON_CreateArray();
   for (size_t i = 0; i < d.argCount; ++i)
-    if (kit::isOutput(d.args[i].kind)) addProperty(props, req, d.args[i].name.s, argSchema(d.args[i]));
+    if (kit::isOutput(d.args[i].kind)) addProperty(props, req, d.args[i].field->name, argSchema(d.args[i]));
   return objectOf(props, req);
 }
 
@@ -375,7 +376,7 @@ cJSON *replyData(const doc::HandDoc &h) {
   if (h.layout == doc::Layout::List) {
     add(list, "items", one);
     cJSON *p = object(), *r = cJSON_CreateArray();
-    addProperty(p, r, h.listKey, list);
+    addProperty(p, r, h.listKey->name, list);
     return objectOf(p, r);
   }
   add(list, "items", cJSON_Duplicate(one, true));
@@ -511,57 +512,100 @@ std::string operationId(const RouteRow &r) {
   return id;
 }
 
-// A field's text from api/field_texts.h goes first, before what the
-// program's handling adds; the range the switch enforces becomes minimum
-// and maximum of a number.
-void leadWith(cJSON *schema, const char *text) {
+// The keys an operation reads and answers, as its row or its handler
+// declares them: each brings its text, and the range and bits the switch
+// gives it.
+using Fields = std::vector<const doc::Field *>;
+
+// The inputs of an operation, or its outputs.
+Fields fieldsOf(const RouteRow &r, bool outputs) {
+  Fields all;
+  if (r.hand) {
+    auto add = [&all](doc::Fields list) {
+      for (const doc::Field &f : list) all.push_back(&f);
+    };
+    if (outputs) {
+      add(r.hand->reply);
+      if (r.hand->listKey) all.push_back(r.hand->listKey);
+    } else {
+      add(r.hand->query);
+      add(r.hand->body);
+    }
+    return all;
+  }
+  for (size_t i = 0; i < r.doc->argCount; ++i) {
+    const kit::Arg &a = r.doc->args[i];
+    if (kit::isOutput(a.kind) != outputs) continue;
+    all.push_back(a.field);
+    if (a.fallback) all.push_back(a.fallback);
+  }
+  return all;
+}
+
+const doc::Field *named(const Fields &fields, const char *name) {
+  for (const doc::Field *f : fields)
+    if (strcmp(f->name, name) == 0) return f;
+  return nullptr;
+}
+
+// A field's text goes first, before what the program's handling adds;
+// the range the switch holds becomes minimum and maximum of a number.
+void leadWith(cJSON *schema, const doc::Field &f) {
+  std::string text = f.text ? f.text : "";
+  for (const facts::CapabilityBit &b : f.bits) {
+    char bit[16];
+    snprintf(bit, sizeof bit, "0x%04X", b.bit);
+    text += std::string(&b == f.bits.data() ? " Bits: " : ", ") + bit + " " + b.meaning;
+  }
+  if (!f.bits.empty()) text += "; no other bit is set.";
+  if (text.empty()) return;
   const cJSON *old = cJSON_GetObjectItem(schema, "description");
-  std::string all = old ? std::string(text) + " " + old->valuestring : text;
+  std::string all = old ? text + " " + old->valuestring : text;
   if (old) cJSON_DeleteItemFromObject(schema, "description");
   addText(schema, "description", all.c_str());
 }
 
-void setNumber(cJSON *schema, const char *key, int64_t n) {
-  if (n == doc::kNoBound) return;
+void setNumber(cJSON *schema, const char *key, uint32_t n) {
   cJSON_DeleteItemFromObject(schema, key);
-  cJSON_AddNumberToObject(schema, key, static_cast<double>(n));
+  cJSON_AddNumberToObject(schema, key, n);
 }
 
-void addRange(cJSON *schema, const doc::FieldText &t) {
+void addRange(cJSON *schema, const doc::Field &f) {
   const cJSON *type = cJSON_GetObjectItem(schema, "type");
-  if (!cJSON_IsString(type) || (strcmp(type->valuestring, "integer") != 0 && strcmp(type->valuestring, "number") != 0))
+  if (!f.range || !cJSON_IsString(type) ||
+      (strcmp(type->valuestring, "integer") != 0 && strcmp(type->valuestring, "number") != 0))
     return;
-  setNumber(schema, "minimum", t.minimum);
-  setNumber(schema, "maximum", t.maximum);
+  setNumber(schema, "minimum", f.range->least);
+  setNumber(schema, "maximum", f.range->most);
 }
 
 // The properties of an object, of the objects of a list, or of each choice.
-void describeFields(cJSON *schema, const char *route) {
+void describeFields(cJSON *schema, const Fields &fields) {
   if (!schema) return;
   for (cJSON *p = cJSON_GetObjectItem(schema, "properties") ? cJSON_GetObjectItem(schema, "properties")->child : nullptr; p;
        p = p->next) {
-    const doc::FieldText *t = doc::fieldText(route, p->string);
-    if (t && !cJSON_GetObjectItem(p, "$ref")) {
-      leadWith(p, t->text);
-      addRange(p, *t);
+    const doc::Field *f = named(fields, p->string);
+    if (f && !cJSON_GetObjectItem(p, "$ref")) {
+      leadWith(p, *f);
+      addRange(p, *f);
     }
-    describeFields(cJSON_GetObjectItem(p, "items"), route);
+    describeFields(cJSON_GetObjectItem(p, "items"), fields);
   }
-  describeFields(cJSON_GetObjectItem(schema, "items"), route);
+  describeFields(cJSON_GetObjectItem(schema, "items"), fields);
   cJSON *choices = cJSON_GetObjectItem(schema, "oneOf");
-  for (cJSON *c = choices ? choices->child : nullptr; c; c = c->next) describeFields(c, route);
+  for (cJSON *c = choices ? choices->child : nullptr; c; c = c->next) describeFields(c, fields);
 }
 
-void describeParameters(cJSON *op, const char *route) {
+void describeParameters(cJSON *op, const Fields &fields) {
   for (cJSON *p = cJSON_GetObjectItem(op, "parameters")->child; p; p = p->next) {
     const cJSON *name = cJSON_GetObjectItem(p, "name");
-    const doc::FieldText *t = name ? doc::fieldText(route, name->valuestring) : nullptr;
-    if (!t) continue;
-    leadWith(p, t->text);
-    addRange(cJSON_GetObjectItem(p, "schema"), *t);
+    const doc::Field *f = name ? named(fields, name->valuestring) : nullptr;
+    if (!f) continue;
+    leadWith(p, *f);
+    addRange(cJSON_GetObjectItem(p, "schema"), *f);
   }
   cJSON *body = cJSON_GetObjectItem(op, "requestBody");
-  if (body) describeFields(cJSON_GetObjectItem(cJSON_GetObjectItem(cJSON_GetObjectItem(body, "content"), "application/json"), "schema"), route);
+  if (body) describeFields(cJSON_GetObjectItem(cJSON_GetObjectItem(cJSON_GetObjectItem(body, "content"), "application/json"), "schema"), fields);
 }
 
 std::string summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
@@ -625,12 +669,12 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   note += kNotesPointer;
   addText(op, "description", note.c_str());
   addParameters(op, r.hand ? inputsOf(*r.hand) : inputsOf(*r.doc));
-  describeParameters(op, r.name);
+  describeParameters(op, fieldsOf(r, false));
 
   doc::Shape shape = r.hand ? r.hand->shape : r.doc->shape;
   const char *group = r.hand ? r.hand->group : r.doc->group;
   cJSON *data = r.hand ? replyData(*r.hand) : replyData(*r.doc);
-  describeFields(data, r.name);
+  describeFields(data, fieldsOf(r, true));
   cJSON *schema = replyModel(schemas, shape, group, data, r.doc ? r.doc->code : 0, operationId(r));
   if (r.method == METHOD_GET) cJSON_AddItemToArray(cJSON_GetObjectItem(op, "parameters"), ref(kRefreshRef));
 

@@ -1,13 +1,16 @@
 // Prints the route table in registration order: ORDINAL METHOD PATH NAME.
 // With --detail, each row's group, inputs and reply keys follow; with
-// --openapi, the OpenAPI document of the routes that serve instead. Anything
-// else is refused: a mistyped option must not pass for a listing.
+// --openapi, the OpenAPI document of the routes that serve instead; with
+// --check, what the description would lack or get wrong, one line per
+// finding. Anything else is refused: a mistyped option must not pass for a
+// listing.
 #include <stdio.h>
 #include <string.h>
 
 #include "api/routes.h"
 #include "frame/envelope.h"
 #include "tools/openapi.h"
+#include "tools/route_check.h"
 
 namespace {
 
@@ -34,7 +37,7 @@ void printDetail(const RouteDoc *doc) {
     return;
   }
   printf("\tgroup=%s", doc->group ? doc->group : "-");
-  for (size_t i = 0; i < doc->argCount; ++i) printf(" %s:%s", kindName(doc->args[i].kind), doc->args[i].name.s);
+  for (size_t i = 0; i < doc->argCount; ++i) printf(" %s:%s", kindName(doc->args[i].kind), doc->args[i].field->name);
 }
 
 // cJSON indents with tabs, which YAML forbids, and many OpenAPI tools read
@@ -63,10 +66,12 @@ int printOpenApi() {
 }
 
 const char kUsage[] =
-    "usage: route-dump [--detail | --openapi | --help]\n"
+    "usage: route-dump [--detail | --openapi | --check | --help]\n"
     "  (none)     the routes in registration order: ordinal, method, path, name\n"
     "  --detail   each route also with its group, inputs and reply keys\n"
-    "  --openapi  the OpenAPI document of the routes that serve, as JSON\n";
+    "  --openapi  the OpenAPI document of the routes that serve, as JSON\n"
+    "  --check    each field without a text, summary missing or shared, range the switch does not hold;\n"
+    "             exits 1 when there is any\n";
 
 void printRoutes(bool detail) {
   for (size_t i = 0; i < kRouteCount; ++i) {
@@ -81,7 +86,9 @@ void printRoutes(bool detail) {
 
 int main(int argc, char **argv) {
   const char *option = argc > 1 ? argv[1] : "";
-  if (argc > 2 || (*option && strcmp(option, "--detail") && strcmp(option, "--openapi") && strcmp(option, "--help"))) {
+  bool known = !*option || !strcmp(option, "--detail") || !strcmp(option, "--openapi") || !strcmp(option, "--check") ||
+               !strcmp(option, "--help");
+  if (argc > 2 || !known) {
     fprintf(stderr, "route-dump: unknown option %s\n%s", argc > 2 ? argv[2] : option, kUsage);
     return 2;
   }
@@ -90,6 +97,7 @@ int main(int argc, char **argv) {
     return 0;
   }
   if (strcmp(option, "--openapi") == 0) return printOpenApi();
+  if (strcmp(option, "--check") == 0) return checkRoutes({kRoutes, kRouteCount}, stdout) ? 1 : 0;
   printRoutes(strcmp(option, "--detail") == 0);
   return 0;
 }

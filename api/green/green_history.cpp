@@ -38,23 +38,24 @@ uint32_t historyEntryAfter(uint16_t sampleNo, open_pwr_sav_sample_t *sample, Nex
 cJSON *historySampleJson(const open_pwr_sav_sample_t &sample) {
   cJSON *o = cJSON_CreateObject();
   if (!o) return nullptr;
-  cJSON_AddNumberToObject(o, "sampleNo", sample.sampleNo);
-  cJSON_AddNumberToObject(o, "sampleTime", sample.sampleTime);
-  cJSON_AddNumberToObject(o, "percentLpiTime", sample.percentLpiTime);
-  cJSON_AddNumberToObject(o, "percentLpiTimeTotal", sample.percentLpiTimeTotal);
+  using namespace history_doc;
+  cJSON_AddNumberToObject(o, kSampleNo.name, sample.sampleNo);
+  cJSON_AddNumberToObject(o, kSampleTime.name, sample.sampleTime);
+  cJSON_AddNumberToObject(o, kPercentLpiTime.name, sample.percentLpiTime);
+  cJSON_AddNumberToObject(o, kPercentLpiTimeTotal.name, sample.percentLpiTimeTotal);
   return o;
 }
 
 uint32_t greenHistoryFirstEntry(void) {
   open_pwr_sav_sample_t sample = {};
-  int rc = rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet(&gOpenClient, queryScanUint("intIfNum"), &sample);
+  int rc = rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet(&gOpenClient, queryScanUint(fields::kIntIfNum.name), &sample);
   replySample(openResultToCode(rc), sample);
   return 0;
 }
 
 uint32_t greenHistoryNextEntry(void) {
-  uint32_t intIfNum = queryScanUint("intIfNum");
-  uint16_t sampleNo = scanSampleNumber("sampleNo");
+  uint32_t intIfNum = queryScanUint(fields::kIntIfNum.name);
+  uint16_t sampleNo = scanSampleNumber(history_doc::kAfterSample.name);
   open_pwr_sav_sample_t sample = {};
   uint32_t code =
       openResultToCode(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet(&gOpenClient, intIfNum, &sample));
@@ -64,8 +65,8 @@ uint32_t greenHistoryNextEntry(void) {
 }
 
 uint32_t greenHistoryNextSample(void) {
-  uint32_t intIfNum = queryScanUint("intIfNum");
-  uint16_t curSample = scanSampleNumber("curSample");
+  uint32_t intIfNum = queryScanUint(fields::kIntIfNum.name);
+  uint16_t curSample = scanSampleNumber(history_doc::kCurSample.name);
   open_pwr_sav_sample_t sample = {};
   int rc = rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet(&gOpenClient, intIfNum, curSample, &sample);
   replySample(openResultToCode(rc), sample);

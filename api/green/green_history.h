@@ -6,6 +6,7 @@
 #include <cjson/cJSON.h>
 #include <stdint.h>
 
+#include "api/fields.h"
 #include "api/route_doc.h"
 #include "open_api.h"
 
@@ -27,11 +28,29 @@ uint32_t greenHistoryFirstEntry(void);
 uint32_t greenHistoryNextEntry(void);
 uint32_t greenHistoryNextSample(void);
 
-inline constexpr doc::Field kHistorySampleDoc[] = {
-    {"sampleNo"}, {"sampleTime"}, {"percentLpiTime"}, {"percentLpiTimeTotal"}};
-inline constexpr doc::Field kHistoryPortQuery[] = {{"intIfNum"}};
-inline constexpr doc::Field kHistoryAfterQuery[] = {{"intIfNum"}, {"sampleNo"}};
-inline constexpr doc::Field kHistorySampleQuery[] = {{"intIfNum"}, {"curSample"}};
+namespace history_doc {
+inline constexpr doc::Field kSampleNo{.name = "sampleNo",
+                                      .text = "The number of the history record, counted from 1 since the port's "
+                                              "history was last cleared."};
+inline constexpr doc::Field kSampleTime{.name = "sampleTime",
+                                        .text = "When the sample was taken, in seconds since 1970-01-01 00:00 UTC."};
+inline constexpr doc::Field kPercentLpiTime{
+    .name = "percentLpiTime", .text = "The share of the sample interval the port spent in low-power idle, in percent."};
+inline constexpr doc::Field kPercentLpiTimeTotal{
+    .name = "percentLpiTimeTotal",
+    .text = "The share of all sampled time up to this sample the port spent in low-power idle, in percent."};
+inline constexpr doc::Field kAfterSample{.name = kSampleNo.name,
+                                         .text = "The number of the record the answer follows; 0 asks for the "
+                                                 "record after the first."};
+inline constexpr doc::Field kCurSample{.name = "curSample",
+                                       .text = "The number of the record the answer follows; 0 asks for the first."};
+}  // namespace history_doc
+
+inline constexpr doc::Field kHistorySampleDoc[] = {history_doc::kSampleNo, history_doc::kSampleTime,
+                                                   history_doc::kPercentLpiTime, history_doc::kPercentLpiTimeTotal};
+inline constexpr doc::Field kHistoryPortQuery[] = {fields::kIntIfNum};
+inline constexpr doc::Field kHistoryAfterQuery[] = {fields::kIntIfNum, history_doc::kAfterSample};
+inline constexpr doc::Field kHistorySampleQuery[] = {fields::kIntIfNum, history_doc::kCurSample};
 inline constexpr doc::HandDoc kHistoryFirstEntryDoc = doc::read(
     "Reads the first power-saving history record of one port", "greenPwrSavHistory", kHistoryPortQuery, kHistorySampleDoc);
 inline constexpr doc::HandDoc kHistoryNextEntryDoc =

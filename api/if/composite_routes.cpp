@@ -13,7 +13,7 @@ constexpr char kGroup[] = "if";
 
 // Every resource of the page needs a port; 0 or none is refused before
 // the switch is asked.
-uint32_t requestedIfNum() { return queryScanUint("ifNum"); }
+uint32_t requestedIfNum() { return queryScanUint(fields::kIfNum.name); }
 
 uint32_t replyData(const JsonPtr &data) {
   replyRead(data ? CODE_SUCCESS : CODE_GENERAL_FAILED, kGroup, data.get());
@@ -26,7 +26,7 @@ uint32_t refuseRead() {
 }
 
 // One value under one key; a refusal of the switch is the reply's code.
-uint32_t readOneValue(PortValueGetter call, const char *key, const TextMap &texts) {
+uint32_t readOneValue(PortValueGetter call, const doc::Field &field) {
   uint32_t ifNum = requestedIfNum();
   if (!ifNum) return refuseRead();
   uint32_t value = 0;
@@ -36,7 +36,7 @@ uint32_t readOneValue(PortValueGetter call, const char *key, const TextMap &text
     return 0;
   }
   JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), key, texts.text(value));
+  cJSON_AddStringToObject(data.get(), field.name, field.texts->text(value));
   return replyData(data);
 }
 
@@ -51,28 +51,28 @@ uint32_t readFields(void (*add)(cJSON *, uint32_t)) {
 
 }  // namespace
 
-uint32_t ifCompositeAdminStateGet(void) { return readOneValue(openapiIfAdminStateGet, "admin-state", kIfUpDown); }
+uint32_t ifCompositeAdminStateGet(void) { return readOneValue(openapiIfAdminStateGet, port_doc::kAdminState); }
 
 uint32_t ifCompositeAutoNegGet(void) {
-  return readOneValue(openapiIfAutoNegGet, "auto-negotiate", kIfAutoNegotiate);
+  return readOneValue(openapiIfAutoNegGet, port_doc::kAutoNegotiate);
 }
 
 uint32_t ifCompositeSoftShutdownGet(void) {
   return readFields([](cJSON *o, uint32_t ifNum) {
-    addEnableField(o, "soft-shutdown", rpcclt_openapiIfSoftShutdownStateGet, ifNum, 0);
+    addEnableField(o, port_doc::kSoftShutdown, rpcclt_openapiIfSoftShutdownStateGet, ifNum, 0);
   });
 }
 
 // Preset to enabled, yet a refused read shows "disable".
 uint32_t ifCompositeLinkTrapGet(void) {
   return readFields(
-      [](cJSON *o, uint32_t ifNum) { addEnableField(o, "link-trap", rpcclt_openapiIfLinkTrapGet, ifNum, 1); });
+      [](cJSON *o, uint32_t ifNum) { addEnableField(o, fields::kLinkTrap, rpcclt_openapiIfLinkTrapGet, ifNum, 1); });
 }
 
 uint32_t ifCompositeSpeedGet(void) {
   return readFields([](cJSON *o, uint32_t ifNum) {
     addSpeedFields(o, ifNum);
-    cJSON_AddStringToObject(o, "operational-duplex", "unknown");
+    cJSON_AddStringToObject(o, port_doc::kOperationalDuplex.name, port_doc::kOperationalDuplex.words);
   });
 }
 
@@ -91,8 +91,8 @@ uint32_t ifCompositeFecModeGet(void) {
     return 0;
   }
   JsonPtr data(cJSON_CreateObject());
-  cJSON_AddStringToObject(data.get(), "fec-mode", kIfFecShort.text(configured));
-  cJSON_AddStringToObject(data.get(), "fec-oper", kIfFecShort.text(operational));
+  cJSON_AddStringToObject(data.get(), port_doc::kFecMode.name, port_doc::kFecMode.texts->text(configured));
+  cJSON_AddStringToObject(data.get(), port_doc::kFecOper.name, port_doc::kFecOper.texts->text(operational));
   return replyData(data);
 }
 
@@ -106,7 +106,8 @@ uint32_t ifCompositeExpandableModeSet(void) {
     replyInvalidArgument();
     return 0;
   }
-  uint32_t mode = ifLaneModeValue(bodyText(body.get(), "expandable-config-mode"));
+  const doc::Field &lanes = port_doc::kLaneModeBody[0];
+  uint32_t mode = lanes.accepts->value(bodyText(body.get(), lanes.name));
   replySetResult(openResultToCode(rpcclt_openapiIntfExpandablePortModeSet(&gOpenClient, ifNum, mode)));
   return 0;
 }

@@ -25,21 +25,29 @@ constexpr doc::HandDoc portRead(const char *summary, doc::Fields fields) {
 }
 
 namespace port_doc {
-inline constexpr doc::Field kAdminStateFields[] = {{"admin-state", doc::Type::Text, &kIfUpDown}};
-inline constexpr doc::Field kAutoNegFields[] = {{"auto-negotiate", doc::Type::Text, &kIfAutoNegotiate}};
-inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed,
-                                              kOperationalSpeed,
-                                              kSpeedMode,
-                                              kConfiguredDuplex,
-                                              {"operational-duplex", doc::Type::Text, nullptr, "unknown"}};
+inline constexpr doc::Field kAdminState{.name = "admin-state",
+                                        .text = "\"up\" when the port is administratively enabled, else \"down\".",
+                                        .type = doc::Type::Text,
+                                        .texts = &kIfUpDown};
+inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
+                                           .text = "\"enable\" when the port negotiates speed and duplex, else \"disable\".",
+                                           .type = doc::Type::Text,
+                                           .texts = &kIfAutoNegotiate};
+inline constexpr doc::Field kAdminStateFields[] = {kAdminState};
+inline constexpr doc::Field kAutoNegFields[] = {kAutoNegotiate};
+inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed, kOperationalSpeed, kSpeedMode, kConfiguredDuplex,
+                                              kOperationalDuplex};
 inline constexpr doc::Field kFrameFields[] = {kMtu, kMaxFrameSize, kEthernetHeaderSize};
 inline constexpr doc::Field kDescriptionFields[] = {kDescription};
 inline constexpr doc::Field kSoftShutdownFields[] = {kSoftShutdown};
-inline constexpr doc::Field kFecFields[] = {kFecMode, {"fec-oper", doc::Type::Text, &kIfFecShort}};
-inline constexpr doc::Field kLinkTrapFields[] = {kLinkTrap};
+inline constexpr doc::Field kFecFields[] = {kFecMode, kFecOper};
+inline constexpr doc::Field kLinkTrapFields[] = {fields::kLinkTrap};
 inline constexpr doc::Field kLaneFields[] = {kConfigLanes, kOperLanes};
-inline constexpr doc::Field kLaneModeBody[] = {
-    {"expandable-config-mode", doc::Type::Text, nullptr, nullptr, &kIfLaneModeValue}};
+inline constexpr doc::Field kLaneModeBody[] = {{.name = kConfigLanes.name,
+                                                .text = "The lane mode to split the port into; compared without "
+                                                        "regard to case.",
+                                                .type = doc::Type::Text,
+                                                .accepts = &kIfLaneModeValue}};
 }  // namespace port_doc
 
 inline constexpr doc::HandDoc kAdminStateDoc = portRead("Reads whether one port is administratively enabled, for the port pages", port_doc::kAdminStateFields);

@@ -8,34 +8,29 @@
 
 namespace {
 
+using namespace port_doc;
+
 struct CounterField {
-  const char *key;
+  const doc::Field &field;
   PortValueGetter get;
 };
 
-const CounterField kCounterFields[] = {
-    {"total-bytes-received", rpcclt_openapiIfInOctetsGet},
-    {"total-bytes-transmitted", rpcclt_openapiIfOutOctetsGet},
-    {"unicast-packets-received", rpcclt_openapiIfInUcastPktsGet},
-    {"unicast-packets-transmitted", rpcclt_openapiIfOutUcastPktsGet},
-    {"total-receive-drops", rpcclt_openapiIfInDiscardsGet},
-    {"total-transmit-drops", rpcclt_openapiIfOutDiscardsGet},
-    {"total-packets-received-with-errors", rpcclt_openapiIfInErrorsGet},
-    {"total-transmit-errors", rpcclt_openapiIfOutErrorsGet},
+const CounterField kCounters[] = {
+    {kBytesReceived, rpcclt_openapiIfInOctetsGet},     {kBytesSent, rpcclt_openapiIfOutOctetsGet},
+    {kUnicastReceived, rpcclt_openapiIfInUcastPktsGet}, {kUnicastSent, rpcclt_openapiIfOutUcastPktsGet},
+    {kReceiveDrops, rpcclt_openapiIfInDiscardsGet},     {kTransmitDrops, rpcclt_openapiIfOutDiscardsGet},
+    {kReceiveErrors, rpcclt_openapiIfInErrorsGet},      {kTransmitErrors, rpcclt_openapiIfOutErrorsGet},
 };
 
-// Fixed texts: a client reads the real values through the single-attribute
-// routes.
 void addFixedStatus(cJSON *o) {
-  cJSON_AddStringToObject(o, "admin-state", "down");
-  cJSON_AddStringToObject(o, "link-state", "down");
-  cJSON_AddStringToObject(o, "auto-negotiate", "enable");
+  for (const doc::Field *f : {&kFixedAdminState, &kFixedLinkState, &kFixedAutoNegotiate})
+    cJSON_AddStringToObject(o, f->name, f->words);
 }
 
 void addFecMode(cJSON *o, uint32_t ifNum) {
   uint32_t configured = kFecPreset, operational = kFecPreset;
   rpcclt_openapiIntfFECModeGet(&gOpenClient, ifNum, &configured, &operational);
-  cJSON_AddStringToObject(o, "fec-mode", kIfFecShort.text(configured));
+  cJSON_AddStringToObject(o, kFecMode.name, kFecMode.texts->text(configured));
 }
 
 cJSON *allPhysical(cJSON *(*build)(uint32_t)) {
@@ -49,7 +44,7 @@ cJSON *allPhysical(cJSON *(*build)(uint32_t)) {
 }
 
 uint32_t replySummary(cJSON *(*build)(uint32_t)) {
-  uint32_t ifNum = queryScanUint("ifNum");
+  uint32_t ifNum = queryScanUint(fields::kIfNum.name);
   JsonPtr data(ifNum != 0 ? build(ifNum) : allPhysical(build));
   replyRead(CODE_SUCCESS, "if", data.get());
   return 0;
@@ -60,22 +55,22 @@ uint32_t replySummary(cJSON *(*build)(uint32_t)) {
 cJSON *buildCounterSummary(uint32_t ifNum) {
   cJSON *o = cJSON_CreateObject();
   if (!o) return nullptr;
-  cJSON_AddNumberToObject(o, "interface", ifNum);
-  for (const CounterField &f : kCounterFields) cJSON_AddNumberToObject(o, f.key, portValueOrZero(f.get, ifNum));
+  cJSON_AddNumberToObject(o, kInterface.name, ifNum);
+  for (const CounterField &c : kCounters) cJSON_AddNumberToObject(o, c.field.name, portValueOrZero(c.get, ifNum));
   return o;
 }
 
 cJSON *buildStatusSummary(uint32_t ifNum) {
   cJSON *o = cJSON_CreateObject();
   if (!o) return nullptr;
-  cJSON_AddNumberToObject(o, "interface", ifNum);
+  cJSON_AddNumberToObject(o, kInterface.name, ifNum);
   addFixedStatus(o);
   addSpeedFields(o, ifNum);
   addFrameFields(o, ifNum);
   addDescription(o, ifNum);
-  addEnableField(o, "soft-shutdown", rpcclt_openapiIfSoftShutdownStateGet, ifNum, 0);
+  addEnableField(o, kSoftShutdown, rpcclt_openapiIfSoftShutdownStateGet, ifNum, 0);
   addFecMode(o, ifNum);
-  addEnableField(o, "link-trap", rpcclt_openapiIfLinkTrapGet, ifNum, 1);
+  addEnableField(o, fields::kLinkTrap, rpcclt_openapiIfLinkTrapGet, ifNum, 1);
   addLaneModes(o, ifNum);
   return o;
 }
@@ -85,7 +80,7 @@ uint32_t counterSummaryHandler(void) { return replySummary(buildCounterSummary);
 uint32_t statusSummaryHandler(void) { return replySummary(buildStatusSummary); }
 
 uint32_t counterResetHandler(void) {
-  uint32_t ifNum = queryScanUint("ifNum");
+  uint32_t ifNum = queryScanUint(fields::kIfNum.name);
   if (ifNum == 0) {
     replySetResult(CODE_INVALID_ARGUMENT);
     return 0;

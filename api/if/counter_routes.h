@@ -6,12 +6,13 @@
 #include <cjson/cJSON.h>
 #include <stdint.h>
 
+#include "api/fields.h"
 #include "api/if/port_fields.h"
 #include "api/route_kit.h"
 
 // One counter of the interface named by the loose "interface" lookup.
 template <auto Call>
-using CounterRead = kit::Read<"if", Call, kit::lookup("interface"), kit::out("value")>;
+using CounterRead = kit::Read<"if", Call, kit::lookup(fields::kInterface), kit::out(fields::kValue)>;
 
 // New objects owned by the caller; a counter or attribute whose call
 // fails reads 0, "", "disable" or null instead of failing the object.
@@ -24,19 +25,31 @@ uint32_t counterResetHandler(void);
 uint32_t allCountersResetHandler(void);
 
 namespace port_doc {
-inline constexpr doc::Field kCounterFields[] = {kInterface,
-                                                {"total-bytes-received"},
-                                                {"total-bytes-transmitted"},
-                                                {"unicast-packets-received"},
-                                                {"unicast-packets-transmitted"},
-                                                {"total-receive-drops"},
-                                                {"total-transmit-drops"},
-                                                {"total-packets-received-with-errors"},
-                                                {"total-transmit-errors"}};
+// Each counts since the port's counters were last cleared, in 32 bits that wrap; 0 when the switch does not answer.
+inline constexpr doc::Field kBytesReceived{.name = "total-bytes-received", .text = "Octets received."};
+inline constexpr doc::Field kBytesSent{.name = "total-bytes-transmitted", .text = "Octets sent."};
+inline constexpr doc::Field kUnicastReceived{.name = "unicast-packets-received", .text = "Unicast packets received."};
+inline constexpr doc::Field kUnicastSent{.name = "unicast-packets-transmitted", .text = "Unicast packets sent."};
+inline constexpr doc::Field kReceiveDrops{.name = "total-receive-drops", .text = "Received packets discarded."};
+inline constexpr doc::Field kTransmitDrops{.name = "total-transmit-drops", .text = "Outgoing packets discarded."};
+inline constexpr doc::Field kReceiveErrors{.name = "total-packets-received-with-errors",
+                                           .text = "Received packets with errors."};
+inline constexpr doc::Field kTransmitErrors{.name = "total-transmit-errors", .text = "Outgoing packets with errors."};
+inline constexpr doc::Field kCounterFields[] = {kInterface,     kBytesReceived, kBytesSent,     kUnicastReceived,
+                                                kUnicastSent,   kReceiveDrops,  kTransmitDrops, kReceiveErrors,
+                                                kTransmitErrors};
+
+// The status summary does not ask the switch for these: a client reads them through the single-attribute routes.
+inline constexpr doc::Field kFixedAdminState{
+    .name = "admin-state", .text = "Always \"down\".", .type = doc::Type::Text, .words = "down"};
+inline constexpr doc::Field kFixedLinkState{
+    .name = "link-state", .text = "Always \"down\".", .type = doc::Type::Text, .words = "down"};
+inline constexpr doc::Field kFixedAutoNegotiate{
+    .name = "auto-negotiate", .text = "Always \"enable\".", .type = doc::Type::Text, .words = "enable"};
 inline constexpr doc::Field kStatusFields[] = {kInterface,
-                                               {"admin-state", doc::Type::Text, nullptr, "down"},
-                                               {"link-state", doc::Type::Text, nullptr, "down"},
-                                               {"auto-negotiate", doc::Type::Text, nullptr, "enable"},
+                                               kFixedAdminState,
+                                               kFixedLinkState,
+                                               kFixedAutoNegotiate,
                                                kConfiguredSpeed,
                                                kOperationalSpeed,
                                                kSpeedMode,
@@ -47,7 +60,7 @@ inline constexpr doc::Field kStatusFields[] = {kInterface,
                                                kDescription,
                                                kSoftShutdown,
                                                kFecMode,
-                                               kLinkTrap,
+                                               fields::kLinkTrap,
                                                kConfigLanes,
                                                kOperLanes};
 }  // namespace port_doc

@@ -44,15 +44,17 @@ uint32_t applyRecoveryConfig(const char *line) {
   return cliConfigScriptApply(&gOpenClient, "configure", line, result, sizeof result);
 }
 
-void answerNumber(const char *key, uint32_t value) {
+using namespace recovery_doc;
+
+void answerNumber(const doc::Field &field, uint32_t value) {
   JsonPtr data(cJSON_CreateObject());
-  if (data) cJSON_AddNumberToObject(data.get(), key, value);
+  if (data) cJSON_AddNumberToObject(data.get(), field.name, value);
   replyRead(CODE_SUCCESS, "if", data.get());
 }
 
-void answerText(const char *key, const char *value) {
+void answerText(const doc::Field &field, const char *value) {
   JsonPtr data(cJSON_CreateObject());
-  if (data) cJSON_AddStringToObject(data.get(), key, value);
+  if (data) cJSON_AddStringToObject(data.get(), field.name, value);
   replyRead(CODE_SUCCESS, "if", data.get());
 }
 
@@ -63,7 +65,7 @@ void replyFailure(uint32_t code) { replyRead(code, "if", nullptr); }
 // The CLI judges the range; an interval it refuses fails the apply.
 uint32_t recoveryIntervalSetHandler(void) {
   JsonPtr body(requestBodyParse());
-  const cJSON *interval = body ? cJSON_GetObjectItem(body.get(), "interval") : nullptr;
+  const cJSON *interval = body ? cJSON_GetObjectItem(body.get(), kIntervalField.name) : nullptr;
   if (!cJSON_IsNumber(interval)) {
     replyInvalidArgument();
     return 0;
@@ -80,7 +82,7 @@ uint32_t recoveryIntervalGetHandler(void) {
     replyFailure(CODE_UNSUPPORTED);
     return 0;
   }
-  answerNumber("interval", parseRecoveryInterval(show.get()));
+  answerNumber(kIntervalField, parseRecoveryInterval(show.get()));
   return 0;
 }
 
@@ -95,7 +97,7 @@ uint32_t recoveryCauseGetHandler(void) {
   }
   CauseMode mode = parseCauseMode(show.get(), cliName);
   if (mode == CauseMode::Missing) replyFailure(CODE_GENERAL_FAILED);
-  else answerText("mode", mode == CauseMode::Enabled ? "enable" : "disable");
+  else answerText(kModeField, kModeField.texts->text(mode == CauseMode::Enabled));
   return 0;
 }
 
@@ -105,23 +107,23 @@ uint32_t recoveryCauseSetHandler(void) {
     replyInvalidArgument();
     return 0;
   }
-  const char *cliName = recoveryCauseCliName(bodyText(body.get(), "cause"));
-  const char *mode = bodyText(body.get(), "mode");
+  const char *cliName = recoveryCauseCliName(bodyText(body.get(), kCauseField.name));
+  const char *mode = bodyText(body.get(), kModeField.name);
   if (!cliName || !mode) {
     replyInvalidArgument();
     return 0;
   }
   char line[kConfigLineBuf];
-  snprintf(line, sizeof line, "%serrdisable recovery cause %s", strcmp(mode, "enable") == 0 ? "" : "no ", cliName);
+  snprintf(line, sizeof line, "%serrdisable recovery cause %s", strcmp(mode, kModeField.texts->text(1)) == 0 ? "" : "no ", cliName);
   replySetResult(applyRecoveryConfig(line));
   return 0;
 }
 
 uint32_t nextPhysicalIfHandler(void) {
   uint32_t next = 0;
-  uint32_t code = swapiIfFirstOrNextGet(&gOpenClient, queryScanUint("prevIfNum"), &next);
+  uint32_t code = swapiIfFirstOrNextGet(&gOpenClient, queryScanUint(fields::kPrevIfNum.name), &next);
   if (code != CODE_SUCCESS) replyFailure(code);
-  else answerNumber("nextIfNum", next);
+  else answerNumber(fields::kNextIfNum, next);
   return 0;
 }
 
@@ -134,7 +136,7 @@ uint32_t recoveryFeatureListHandler(void) {
   }
   char features[kFeatureListBuf];
   if (!parseFeatureList(show.get(), features, sizeof features)) replyFailure(CODE_GENERAL_FAILED);
-  else answerText("featureList", features);
+  else answerText(kFeatureListField, features);
   return 0;
 }
 
@@ -145,6 +147,6 @@ uint32_t recoveryTimeLeftHandler(void) {
     replyFailure(code);
     return 0;
   }
-  answerNumber("timeLeft", parseRecoveryTimeLeft(show.get()));
+  answerNumber(kTimeLeftField, parseRecoveryTimeLeft(show.get()));
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <stdint.h>
 
 #include "api/if/ddisable_parse.h"
+#include "api/fields.h"
 #include "api/route_doc.h"
 
 uint32_t recoveryIntervalSetHandler(void);
@@ -17,14 +18,34 @@ uint32_t recoveryFeatureListHandler(void);
 uint32_t recoveryTimeLeftHandler(void);
 
 namespace recovery_doc {
-inline constexpr doc::Field kInterval[] = {{"interval"}};
-inline constexpr doc::Field kCause[] = {{"cause", doc::Type::Text, nullptr, nullptr, nullptr, recoveryCauseName}};
-inline constexpr doc::Field kMode[] = {{"mode", doc::Type::Text, &kEnable}};
-inline constexpr doc::Field kCauseAndMode[] = {kCause[0], kMode[0]};
-inline constexpr doc::Field kPrevIfNum[] = {{.name = "prevIfNum", .optional = true}};
-inline constexpr doc::Field kNextIfNum[] = {{"nextIfNum"}};
-inline constexpr doc::Field kFeatureList[] = {{"featureList", doc::Type::Text}};
-inline constexpr doc::Field kTimeLeft[] = {{"timeLeft"}};
+inline constexpr doc::Field kIntervalField{.name = "interval",
+                                           .text = "The time a D-Disabled port waits before auto-recovery brings "
+                                                   "it back, in seconds.",
+                                           .range = &facts::kRecoveryInterval};
+inline constexpr doc::Field kCauseField{.name = "cause",
+                                        .text = "The D-Disable cause, or \"all\" for every cause at once.",
+                                        .type = doc::Type::Text,
+                                        .choices = recoveryCauseName};
+inline constexpr doc::Field kModeField{.name = "mode",
+                                       .text = "\"enable\" when auto-recovery is on for the cause, else \"disable\".",
+                                       .type = doc::Type::Text,
+                                       .texts = &kEnable};
+inline constexpr doc::Field kFeatureListField{
+    .name = "featureList",
+    .text = "The D-Disable causes auto-recovery knows, as the switch's CLI names them, joined by \",\".",
+    .type = doc::Type::Text};
+inline constexpr doc::Field kTimeLeftField{.name = "timeLeft",
+                                           .text = "Seconds until the next auto-recovery; 0 when none is due."};
+inline constexpr doc::Field kInterval[] = {kIntervalField};
+inline constexpr doc::Field kCause[] = {kCauseField};
+inline constexpr doc::Field kMode[] = {kModeField};
+inline constexpr doc::Field kCauseAndMode[] = {kCauseField, kModeField};
+inline constexpr doc::Field kPrevIfNum[] = {{.name = fields::kPrevIfNum.name,
+                                             .text = fields::kPrevIfNum.text,
+                                             .optional = true}};
+inline constexpr doc::Field kNextIfNum[] = {fields::kNextIfNum};
+inline constexpr doc::Field kFeatureList[] = {kFeatureListField};
+inline constexpr doc::Field kTimeLeft[] = {kTimeLeftField};
 }  // namespace recovery_doc
 
 inline constexpr doc::HandDoc kRecoveryIntervalSetDoc =

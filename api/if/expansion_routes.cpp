@@ -8,11 +8,13 @@
 uint32_t ifExpandPortModeSupportedGet(void) {
   kit::Request req;
   kit::splitQuery(req);
-  uint32_t mode = ifExpandModeValue(queryParamValue("expandPortMode", req.query));
+  const doc::Field &asked = kExpandModeQuery[0];
+  uint32_t mode = asked.accepts->value(queryParamValue(asked.name, req.query));
   uint32_t supported = 0;
   uint32_t code = openResultToCode(rpcclt_openapiIntfExpandablePortModeSupportedGet(&gOpenClient, mode, &supported));
   JsonPtr data(code == CODE_SUCCESS ? cJSON_CreateObject() : nullptr);
-  if (data) cJSON_AddStringToObject(data.get(), "isExpandedModeSupported", kTrue.text(supported));
+  const doc::Field &answer = kExpandModeSupported[0];
+  if (data) cJSON_AddStringToObject(data.get(), answer.name, answer.texts->text(supported));
   replyRead(code, "if", data.get());
   return 0;
 }

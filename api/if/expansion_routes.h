@@ -5,13 +5,20 @@
 #include <stdint.h>
 
 #include "api/if/attribute_texts.h"
+#include "api/fields.h"
 #include "api/route_doc.h"
 
 uint32_t ifExpandPortModeSupportedGet(void);
 
-inline constexpr doc::Field kExpandModeQuery[] = {
-    {"expandPortMode", doc::Type::Text, nullptr, nullptr, &kIfExpandModeValue}};
-inline constexpr doc::Field kExpandModeSupported[] = {{"isExpandedModeSupported", doc::Type::Text, &kTrue}};
+inline constexpr doc::Field kExpandModeQuery[] = {{.name = fields::kExpandPortMode.name,
+                                                   .text = fields::kExpandPortMode.text,
+                                                   .type = doc::Type::Text,
+                                                   .accepts = &kIfExpandModeValue}};
+inline constexpr doc::Field kExpandModeSupported[] = {
+    {.name = "isExpandedModeSupported",
+     .text = "\"true\" when the switch can run ports in the mode, else \"false\".",
+     .type = doc::Type::Text,
+     .texts = &kTrue}};
 inline constexpr doc::HandDoc kExpandModeSupportedDoc =
     doc::read("Asks whether the switch supports a port expansion mode", "if", kExpandModeQuery, kExpandModeSupported);
 

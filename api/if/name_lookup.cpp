@@ -56,8 +56,8 @@ void classify(NameQuery &q) {
 void addEntry(cJSON *list, const char *name, uint32_t number) {
   cJSON *e = cJSON_CreateObject();
   if (!e) return;
-  cJSON_AddStringToObject(e, "interface", name);
-  cJSON_AddNumberToObject(e, "number", number);
+  cJSON_AddStringToObject(e, name_doc::kEntryName.name, name);
+  cJSON_AddNumberToObject(e, name_doc::kEntryNumber.name, number);
   cJSON_AddItemToArray(list, e);
 }
 
@@ -136,7 +136,7 @@ NameQuery parseNameQuery(const char *query) {
 uint32_t nameLookupHandler(void) {
   NameQuery q = parseNameQuery(getenv("QUERY_STRING"));
   JsonPtr root(cJSON_CreateObject());
-  cJSON *list = root ? cJSON_AddArrayToObject(root.get(), "interfaces") : nullptr;
+  cJSON *list = root ? cJSON_AddArrayToObject(root.get(), name_doc::kEntries.name) : nullptr;
   if (list) {
     switch (q.kind) {
       case NameKind::All:

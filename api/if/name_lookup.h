@@ -26,10 +26,25 @@ NameQuery parseNameQuery(const char *query);
 
 uint32_t nameLookupHandler(void);
 
-inline constexpr doc::Field kNameQuery[] = {{.name = "name", .type = doc::Type::Text, .optional = true}};
-inline constexpr doc::Field kNamedInterface[] = {{"interface", doc::Type::Text}, {"number"}};
+namespace name_doc {
+inline constexpr doc::Field kName{
+    .name = "name",
+    .text = "The interface name: slot/port (0/5), lagN (the Nth LAG), vlanN (a routing VLAN), or all; absent, "
+            "empty or 128 characters and more read as all.",
+    .type = doc::Type::Text,
+    .optional = true};
+inline constexpr doc::Field kEntryName{.name = "interface",
+                                       .text = "The interface's name: slot/port as \"0/3\", \"lag1\", "
+                                               "\"vlan10\"; the name as asked when one was asked for.",
+                                       .type = doc::Type::Text};
+inline constexpr doc::Field kEntryNumber{.name = "number", .text = "The interface number behind the name."};
+inline constexpr doc::Field kEntries{.name = "interfaces", .text = "The interfaces whose names match; empty when none does."};
+inline constexpr doc::Field kNameQuery[] = {kName};
+inline constexpr doc::Field kNamedInterface[] = {kEntryName, kEntryNumber};
+}  // namespace name_doc
+
 inline constexpr doc::HandDoc kNameLookupDoc =
-    doc::readList("Finds interface numbers by name: 0/5, lag2, vlan10, or all (also for a missing name)", "if", kNameQuery,
-                  kNamedInterface, "interfaces");
+    doc::readList("Finds interface numbers by name: 0/5, lag2, vlan10, or all (also for a missing name)", "if",
+                  name_doc::kNameQuery, name_doc::kNamedInterface, name_doc::kEntries);
 
 #endif

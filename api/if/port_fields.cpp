@@ -3,14 +3,16 @@
 #include "api/if/attribute_texts.h"
 #include "switch/open_client.h"
 
+using namespace port_doc;
+
 namespace {
 
 constexpr uint32_t kDescrBuffer = 256;
 
-void addLaneMode(cJSON *o, const char *key, PortValueGetter get, uint32_t ifNum) {
-  const char *text = kIfLaneMode.text(portValueOrZero(get, ifNum));
-  if (text) cJSON_AddStringToObject(o, key, text);
-  else cJSON_AddNullToObject(o, key);
+void addLaneMode(cJSON *o, const doc::Field &field, PortValueGetter get, uint32_t ifNum) {
+  const char *text = field.texts->text(portValueOrZero(get, ifNum));
+  if (text) cJSON_AddStringToObject(o, field.name, text);
+  else cJSON_AddNullToObject(o, field.name);
 }
 
 }  // namespace
@@ -27,16 +29,16 @@ void addSpeedFields(cJSON *o, uint32_t ifNum) {
   uint32_t duplex = 0;
   rpcclt_openapiIfSpeedModeGet(&gOpenClient, ifNum, &speed);
   rpcclt_openapiIfDuplexModeGet(&gOpenClient, ifNum, &duplex);
-  cJSON_AddStringToObject(o, "configured-speed", "unknown");
-  cJSON_AddStringToObject(o, "operational-speed", kIfSpeedMbit.text(speed));
-  cJSON_AddStringToObject(o, "speed-mode", kIfSpeedMbit.text(speed));
-  cJSON_AddStringToObject(o, "configured-duplex", "auto");
+  cJSON_AddStringToObject(o, kConfiguredSpeed.name, kConfiguredSpeed.words);
+  cJSON_AddStringToObject(o, kOperationalSpeed.name, kIfSpeedMbit.text(speed));
+  cJSON_AddStringToObject(o, kSpeedMode.name, kIfSpeedMbit.text(speed));
+  cJSON_AddStringToObject(o, kConfiguredDuplex.name, kConfiguredDuplex.words);
 }
 
 void addFrameFields(cJSON *o, uint32_t ifNum) {
-  cJSON_AddNumberToObject(o, "mtu", 0);
-  cJSON_AddNumberToObject(o, "max-frame-size", 0);
-  cJSON_AddNumberToObject(o, "ethernet-header-size", portValueOrZero(rpcclt_openapiIfEthernetHeaderSizeGet, ifNum));
+  cJSON_AddNumberToObject(o, kMtu.name, 0);
+  cJSON_AddNumberToObject(o, kMaxFrameSize.name, 0);
+  cJSON_AddNumberToObject(o, kEthernetHeaderSize.name, portValueOrZero(rpcclt_openapiIfEthernetHeaderSizeGet, ifNum));
 }
 
 void addDescription(cJSON *o, uint32_t ifNum) {
@@ -44,14 +46,14 @@ void addDescription(cJSON *o, uint32_t ifNum) {
   open_buffdesc descr = {kDescrBuffer, text};
   if (rpcclt_openapiIfDescrGet(&gOpenClient, ifNum, &descr) != OPEN_E_NONE) text[0] = '\0';
   text[kDescrBuffer - 1] = '\0';
-  cJSON_AddStringToObject(o, "description", text);
+  cJSON_AddStringToObject(o, kDescription.name, text);
 }
 
-void addEnableField(cJSON *o, const char *key, PortValueGetter get, uint32_t ifNum, uint32_t preset) {
-  cJSON_AddStringToObject(o, key, kEnable.text(portValueOrZero(get, ifNum, preset)));
+void addEnableField(cJSON *o, const doc::Field &field, PortValueGetter get, uint32_t ifNum, uint32_t preset) {
+  cJSON_AddStringToObject(o, field.name, field.texts->text(portValueOrZero(get, ifNum, preset)));
 }
 
 void addLaneModes(cJSON *o, uint32_t ifNum) {
-  addLaneMode(o, "expandable-config-mode", rpcclt_openapiIntfExpandablePortConfigModeGet, ifNum);
-  addLaneMode(o, "expandable-oper-mode", rpcclt_openapiIntfExpandablePortOperModeGet, ifNum);
+  addLaneMode(o, kConfigLanes, rpcclt_openapiIntfExpandablePortConfigModeGet, ifNum);
+  addLaneMode(o, kOperLanes, rpcclt_openapiIntfExpandablePortOperModeGet, ifNum);
 }

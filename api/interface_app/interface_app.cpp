@@ -10,7 +10,7 @@
 namespace kit {
 
 bool ledColorSupported(LedPort port) {
-  uint32_t ifNum = port == LedPort::First ? 1 : queryScanUint("ifNum");
+  uint32_t ifNum = port == LedPort::First ? 1 : queryScanUint(fields::kIfNum.name);
   uint32_t supported = 0;
   int rc = rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet(&gOpenClient, ifNum, &supported);
   return rc == OPEN_E_NONE && supported == 1;
@@ -20,13 +20,13 @@ bool ledColorSupported(LedPort port) {
 
 // The name goes to the switch whole: its length limit is the switch's.
 uint32_t interfaceAppTimeRangeSet(void) {
-  uint32_t intIfNum = queryScanUint("intIfNum");
+  uint32_t intIfNum = queryScanUint(fields::kIntIfNum.name);
   JsonPtr body(requestBodyParse());
   if (!body) {
     replyInvalidArgument();
     return 0;
   }
-  const char *name = bodyText(body.get(), "timeRange");
+  const char *name = bodyText(body.get(), fields::kTimeRange.name);
   if (!name) name = "";
   open_buffdesc desc = {static_cast<uint32_t>(strlen(name) + 1), const_cast<char *>(name)};
   replySetResult(openResultToCode(rpcclt_openapiInterfaceAppTimeRangeSet(&gOpenClient, intIfNum, &desc)));

@@ -4,12 +4,14 @@
 
 #include <stdint.h>
 
+#include "api/fields.h"
 #include "api/route_doc.h"
 
 uint32_t interfaceAppTimeRangeSet(void);
 
-inline constexpr doc::Field kTimeRangeQuery[] = {{"intIfNum"}};
-inline constexpr doc::Field kTimeRangeBody[] = {{"timeRange", doc::Type::Text}};
+inline constexpr doc::Field kTimeRangeQuery[] = {fields::kIntIfNum};
+inline constexpr doc::Field kTimeRangeBody[] = {
+    {.name = fields::kTimeRange.name, .text = fields::kTimeRange.text, .type = doc::Type::Text}};
 inline constexpr doc::HandDoc kTimeRangeSetDoc =
     doc::set("Names the time range of a port's application settings", kTimeRangeQuery, kTimeRangeBody);
 

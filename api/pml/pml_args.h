@@ -6,6 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "api/fields.h"
 #include "api/route_kit.h"
 
 // Room for 17 characters and the terminator, in and out alike.
@@ -23,8 +24,8 @@ consteval kit::Arg macText(kit::Arg a) {
   a.mac = true;
   return a;
 }
-consteval kit::Arg bodyMac(const char *key) { return macText(kit::bodyBuffer(key, kPmlMacSize)); }
-consteval kit::Arg queryMac() { return macText(kit::queryBuffer("macAddr", kQueryMacAddr, kPmlMacSize)); }
-consteval kit::Arg outMac(const char *key) { return macText(kit::outText(key, kPmlMacSize)); }
+consteval kit::Arg bodyMac(kit::Key key) { return macText(kit::bodyBuffer(key, kPmlMacSize)); }
+consteval kit::Arg queryMac() { return macText(kit::queryBuffer(fields::kMacAddr, kQueryMacAddr, kPmlMacSize)); }
+consteval kit::Arg outMac(kit::Key key) { return macText(kit::outText(key, kPmlMacSize)); }
 
 #endif

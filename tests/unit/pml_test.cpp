@@ -40,9 +40,9 @@ TEST(PmlQueryMac, DecodesTheMacFieldToTheLetter) {
 TEST(PmlArgs, MacArgumentsFillAnEighteenByteDescriptor) {
   const char *query = "ifNum=2&macAddr=00%3A0e%3AC6%3AA1%3AB2%3AC3%3A99&vlanId=10";
   struct Case { kit::Arg arg; const char *body, *query, *text; } cases[] = {
-      {bodyMac("macAddr"), R"({"MACADDR":"aa:bb"})", "", "aa:bb"},
-      {bodyMac("macAddr"), R"({"macAddr":"00:11:22:33:44:55:66:77"})", "", "00:11:22:33:44:55"},
-      {bodyMac("macAddr"), R"({"macAddr":17})", query, ""},
+      {bodyMac(fields::kMacAddr), R"({"MACADDR":"aa:bb"})", "", "aa:bb"},
+      {bodyMac(fields::kMacAddr), R"({"macAddr":"00:11:22:33:44:55:66:77"})", "", "00:11:22:33:44:55"},
+      {bodyMac(fields::kMacAddr), R"({"macAddr":17})", query, ""},
       {queryMac(), R"({"macAddr":"aa:bb"})", query, "00:0e:C6:A1:B2:C3"},
   };
   for (const Case &c : cases) {

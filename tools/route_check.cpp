@@ -1,0 +1,85 @@
+#include "tools/route_check.h"
+
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "api/fields.h"
+#include "frame/route_table.h"
+#include "platform/switch_facts.h"
+
+namespace {
+
+struct Checker {
+  std::span<const RouteRow> rows;
+  FILE *out;
+  size_t findings = 0;
+
+  void report(size_t row, const char *what, const std::string &detail) {
+    const RouteRow &r = rows[row];
+    fprintf(out, "row %zu %s %s/%s: %s%s\n", row + 1, httpMethodName(r.method), r.path, r.name, what, detail.c_str());
+    ++findings;
+  }
+
+  void field(size_t row, const doc::Field *f) {
+    if (!f) return;
+    std::string name = std::string("\"") + f->name + "\"";
+    if (!f->text || !*f->text) report(row, "field ", name + " says nothing of what it holds");
+    if (!f->range) return;
+    bool held = false;
+    for (const facts::Range *r : facts::kRanges) held = held || r == f->range;
+    if (!held)
+      report(row, "field ", name + " states the range " + std::to_string(f->range->least) + ".." +
+                                std::to_string(f->range->most) + ", which is not one of the switch's (platform/switch_facts.h)");
+  }
+
+  void fields(size_t row) {
+    const RouteRow &r = rows[row];
+    if (r.hand) {
+      for (doc::Fields list : {r.hand->query, r.hand->body, r.hand->reply})
+        for (const doc::Field &f : list) field(row, &f);
+      field(row, r.hand->listKey);
+      return;
+    }
+    for (size_t i = 0; i < r.doc->argCount; ++i) {
+      field(row, r.doc->args[i].field);
+      field(row, r.doc->args[i].fallback);
+    }
+  }
+
+  static const char *summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
+
+  // Shadowed rows never serve, so they may share the summary of the row that takes over.
+  void summary(size_t row) {
+    const char *own = summaryOf(rows[row]);
+    if (!own || !*own) return report(row, "has no summary", "");
+    if (rows[row].shadowed) return;
+    for (size_t j = 0; j < row; ++j)
+      if (!rows[j].shadowed && strcmp(own, summaryOf(rows[j])) == 0)
+        report(row, "has the summary of row ", std::to_string(j + 1) + ": \"" + own + "\"");
+  }
+
+  void notes() {
+    for (const doc::RouteNote &n : doc::kRouteNotes) {
+      bool found = false;
+      for (const RouteRow &r : rows) found = found || strcmp(r.name, n.route) == 0;
+      if (!found) {
+        fprintf(out, "api/fields.h: the note of \"%s\" names no route\n", n.route);
+        ++findings;
+      }
+    }
+  }
+};
+
+}  // namespace
+
+size_t checkRoutes(std::span<const RouteRow> rows, FILE *out) {
+  Checker c{rows, out};
+  for (size_t i = 0; i < rows.size(); ++i) {
+    c.summary(i);
+    c.fields(i);
+  }
+  c.notes();
+  return c.findings;
+}

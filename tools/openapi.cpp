@@ -699,17 +699,13 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   return op;
 }
 
-// "rs-544", "Request api not found", "linkUp" -> "RS_544", "REQUEST_API_NOT_FOUND", "LINK_UP".
+// "rs-544", "Request api not found" -> "RS_544", "REQUEST_API_NOT_FOUND".
 std::string upperWords(const char *text) {
   std::string out;
   for (const char *c = text; *c; ++c) {
     unsigned char u = static_cast<unsigned char>(*c);
-    bool wordStart = c != text && isupper(u) && islower(static_cast<unsigned char>(c[-1]));
-    if (!isalnum(u) || wordStart) {
-      if (!out.empty() && out.back() != '_') out += '_';
-      if (!isalnum(u)) continue;
-    }
-    out += static_cast<char>(toupper(u));
+    if (isalnum(u)) out += static_cast<char>(toupper(u));
+    else if (!out.empty() && out.back() != '_') out += '_';
   }
   while (!out.empty() && out.back() == '_') out.pop_back();
   return out;

@@ -707,7 +707,6 @@ std::string upperWords(const char *text) {
     if (isalnum(u)) out += static_cast<char>(toupper(u));
     else if (!out.empty() && out.back() != '_') out += '_';
   }
-  while (!out.empty() && out.back() == '_') out.pop_back();
   return out;
 }
 

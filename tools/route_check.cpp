@@ -30,8 +30,9 @@ struct Checker {
     bool held = false;
     for (const facts::Range *r : facts::kRanges) held = held || r == f->range;
     if (!held)
-      report(row, "field ", name + " states the range " + std::to_string(f->range->least) + ".." +
-                                std::to_string(f->range->most) + ", which is not one of the switch's (platform/switch_facts.h)");
+      report(row, "field ",
+             name + " states the range " + std::to_string(f->range->least) + ".." + std::to_string(f->range->most) +
+                 ", which is not one of the switch's (platform/switch_facts.h)");
   }
 
   void fields(size_t row) {
@@ -59,17 +60,6 @@ struct Checker {
       if (!rows[j].shadowed && strcmp(own, summaryOf(rows[j])) == 0)
         report(row, "has the summary of row ", std::to_string(j + 1) + ": \"" + own + "\"");
   }
-
-  void notes() {
-    for (const doc::RouteNote &n : doc::kRouteNotes) {
-      bool found = false;
-      for (const RouteRow &r : rows) found = found || strcmp(r.name, n.route) == 0;
-      if (!found) {
-        fprintf(out, "api/fields.h: the note of \"%s\" names no route\n", n.route);
-        ++findings;
-      }
-    }
-  }
 };
 
 }  // namespace
@@ -80,6 +70,5 @@ size_t checkRoutes(std::span<const RouteRow> rows, FILE *out) {
     c.summary(i);
     c.fields(i);
   }
-  c.notes();
   return c.findings;
 }

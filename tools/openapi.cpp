@@ -165,14 +165,18 @@ bool listed(const cJSON *values, const char *text) {
 // can be null.
 cJSON *enumSchema(cJSON *values, bool nullable) {
   cJSON *s = object();
-  if (nullable) {
-    add(s, "type", textList({"string", "null"}));
-    cJSON_AddItemToArray(values, cJSON_CreateNull());
-  } else {
-    addText(s, "type", "string");
-  }
+  addText(s, "type", "string");
   add(s, "enum", values);
-  return s;
+  if (!nullable) return s;
+  // A choice rather than a list of types: some generators drop the null of
+  // {"type": ["string", "null"]}, every one keeps it here.
+  cJSON *either = object();
+  cJSON *choices = add(either, "anyOf", cJSON_CreateArray());
+  cJSON_AddItemToArray(choices, s);
+  cJSON *none = object();
+  addText(none, "type", "null");
+  cJSON_AddItemToArray(choices, none);
+  return either;
 }
 
 void addUnique(cJSON *values, const char *text) {

@@ -3,6 +3,7 @@ one operation per registration that serves, and true to the program: every
 operation is called on the default simulated switch with the document's own
 examples, and each reply is held against the operation's schema."""
 
+import collections
 import json
 import os
 import re
@@ -43,6 +44,10 @@ def unique_keys(pairs):
     if len(set(keys)) != len(keys):
         raise ValueError("a key twice in one object: %s" % keys)
     return dict(pairs)
+
+
+def ref(name):
+    return {"$ref": "#/components/schemas/" + name}
 
 
 def operations(document):
@@ -132,6 +137,42 @@ class OpenApiDocument(SimTestCase):
         self.assertEqual({tag for _, _, op in ops for tag in op["tags"]}, TAGS)
         for method, path, op in ops:
             self.assertEqual(op["x-privilege"], "read-only" if method == "GET" else "read-write", path)
+
+    def test_every_reply_is_a_model_named_after_its_route(self):
+        """What generated clients name their types after: a read's reply is STEMReply, STEMSuccess (STEM under
+        the group) or FailureReply; a write's WriteReply; every object and choice below is a model of its own."""
+        schemas = self.document["components"]["schemas"]
+        kinds = collections.Counter()
+        for method, path, op in operations(self.document):
+            name = op["responses"]["200"]["content"]["application/json"]["schema"]["$ref"].rsplit("/", 1)[1]
+            stem = re.sub("^[a-z]+", "", op["operationId"])
+            if name != stem + "Reply":
+                kinds[name] += 1
+                continue
+            kinds["read"] += 1
+            self.assertEqual(schemas[name]["oneOf"], [ref(stem + "Success"), ref("FailureReply")], name)
+            success = schemas[stem + "Success"]["properties"]
+            self.assertEqual(success.pop("resp"), ref("Resp0"), name)
+            self.assertEqual(list(success.values()), [ref(stem)], name)
+            self.assertEqual([p["$ref"] for p in op["parameters"] if "$ref" in p], ["#/components/parameters/Refresh"]
+                             if method == "GET" else [], op["operationId"])
+        self.assertEqual(kinds, {"read": 153, "WriteReply": 54, "UnsupportedFeatureReply": 5})
+        self.assertEqual(schemas["IfStatus"]["oneOf"], [ref("IfStatusPort"), ref("IfStatusList")])
+        self.assertEqual(schemas["IfStatusList"]["items"], ref("IfStatusPort"))
+
+        def inline(schema, root):
+            """Objects and choices below a model that are no models themselves; values without one type."""
+            if isinstance(schema, list):
+                return [x for s in schema for x in inline(s, False)]
+            if not isinstance(schema, dict):
+                return []
+            found = [schema] if not root and (schema.get("type") == "object" or "oneOf" in schema) else []
+            found += [schema] if "const" in schema or ("enum" in schema and "type" not in schema) else []
+            found += [schema] if isinstance(schema.get("type"), list) else []  # a generator drops its null
+            return found + [x for key, s in schema.items() if key != "enum" for x in inline(s, False)]
+        self.assertEqual([(n, s) for n, model in schemas.items() for s in inline(model, True)], [])
+        self.assertEqual(schemas["Resp0"]["properties"]["respCode"], {"type": "integer", "enum": [0],
+                                                                       "x-enum-varnames": ["SUCCESS"]})
 
     def test_every_example_reply_matches_its_schema(self):
         replies = []

@@ -25,6 +25,15 @@ export function run(program: Program): void {
   );
 }
 
+// The codes a failure can carry.
+export type FailureCode = 10000 | 10003 | 10011 | 10023 | 17002;
+
+// Compiles only where T is U exactly: not any, not number, not a wider union.
+export type Exactly<T, U> = 0 extends 1 & T ? false : [T] extends [U] ? ([U] extends [T] ? true : false) : false;
+export function typed<Check extends true>(): Check | undefined {
+  return undefined;
+}
+
 // A reply the generated types say is there.
 export function present<T>(value: T | undefined | null, what: string): T {
   if (value === undefined || value === null) throw new Error(`${what}: no reply body`);

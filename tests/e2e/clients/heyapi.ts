@@ -3,7 +3,7 @@
 import { createClient, createConfig } from "./gen/heyapi/client";
 import { client } from "./gen/heyapi/client.gen";
 import { getIfLinkState, putIfAdminState } from "./gen/heyapi/sdk.gen";
-import { NO_PORT, present, run } from "./common";
+import { Exactly, FailureCode, NO_PORT, present, run, typed } from "./common";
 
 run(async (baseUrl, session, readOnly) => {
   client.setConfig({ baseUrl, auth: () => session });
@@ -14,11 +14,13 @@ run(async (baseUrl, session, readOnly) => {
   const write = present((await putIfAdminState({ query: { ifNum: 3 }, body: { adminState: "enable" } })).data, "write");
   if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
   const wrote: "Success" = write.resp.respMsg;
+  typed<Exactly<typeof write.resp.respCode, 0>>();
 
   const missing = present((await getIfLinkState({ query: { ifNum: NO_PORT } })).data, "missing");
   if ("if" in missing) throw new Error("a port that is not there answered");
   // @ts-expect-error a failure carries no group
   missing.if;
+  typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
   const poller = createClient(createConfig({ baseUrl, auth: () => readOnly }));
   const poll = present((await getIfLinkState({ client: poller, query: { ifNum: 3 }, headers: { Refresh: "1" } })).data, "poll");

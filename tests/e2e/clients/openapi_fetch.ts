@@ -2,7 +2,7 @@
 // the client, which openapi-fetch sends with every call.
 import createClient from "openapi-fetch";
 import type { paths } from "./gen/openapi_fetch/schema";
-import { NO_PORT, present, run } from "./common";
+import { Exactly, FailureCode, NO_PORT, present, run, typed } from "./common";
 
 const LINK_STATE = "/api/v2/interfaces/if/link-state";
 const ADMIN_STATE = "/api/v2/interfaces/if/admin-state";
@@ -17,11 +17,13 @@ run(async (baseUrl, session, readOnly) => {
                         "write");
   if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
   const wrote: "Success" = write.resp.respMsg;
+  typed<Exactly<typeof write.resp.respCode, 0>>();
 
   const missing = present((await api.GET(LINK_STATE, { params: { query: { ifNum: NO_PORT } } })).data, "missing");
   if ("if" in missing) throw new Error("a port that is not there answered");
   // @ts-expect-error a failure carries no group
   missing.if;
+  typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
   const poller = createClient<paths>({ baseUrl, headers: { session: readOnly } });
   const poll = present((await poller.GET(LINK_STATE, { params: { query: { ifNum: 3 }, header: { Refresh: "1" } } })).data,

@@ -2,7 +2,7 @@
 // (OpenAPI.HEADERS), sent with every call; "Refresh" is an argument of each
 // read. A refused call throws an ApiError with the status.
 import { ApiError, InterfacesService, OpenAPI } from "./gen/openapi_typescript_codegen";
-import { NO_PORT, run } from "./common";
+import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
 
 run(async (baseUrl, session, readOnly) => {
   OpenAPI.BASE = baseUrl;
@@ -14,11 +14,13 @@ run(async (baseUrl, session, readOnly) => {
   const write = await InterfacesService.putIfAdminState(3, { adminState: "enable" });
   if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
   const wrote: "Success" = write.resp.respMsg;
+  typed<Exactly<typeof write.resp.respCode, 0>>();
 
   const missing = await InterfacesService.getIfLinkState(NO_PORT);
   if ("if" in missing) throw new Error("a port that is not there answered");
   // @ts-expect-error a failure carries no group
   missing.if;
+  typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
   OpenAPI.HEADERS = { session: readOnly };
   const poll = await InterfacesService.getIfLinkState(3, "1");

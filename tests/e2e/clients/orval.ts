@@ -3,7 +3,7 @@
 // call rejects with the response.
 import axios from "axios";
 import { getIfLinkState, putIfAdminState } from "./gen/orval/api";
-import { NO_PORT, run } from "./common";
+import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
 
 function useSession(session: string): void {
   axios.defaults.headers.common["session"] = session;
@@ -19,11 +19,13 @@ run(async (baseUrl, session, readOnly) => {
   const write = (await putIfAdminState({ adminState: "enable" }, { ifNum: 3 })).data;
   if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
   const wrote: "Success" = write.resp.respMsg;
+  typed<Exactly<typeof write.resp.respCode, 0>>();
 
   const missing = (await getIfLinkState({ ifNum: NO_PORT })).data;
   if ("if" in missing) throw new Error("a port that is not there answered");
   // @ts-expect-error a failure carries no group
   missing.if;
+  typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
   useSession(readOnly);
   const poll = (await getIfLinkState({ ifNum: 3 }, { headers: { Refresh: "1" } })).data;

@@ -2,7 +2,7 @@
 // its security worker turns into the "session" header of every secured call
 // (all of them). A refused call throws the response.
 import { Api } from "./gen/swagger_typescript_api/Api";
-import { NO_PORT, run } from "./common";
+import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
 
 function client(baseUrl: string, session: string): Api<string> {
   const api = new Api<string>({ baseUrl, securityWorker: (token) => (token ? { headers: { session: token } } : {}) });
@@ -29,11 +29,13 @@ run(async (baseUrl, session, readOnly) => {
   const write = (await api.putIfAdminState({ ifNum: 3 }, { adminState: "enable" })).data;
   if (write.resp.respCode !== 0) throw new Error(`write: ${write.resp.respMsg}`);
   const wrote: "Success" = write.resp.respMsg;
+  typed<Exactly<typeof write.resp.respCode, 0>>();
 
   const missing = (await api.getIfLinkState({ ifNum: NO_PORT })).data;
   if ("if" in missing) throw new Error("a port that is not there answered");
   // @ts-expect-error a failure carries no group
   missing.if;
+  typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
   const poller = client(baseUrl, readOnly).api;
   const poll = (await poller.getIfLinkState({ ifNum: 3 }, { headers: { Refresh: "1" } })).data;

@@ -1,8 +1,8 @@
 // The registration list. Order matters: a later registration of the same
 // path, name and method shadows the earlier one, and some keys are
 // registered twice on purpose so that a richer late handler takes over.
-// Every shadowed row says so (SHADOWED_ROUTE); the check below the list
-// holds the marks and the order to each other.
+// Every shadowed row says so (SHADOWED_ROUTE); route-dump --check holds
+// the marks and the order to each other.
 #include "api/routes.h"
 
 #include "api/fields.h"
@@ -634,29 +634,6 @@ constexpr RouteRow kRoutes[] = {
     HANDLER(kIfCounters, METHOD_POST, "reset", counterResetHandler, kCounterResetDoc),
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
-
-namespace {
-
-constexpr bool sameText(const char *a, const char *b) {
-  while (*a && *a == *b) ++a, ++b;
-  return *a == *b;
-}
-
-constexpr bool sameKey(const RouteRow &a, const RouteRow &b) {
-  return a.method == b.method && sameText(a.path, b.path) && sameText(a.name, b.name);
-}
-
-constexpr bool shadowMarksHold() {
-  for (size_t i = 0; i < std::size(kRoutes); ++i) {
-    bool later = false;
-    for (size_t j = i + 1; j < std::size(kRoutes) && !later; ++j) later = sameKey(kRoutes[i], kRoutes[j]);
-    if (later != kRoutes[i].shadowed) return false;
-  }
-  return true;
-}
-static_assert(shadowMarksHold(), "a row is shadowed by a later one of the same key exactly when it is marked so");
-
-}  // namespace
 
 void registerRoutes(RouteTable *table) {
   for (const RouteRow &row : kRoutes) httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);

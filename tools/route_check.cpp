@@ -49,6 +49,20 @@ struct Checker {
     }
   }
 
+  static bool sameKey(const RouteRow &a, const RouteRow &b) {
+    return a.method == b.method && strcmp(a.path, b.path) == 0 && strcmp(a.name, b.name) == 0;
+  }
+
+  // A row is marked shadowed exactly when a later row of its key serves in its place.
+  void shadow(size_t row) {
+    size_t later = 0;
+    for (size_t j = row + 1; j < rows.size() && !later; ++j)
+      if (sameKey(rows[row], rows[j])) later = j + 1;
+    if (later && !rows[row].shadowed)
+      report(row, "is shadowed by row ", std::to_string(later) + " but not marked so");
+    if (!later && rows[row].shadowed) report(row, "is marked shadowed, but no later row has its key", "");
+  }
+
   static const char *summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
 
   // Shadowed rows never serve, so they may share the summary of the row that takes over.
@@ -67,6 +81,7 @@ struct Checker {
 size_t checkRoutes(std::span<const RouteRow> rows, FILE *out) {
   Checker c{rows, out};
   for (size_t i = 0; i < rows.size(); ++i) {
+    c.shadow(i);
     c.summary(i);
     c.fields(i);
   }

@@ -20,15 +20,19 @@ constexpr doc::HandDoc kFaulty = doc::read("Reads a thing", "if", {}, kReply);
 constexpr doc::HandDoc kSameSummary = doc::read("Reads a thing", "if", {}, {});
 constexpr doc::HandDoc kNoSummary = doc::read("", "if", {}, {});
 constexpr doc::HandDoc kSound = doc::read("Reads another thing", "if", {}, {});
+constexpr doc::HandDoc kTakesOver = doc::read("Reads a type, for the pages", "if", {}, {});
 
 constexpr char kDir[] = "/api/v2/interfaces/if";
-// A table row whose input says nothing, beside hand-written ones; a shadowed
-// row may share the summary of the row that serves in its place.
+// A table row whose input says nothing and whose shadowing goes unmarked,
+// beside hand-written ones; a shadowed row may share the summary of the row
+// that serves in its place.
 const RouteRow kRows[] = {
     HANDLER(kDir, METHOD_GET, "a", noHandler, kFaulty),
     HANDLER(kDir, METHOD_GET, "b", noHandler, kSameSummary),
     HANDLER(kDir, METHOD_PUT, "c", noHandler, kNoSummary),
     ROUTE(kDir, METHOD_GET, "d", "Reads a type", kit::Read<"if", openapiIfTypeGet, kit::scan(kSilent), kit::out(kPort)>),
+    HANDLER(kDir, METHOD_GET, "d", noHandler, kTakesOver),
+    {kDir, METHOD_PUT, "e", noHandler, nullptr, &kSound, true, nullptr, nullptr},
     {kDir, METHOD_GET, "e", noHandler, nullptr, &kSound, true, nullptr, nullptr},
     HANDLER(kDir, METHOD_GET, "e", noHandler, kSound),
 };
@@ -52,8 +56,10 @@ TEST(RouteCheck, EachFindingNamesItsRowAndField) {
             "switch's (platform/switch_facts.h)\n"
             "row 2 GET /api/v2/interfaces/if/b: has the summary of row 1: \"Reads a thing\"\n"
             "row 3 PUT /api/v2/interfaces/if/c: has no summary\n"
-            "row 4 GET /api/v2/interfaces/if/d: field \"silent\" says nothing of what it holds\n");
-  EXPECT_EQ(findings, 5u);
+            "row 4 GET /api/v2/interfaces/if/d: is shadowed by row 5 but not marked so\n"
+            "row 4 GET /api/v2/interfaces/if/d: field \"silent\" says nothing of what it holds\n"
+            "row 6 PUT /api/v2/interfaces/if/e: is marked shadowed, but no later row has its key\n");
+  EXPECT_EQ(findings, 7u);
   EXPECT_EQ(checked(std::span(kRows).last(2), &findings), "");
   EXPECT_EQ(findings, 0u);
 }

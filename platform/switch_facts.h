@@ -86,9 +86,9 @@ inline constexpr Range kLedBrightness{0, 100};              /* percent */
 
 /* Every range above, for the checks that hold the API description to them. */
 inline constexpr const Range *kRanges[] = {
-    &kVlanIds,          &kMaxFrameSize,      &kRecoveryInterval,  &kLockAgeTime,   &kLockTrapInterval, &kLockDynamicLimit,
-    &kLockStaticLimit,  &kLockVlan,          &kLockVlanMode,  &kStreamId,         &kLpiSampleInterval,
-    &kLpiMaxSamples,    &kLedColour,         &kLedBrightness,
+    &kVlanIds,           &kMaxFrameSize,    &kRecoveryInterval, &kLockAgeTime,  &kLockTrapInterval,
+    &kLockDynamicLimit,  &kLockStaticLimit, &kLockVlan,         &kLockVlanMode, &kStreamId,
+    &kLpiSampleInterval, &kLpiMaxSamples,   &kLedColour,        &kLedBrightness,
 };
 
 /* The bits of a port's capability mask (if/capabilities): each set bit is

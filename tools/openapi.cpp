@@ -419,40 +419,40 @@ cJSON *model(cJSON *schemas, const std::string &name, cJSON *schema) {
 bool isChoice(const cJSON *schema) { return cJSON_GetObjectItem(schema, "oneOf") != nullptr; }
 bool isNamed(const cJSON *schema) { return isType(schema, "object") || isChoice(schema); }
 
-cJSON *named(cJSON *schemas, cJSON *schema, const std::string &name);
+cJSON *asModel(cJSON *schemas, cJSON *schema, const std::string &name);
 
 // A list's objects as one model; a property's object or list of objects too.
-void nameInside(cJSON *schemas, cJSON *schema, const std::string &name) {
+void modelsInside(cJSON *schemas, cJSON *schema, const std::string &name) {
   cJSON *items = cJSON_GetObjectItem(schema, "items");
   if (items && isNamed(items))
-    add(schema, "items", named(schemas, cJSON_DetachItemFromObject(schema, "items"), name + "Entry"));
+    add(schema, "items", asModel(schemas, cJSON_DetachItemFromObject(schema, "items"), name + "Entry"));
   cJSON *props = cJSON_GetObjectItem(schema, "properties");
   for (cJSON *p = props ? props->child : nullptr; p; p = p->next) {
     std::string inner = name + pascal(p->string);
     if (isNamed(p)) {
-      cJSON *r = named(schemas, cJSON_Duplicate(p, true), inner);
+      cJSON *r = asModel(schemas, cJSON_Duplicate(p, true), inner);
       cJSON_ReplaceItemViaPointer(props, p, r);
       p = r;
     } else {
-      nameInside(schemas, p, inner);
+      modelsInside(schemas, p, inner);
     }
   }
 }
 
 // One port's object or every port's list: the list's entries are the
 // port's model, and the choice says how a client tells them apart.
-void nameChoices(cJSON *schemas, cJSON *schema, const std::string &name) {
+void modelChoices(cJSON *schemas, cJSON *schema, const std::string &name) {
   cJSON *choices = cJSON_GetObjectItem(schema, "oneOf");
   cJSON *one = nullptr;
   for (cJSON *c = choices->child; c; c = c->next)
-    if (!isType(c, "array")) one = cJSON_Duplicate(c, true);
+    if (!one && !isType(c, "array")) one = cJSON_Duplicate(c, true);
   std::string oneName = name + "Port";
   for (cJSON *c = choices->child; c;) {
     cJSON *next = c->next;
     bool list = isType(c, "array");
     if (list && one && cJSON_Compare(cJSON_GetObjectItem(c, "items"), one, true))
       cJSON_ReplaceItemInObject(c, "items", modelRef(oneName));
-    cJSON *r = named(schemas, cJSON_Duplicate(c, true), list ? name + "List" : oneName);
+    cJSON *r = asModel(schemas, cJSON_Duplicate(c, true), list ? name + "List" : oneName);
     cJSON_ReplaceItemViaPointer(choices, c, r);
     c = next;
   }
@@ -460,9 +460,9 @@ void nameChoices(cJSON *schemas, cJSON *schema, const std::string &name) {
   cJSON_Delete(one);
 }
 
-cJSON *named(cJSON *schemas, cJSON *schema, const std::string &name) {
-  if (isChoice(schema)) nameChoices(schemas, schema, name);
-  else nameInside(schemas, schema, name);
+cJSON *asModel(cJSON *schemas, cJSON *schema, const std::string &name) {
+  if (isChoice(schema)) modelChoices(schemas, schema, name);
+  else modelsInside(schemas, schema, name);
   return model(schemas, name, schema);
 }
 
@@ -471,18 +471,18 @@ cJSON *named(cJSON *schemas, cJSON *schema, const std::string &name) {
 // under the group key) or "FailureReply".
 cJSON *replyModel(cJSON *schemas, doc::Shape shape, const char *group, cJSON *data, uint32_t fixedCode,
                   const std::string &operationId) {
-  if (shape == doc::Shape::Set) return cJSON_Delete(data), modelRef(kWriteReply);
+  if (shape == doc::Shape::Set || shape == doc::Shape::Fixed) cJSON_Delete(data);
+  if (shape == doc::Shape::Set) return modelRef(kWriteReply);
   if (shape == doc::Shape::Fixed) {
-    cJSON_Delete(data);
     std::string name = pascal(errorMessageGet(static_cast<int32_t>(fixedCode))) + "Reply";
     if (!cJSON_GetObjectItem(schemas, name.c_str()))
-      model(schemas, name, envelopeOf(nullptr, nullptr, modelRef("Resp" + std::to_string(fixedCode))));
+      add(schemas, name.c_str(), envelopeOf(nullptr, nullptr, modelRef("Resp" + std::to_string(fixedCode))));
     return modelRef(name);
   }
   std::string stem = modelStem(operationId);
   // Two reads of one path would share a stem; the method then tells them apart.
   if (cJSON_GetObjectItem(schemas, (stem + "Reply").c_str())) stem = pascal(operationId.c_str());
-  cJSON *success = envelopeOf(group, named(schemas, data, stem), modelRef("Resp0"));
+  cJSON *success = envelopeOf(group, asModel(schemas, data, stem), modelRef("Resp0"));
   cJSON *reply = object();
   cJSON *choices = add(reply, "oneOf", cJSON_CreateArray());
   cJSON_AddItemToArray(choices, model(schemas, stem + "Success", success));

@@ -1,7 +1,8 @@
 """Clients generated from the API document as printed work as generated: five TypeScript generators, each
 client type-checked with `tsc --strict` beside a small program written on it (clients/), which reads, writes,
-narrows a failure from a success without a cast, polls with "Refresh" and is refused a write, against the
-simulated switch through lighttpd, with the session set once for the client."""
+narrows a failure from a success and a port's object from every port's list without a cast, polls with
+"Refresh" and is refused a write, against the simulated switch through lighttpd, with the session set once
+for the client."""
 
 import json
 import os
@@ -27,9 +28,10 @@ GENERATORS = {
 TSCONFIG = {"compilerOptions": {"strict": True, "target": "ES2022", "module": "commonjs", "moduleResolution": "node10",
                                 "esModuleInterop": True, "outDir": "js", "types": ["node"]},
             "files": [name + ".ts" for name in GENERATORS]}
-# What every program prints: port 3 is up, the write succeeds, port 999 is no port, the read-only session
-# may poll and may not write.
-OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "polled": "up", "refused": 403}
+# What every program prints: port 3 is up, the write succeeds, port 999 is no port, the default simulated
+# switch has 28 physical ports, the read-only session may poll and may not write.
+OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "ports": list(range(1, 29)), "polled": "up",
+           "refused": 403}
 
 
 def tool(name):

@@ -2,12 +2,13 @@
 // client it drives:
 //   node PROGRAM.js BASE_URL SESSION READ_ONLY_SESSION
 // It reads a port's link state, turns the port on, reads a port that does
-// not exist, polls with the read-only session (sending "Refresh") and tries
+// not exist, reads every port's status, polls with the read-only session (sending "Refresh") and tries
 // a write with it, then prints what it got as one JSON object.
 export interface Outcome {
   linkState: string;  // the read, narrowed to its success
   wrote: string;      // the write's respMsg, narrowed to code 0
   missing: number;    // the failed read's code, narrowed to its failure
+  ports: number[];    // every port's number from the status summary, narrowed to its list
   polled: string;     // the poll's link state
   refused: number;    // the HTTP status of the read-only write
 }

@@ -2,7 +2,7 @@
 // which the SDK sends as the "session" header of every call.
 import { createClient, createConfig } from "./gen/heyapi/client";
 import { client } from "./gen/heyapi/client.gen";
-import { getIfLinkState, putIfAdminState } from "./gen/heyapi/sdk.gen";
+import { getIfLinkState, getIfStatus, putIfAdminState } from "./gen/heyapi/sdk.gen";
 import { Exactly, FailureCode, NO_PORT, present, run, typed } from "./common";
 
 run(async (baseUrl, session, readOnly) => {
@@ -22,9 +22,13 @@ run(async (baseUrl, session, readOnly) => {
   missing.if;
   typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
+  const status = present((await getIfStatus()).data, "status");
+  if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
+  const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
+
   const poller = createClient(createConfig({ baseUrl, auth: () => readOnly }));
   const poll = present((await getIfLinkState({ client: poller, query: { ifNum: 3 }, headers: { Refresh: "1" } })).data, "poll");
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
   const refused = await putIfAdminState({ client: poller, query: { ifNum: 3 }, body: { adminState: "disable" } });
-  return { linkState, wrote, missing: missing.resp.respCode, polled, refused: refused.response.status };
+  return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused: refused.response.status };
 });

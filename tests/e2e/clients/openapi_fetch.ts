@@ -25,10 +25,14 @@ run(async (baseUrl, session, readOnly) => {
   missing.if;
   typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
+  const status = present((await api.GET("/api/v2/interfaces/if/status")).data, "status");
+  if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
+  const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
+
   const poller = createClient<paths>({ baseUrl, headers: { session: readOnly } });
   const poll = present((await poller.GET(LINK_STATE, { params: { query: { ifNum: 3 }, header: { Refresh: "1" } } })).data,
                        "poll");
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
   const refused = await poller.PUT(ADMIN_STATE, { params: { query: { ifNum: 3 } }, body: { adminState: "disable" } });
-  return { linkState, wrote, missing: missing.resp.respCode, polled, refused: refused.response.status };
+  return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused: refused.response.status };
 });

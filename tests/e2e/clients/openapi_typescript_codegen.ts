@@ -22,6 +22,10 @@ run(async (baseUrl, session, readOnly) => {
   missing.if;
   typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
+  const status = await InterfacesService.getIfStatus();
+  if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
+  const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
+
   OpenAPI.HEADERS = { session: readOnly };
   const poll = await InterfacesService.getIfLinkState(3, "1");
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
@@ -32,5 +36,5 @@ run(async (baseUrl, session, readOnly) => {
       throw e;
     },
   );
-  return { linkState, wrote, missing: missing.resp.respCode, polled, refused };
+  return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused };
 });

@@ -2,7 +2,7 @@
 // defaults carry the base URL and the session for every call. A refused
 // call rejects with the response.
 import axios from "axios";
-import { getIfLinkState, putIfAdminState } from "./gen/orval/api";
+import { getIfLinkState, getIfStatus, putIfAdminState } from "./gen/orval/api";
 import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
 
 function useSession(session: string): void {
@@ -27,6 +27,10 @@ run(async (baseUrl, session, readOnly) => {
   missing.if;
   typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
+  const status = (await getIfStatus()).data;
+  if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
+  const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
+
   useSession(readOnly);
   const poll = (await getIfLinkState({ ifNum: 3 }, { headers: { Refresh: "1" } })).data;
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
@@ -37,5 +41,5 @@ run(async (baseUrl, session, readOnly) => {
       throw e;
     },
   );
-  return { linkState, wrote, missing: missing.resp.respCode, polled, refused };
+  return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused };
 });

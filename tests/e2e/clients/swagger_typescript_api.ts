@@ -10,7 +10,7 @@ function client(baseUrl: string, session: string): Api<string> {
   return api;
 }
 
-async function status(call: Promise<unknown>): Promise<number> {
+async function httpStatus(call: Promise<unknown>): Promise<number> {
   try {
     await call;
     return 200;
@@ -37,9 +37,13 @@ run(async (baseUrl, session, readOnly) => {
   missing.if;
   typed<Exactly<typeof missing.resp.respCode, FailureCode>>();
 
+  const status = (await api.getIfStatus()).data;
+  if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
+  const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
+
   const poller = client(baseUrl, readOnly).api;
   const poll = (await poller.getIfLinkState({ ifNum: 3 }, { headers: { Refresh: "1" } })).data;
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
-  const refused = await status(poller.putIfAdminState({ ifNum: 3 }, { adminState: "disable" }));
-  return { linkState, wrote, missing: missing.resp.respCode, polled, refused };
+  const refused = await httpStatus(poller.putIfAdminState({ ifNum: 3 }, { adminState: "disable" }));
+  return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused };
 });

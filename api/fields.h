@@ -138,7 +138,6 @@ inline constexpr doc::Field kIfStatus{
 inline constexpr doc::Field kValue{
     .name = "value",
     .text = "The counter: octets or packets since the port's counters were last cleared, in 32 bits that wrap to 0."};
-inline constexpr doc::Field kCount{.name = "count", .text = "The number of events or entries."};
 inline constexpr doc::Field kHigh{.name = "high",
                                   .text = "The upper 32 bits of the time spent in low-power idle, in microseconds."};
 inline constexpr doc::Field kLow{.name = "low",

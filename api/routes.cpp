@@ -64,6 +64,10 @@ constexpr doc::Field kLastChange{.name = "value",
                                  .text =
                                      "The switch's up time, in seconds, when the interface last changed state; 0 when "
                                      "it has not changed since the switch started."};
+constexpr doc::Field kLpiEntries{.name = "count",
+                                  .text = "How many times the port entered low-power idle, since its EEE statistics "
+                                          "were last cleared."};
+constexpr doc::Field kAddressCount{.name = "count", .text = "How many locked addresses of the kind the route names."};
 constexpr doc::Field kMacAddrSize{.name = "size", .text = "The size of a MAC address in bytes."};
 constexpr doc::Field kDescrSize{.name = "size", .text = "The longest description, in characters."};
 
@@ -181,7 +185,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_PUT, "global-admin-mode", "Turns port MAC locking on or off for the switch",
           Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs(kAdminMode, "enable")>),
     ROUTE(kPml, METHOD_GET, "static-addr-global-count", "Reads how many static locked addresses the switch holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-admin-mode", "Reads whether VLAN MAC locking is enabled on the switch",
           Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "vlan-admin-mode", "Turns VLAN MAC locking on or off for the switch",
@@ -384,13 +388,13 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kEee, METHOD_DELETE, "statistics", "Clears one port's EEE statistics",
           Set<rpcclt_openapiGreenEthrEeeStatisticsClear, scan(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "tx-events", "Reads how often one port entered low-power idle when sending",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan(kIntIfNum), out(kCount)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan(kIntIfNum), out(kLpiEntries)>),
     // Durations come as two 32-bit words and are reported as such.
     ROUTE(kEee, METHOD_GET, "tx-duration", "Reads how long one port was in low-power idle when sending",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDurationGet, scan(kIntIfNum), out(kHigh),
                out(kLow)>),
     ROUTE(kEee, METHOD_GET, "rx-events", "Reads how often one port entered low-power idle when receiving",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan(kIntIfNum), out(kCount)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan(kIntIfNum), out(kLpiEntries)>),
     ROUTE(kEee, METHOD_GET, "rx-duration", "Reads how long one port was in low-power idle when receiving",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDurationGet, scan(kIntIfNum), out(kHigh),
                out(kLow)>),
@@ -522,11 +526,11 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_GET, "intf-last-violation-addr", "Reads the last address that violated MAC locking on one port",
           Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-learned-addr-count", "Reads how many dynamic addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "intf-static-learned-addr-count", "Reads how many static addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan(kIfNum), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "static-addr-count-by-vlan", "Reads how many static locked addresses one VLAN holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan(kVlanId), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan(kVlanId), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-dynamic-limit", "Reads how many dynamic addresses one VLAN may learn",
           Read<"pml", rpcclt_openapiPmlVlanDynamicLimitGet, scan(kVlanId), out(kVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_PUT, "vlan-dynamic-limit", "Sets how many dynamic addresses one VLAN may learn",
@@ -555,7 +559,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_GET, "intf-vlan-dynamic-learned-addr-count",
           "Reads how many dynamic addresses one port has learned on one VLAN",
           Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan(kIfNum), scan(kVlanId),
-               out(kCount)>),
+               out(kAddressCount)>),
     // The walks are POST although the first-entry routes read no body; the
     // static walk's next flag is "isnextEntrySticky".
     ROUTE(kPml, METHOD_POST, "intf-static-entry-get-first", "Reads the first static locked address of one port",

@@ -12,6 +12,7 @@
 
 namespace fields {
 
+// Which interface, VLAN or unit.
 inline constexpr doc::Field kIfNum{.name = "ifNum", .text = "The interface number, as the walks give it."};
 inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = "The interface number, as the walks give it."};
 inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number, as the walks give it."};
@@ -37,6 +38,8 @@ inline constexpr doc::Field kRemIndex{.name = "remIndex",
                                       .text = "The index of the link partner's entry in the neighbour table."};
 inline constexpr doc::Field kTimestamp{.name = "timestamp",
                                        .text = "The time stamp of the link partner's entry in the neighbour table."};
+
+// Interface identity and attributes.
 inline constexpr doc::Field kLinkState{.name = "linkState", .text = "\"up\" while the link is up, else \"down\"."};
 inline constexpr doc::Field kVal{
     .name = "val",
@@ -135,6 +138,8 @@ inline constexpr doc::Field kFecOperMode{
     .name = "fecOperMode", .text = "The forward error correction mode in operation, by the switch's name."};
 inline constexpr doc::Field kIfStatus{
     .name = "ifStatus", .text = "\"attached\" when the interface is attached to the switch, else \"none\"."};
+
+// Counters.
 inline constexpr doc::Field kValue{
     .name = "value",
     .text = "The counter: octets or packets since the port's counters were last cleared, in 32 bits that wrap to 0."};
@@ -142,6 +147,8 @@ inline constexpr doc::Field kHigh{.name = "high",
                                   .text = "The upper 32 bits of the time spent in low-power idle, in microseconds."};
 inline constexpr doc::Field kLow{.name = "low",
                                  .text = "The lower 32 bits of the time spent in low-power idle, in microseconds."};
+
+// Cable test.
 inline constexpr doc::Field kCableTestStatus{
     .name = "cableStatus",
     .text =
@@ -158,6 +165,8 @@ inline constexpr doc::Field kLongestLength{
 inline constexpr doc::Field kCableFailureLength{
     .name = "cableFailureLength",
     .text = "How far along the cable the fault (open or short) lies, in metres; 0 when the cable has none."};
+
+// Interface application and LEDs.
 inline constexpr doc::Field kTimeRange{.name = "timeRange", .text = "The name of the time range; up to 31 characters."};
 inline constexpr doc::Field kIsRGBLedColorSupported{.name = "isRGBLedColorSupported",
                                                     .text = "\"true\" when the port has a colour LED, else \"false\"."};
@@ -167,6 +176,8 @@ inline constexpr doc::Field kColor{
     .range = &facts::kLedColour};
 inline constexpr doc::Field kBrightness{
     .name = "brightness", .text = "The LED brightness, in percent.", .range = &facts::kLedBrightness};
+
+// Green Ethernet and EEE.
 inline constexpr doc::Field kMode{.name = "mode", .text = "Whether the feature is on, in the texts the route lists."};
 inline constexpr doc::Field kValid{.name = "valid",
                                    .text = "Whether the port supports the feature: \"true\" or \"false\"."};
@@ -239,6 +250,8 @@ inline constexpr doc::Field kMaxSamples{
     .name = "maxSamples",
     .text = "How many history samples each port keeps; one value for the whole switch.",
     .range = &facts::kLpiMaxSamples};
+
+// Port MAC locking.
 inline constexpr doc::Field kIntfMode{.name = "intfMode", .text = "MAC locking on the port."};
 inline constexpr doc::Field kIsValid{.name = "isValid",
                                      .text = "\"true\" when the port supports MAC locking, else \"false\"."};

@@ -12,165 +12,267 @@
 
 namespace fields {
 
+// Which interface, VLAN or unit.
 inline constexpr doc::Field kIfNum{.name = "ifNum", .text = "The interface number, as the walks give it."};
 inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = "The interface number, as the walks give it."};
 inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number, as the walks give it."};
-inline constexpr doc::Field kPrevIfNum{.name = "prevIfNum", .text = "The interface number the walk continues after; 0 starts at the first."};
-inline constexpr doc::Field kNextIfNum{.name = "nextIfNum", .text = "The interface number that follows; the walk ends with a non-zero code."};
-inline constexpr doc::Field kFirstIfNum{.name = "firstIfNum", .text = "The first interface number of the asked type; the walk continues with if/next."};
+inline constexpr doc::Field kPrevIfNum{.name = "prevIfNum",
+                                       .text = "The interface number the walk continues after; 0 starts at the first."};
+inline constexpr doc::Field kNextIfNum{
+    .name = "nextIfNum", .text = "The interface number that follows; the walk ends with a non-zero code."};
+inline constexpr doc::Field kFirstIfNum{
+    .name = "firstIfNum", .text = "The first interface number of the asked type; the walk continues with if/next."};
 inline constexpr doc::Field kPeerIfNum{.name = "peerIfNum", .text = "The interface number of the peer port."};
-inline constexpr doc::Field kInterfaceType{.name = "ifType", .text = "The interface type, by its number: 0 physical port, 1 CPU port, 2 LAG, 3 routing VLAN interface, 4 loopback, 5 tunnel, 6 service port, 8 any type."};
-inline constexpr doc::Field kIntf{.name = "intf", .text = "The interface name, as the port list shows it (for example 0/5)."};
+inline constexpr doc::Field kInterfaceType{
+    .name = "ifType",
+    .text =
+        "The interface type, by its number: 0 physical port, 1 CPU port, 2 LAG, 3 routing VLAN interface, 4 loopback, "
+        "5 tunnel, 6 service port, 8 any type."};
+inline constexpr doc::Field kIntf{.name = "intf",
+                                  .text = "The interface name, as the port list shows it (for example 0/5)."};
 inline constexpr doc::Field kIntfName{.name = "intfName", .text = "The interface name, as the port list shows it."};
 inline constexpr doc::Field kVlanId{.name = "vlanId", .text = "The VLAN ID."};
 inline constexpr doc::Field kNextVlanId{.name = "nextVlanId", .text = "The VLAN ID of the next entry."};
 inline constexpr doc::Field kUnit{.name = "unit", .text = "The stack unit number; absent asks for unit 0."};
-inline constexpr doc::Field kRemIndex{.name = "remIndex", .text = "The index of the link partner's entry in the neighbour table."};
-inline constexpr doc::Field kTimestamp{.name = "timestamp", .text = "The time stamp of the link partner's entry in the neighbour table."};
+inline constexpr doc::Field kRemIndex{.name = "remIndex",
+                                      .text = "The index of the link partner's entry in the neighbour table."};
+inline constexpr doc::Field kTimestamp{.name = "timestamp",
+                                       .text = "The time stamp of the link partner's entry in the neighbour table."};
+
+// Interface identity and attributes.
 inline constexpr doc::Field kLinkState{.name = "linkState", .text = "\"up\" while the link is up, else \"down\"."};
-inline constexpr doc::Field kVal{.name = "val", .text = "The operational state: \"port_enable\" forwards traffic, \"port_diag_disable\" was shut down by a protection feature (D-Disable), \"port_disable\" does not forward (link down or disabled)."};
-inline constexpr doc::Field kIntfActiveState{.name = "intfActiveState", .text = "1 when the interface is active (its link is up and it forwards traffic), 0 when it is not."};
-inline constexpr doc::Field kIfIndex{.name = "ifIndex", .text = "The SNMP ifIndex of the interface."};
-inline constexpr doc::Field kMaskOffset{.name = "maskOffset", .text = "The interface's offset in configuration masks."};
-inline constexpr doc::Field kIfMacAddr{.name = "mac_addr", .text = "The interface's MAC address."};
-inline constexpr doc::Field kDescrip{.name = "descrip", .text = "The new description of the interface."};
-inline constexpr doc::Field kDeletePending{.name = "delete_pending", .text = "1 when the interface is about to be removed, else 0."};
-inline constexpr doc::Field kSpeed{.name = "speed", .text = "The port's speed and duplex, by the switch's name: \"portctrl_portspeed_auto_neg\" negotiates them, \"portctrl_portspeed_full_1000sx\" is 1000 Mbit/s full duplex, and so on."};
-inline constexpr doc::Field kDuplexMode{.name = "duplex_mode", .text = "\"full\" or \"half\" duplex; \"unknown\" for any other value."};
-inline constexpr doc::Field kAutoneg{.name = "autoneg", .text = "Turns auto-negotiation on or off."};
-inline constexpr doc::Field kHeaderSize{.name = "headerSize", .text = "The size of an Ethernet header in bytes."};
-inline constexpr doc::Field kMaxFrameSize{.name = "maxFrameSize", .text = "The largest frame the port accepts, in bytes.", .range = &facts::kMaxFrameSize};
-inline constexpr doc::Field kMtuSize{.name = "mtu_size", .text = "The MTU in bytes; the switch adds the Ethernet header to make the largest frame."};
-inline constexpr doc::Field kSoftShut{.name = "soft_shut", .text = "Turns soft shutdown on or off."};
-inline constexpr doc::Field kAdminState{.name = "adminState", .text = "Enables or disables the interface."};
-inline constexpr doc::Field kLinkTrap{.name = "link-trap",
-                                      .text = "\"enable\" when the interface sends link up/down traps, else \"disable\".",
-                                      .type = doc::Type::Text,
-                                      .texts = &kEnable};
+inline constexpr doc::Field kVal{
+    .name = "val",
+    .text =
+        "The operational state: \"port_enable\" forwards traffic, \"port_diag_disable\" was shut down by a protection "
+        "feature (D-Disable), \"port_disable\" does not forward (link down or disabled)."};
+inline constexpr doc::Field kIntfActiveState{
+    .name = "intfActiveState",
+    .text = "1 when the interface is active (its link is up and it forwards traffic), 0 when it is not."};
+inline constexpr doc::Field kIfIndex{.name = "ifIndex",
+                                     .text = "The interface's index in the SNMP interface table (ifIndex)."};
+inline constexpr doc::Field kMaskOffset{.name = "maskOffset",
+                                        .text = "The interface's bit position in the switch's configuration masks."};
+inline constexpr doc::Field kIfMacAddr{
+    .name = "mac_addr", .text = "The interface's MAC address, as six colon-separated hexadecimal bytes."};
+inline constexpr doc::Field kDescrip{.name = "descrip",
+                                     .text = "The interface's description; up to 255 characters are kept."};
+inline constexpr doc::Field kDeletePending{.name = "delete_pending",
+                                           .text = "1 when the interface is about to be removed, else 0."};
+inline constexpr doc::Field kSpeed{
+    .name = "speed",
+    .text =
+        "The port's speed and duplex, by the switch's name: \"portctrl_portspeed_auto_neg\" negotiates them, "
+        "\"portctrl_portspeed_full_1000sx\" is 1000 Mbit/s full duplex, and so on."};
+inline constexpr doc::Field kDuplexMode{.name = "duplex_mode",
+                                        .text = "\"full\" or \"half\" duplex; \"unknown\" for any other value."};
+inline constexpr doc::Field kAutoneg{.name = "autoneg",
+                                     .text =
+                                         "Auto-negotiation in the switch's own sense: 0 turns it on, 1 turns it off "
+                                         "(if/auto-neg reads them back as \"enable\" and \"disable\")."};
+inline constexpr doc::Field kHeaderSize{
+    .name = "headerSize", .text = "The bytes of Ethernet header the switch adds to the MTU to make the largest frame."};
+inline constexpr doc::Field kMaxFrameSize{
+    .name = "maxFrameSize", .text = "The largest frame the port accepts, in bytes.", .range = &facts::kMaxFrameSize};
+inline constexpr doc::Field kMtuSize{
+    .name = "mtu_size", .text = "The MTU in bytes; the switch adds the Ethernet header to make the largest frame."};
+inline constexpr doc::Field kSoftShut{.name = "soft_shut",
+                                      .text = "Whether the port is soft shut down: \"enable\" or \"disable\"."};
+inline constexpr doc::Field kAdminState{
+    .name = "adminState", .text = "Whether the interface is administratively enabled: \"enable\" or \"disable\"."};
+inline constexpr doc::Field kLinkTrap{
+    .name = "link-trap",
+    .text = "\"enable\" when the interface sends link up/down traps, else \"disable\".",
+    .type = doc::Type::Text,
+    .texts = &kEnable};
 inline constexpr doc::Field kPortCapability{.name = "portCapability",
-                                             .text = "The speeds, duplex modes and features the port supports, as a bit "
-                                                     "mask: each set bit is one of them.",
-                                             .bits = facts::kCapabilityBits};
-inline constexpr doc::Field kReason{.name = "reason", .text = "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled."};
+                                            .text =
+                                                "The speeds, duplex modes and features the port supports, as a bit "
+                                                "mask: each set bit is one of them.",
+                                            .bits = facts::kCapabilityBits};
+inline constexpr doc::Field kReason{
+    .name = "reason",
+    .text =
+        "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled."};
 inline constexpr doc::Field kOprReason{.name = "reason",
-                                       .text = "Why the feature is or is not operating on the port, by the switch's "
-                                               "name: the port is administratively down, a fibre port, its link is "
-                                               "up or down, its cable is long, short or of unknown length, it senses "
-                                               "no energy, the feature is forced, the link is not 1 Gbit/s, or the "
-                                               "port is not attached."};
-inline constexpr doc::Field kReasonStr{.name = "reasonStr", .text = "Why the feature is or is not operating, as text."};
-inline constexpr doc::Field kMediaType{.name = "mediaType", .text = "The medium the port uses now: \"copper\", \"fiber\", or \"none\"."};
-inline constexpr doc::Field kRxPauseAllowed{.name = "rxPauseAllowed", .text = "Whether the port honours received pause frames."};
-inline constexpr doc::Field kTxPauseAllowed{.name = "txPauseAllowed", .text = "Whether the port may send pause frames."};
-inline constexpr doc::Field kSpecialType{.name = "specialType", .text = "The port's special role: \"trunk_member\" (a LAG member), \"mirrored_port\", \"probe_port\", \"l2tunnel_port\", \"service_port\", or \"normal\"."};
-inline constexpr doc::Field kRootPort{.name = "rootPort", .text = "The root port of the expandable port's group."};
-inline constexpr doc::Field kRootSlot{.name = "rootSlot", .text = "The slot of the root port."};
-inline constexpr doc::Field kLaneCount{.name = "laneCount", .text = "The number of lanes."};
-inline constexpr doc::Field kExpandPortMode{.name = "expandPortMode", .text = "The expansion mode: how many lanes of which speed the port splits into."};
+                                       .text =
+                                           "Why the feature is or is not operating on the port, by the switch's "
+                                           "name: the port is administratively down, a fibre port, its link is "
+                                           "up or down, its cable is long, short or of unknown length, it senses "
+                                           "no energy, the feature is forced, the link is not 1 Gbit/s, or the "
+                                           "port is not attached."};
+inline constexpr doc::Field kReasonStr{
+    .name = "reasonStr",
+    .text = "Why the feature is or is not operating, as the switch words it (for example \"Long Cable\")."};
+inline constexpr doc::Field kMediaType{.name = "mediaType",
+                                       .text = "The medium the port uses now: \"copper\", \"fiber\", or \"none\"."};
+inline constexpr doc::Field kRxPauseAllowed{
+    .name = "rxPauseAllowed", .text = "\"true\" when the port honours received pause frames, else \"false\"."};
+inline constexpr doc::Field kTxPauseAllowed{.name = "txPauseAllowed",
+                                            .text = "\"true\" when the port may send pause frames, else \"false\"."};
+inline constexpr doc::Field kSpecialType{
+    .name = "specialType",
+    .text =
+        "The port's special role: \"trunk_member\" (a LAG member), \"mirrored_port\", \"probe_port\", "
+        "\"l2tunnel_port\", \"service_port\", or \"normal\"."};
+inline constexpr doc::Field kRootPort{.name = "rootPort",
+                                      .text = "The port number of the root port of the expandable port's group."};
+inline constexpr doc::Field kRootSlot{.name = "rootSlot",
+                                      .text = "The slot of the root port of the expandable port's group."};
+inline constexpr doc::Field kLaneCount{.name = "laneCount", .text = "The number of lanes the port uses."};
+inline constexpr doc::Field kExpandPortMode{
+    .name = "expandPortMode",
+    .text =
+        "The expansion mode, by the switch's name: \"single_10g\", \"single_25g\", \"dual_25g\", \"dual_50g\", "
+        "\"quad_40g\", \"quad_100g\", \"root_dual_50g\"; \"none\" when the port is not split (\"last\" and \"invalid\" "
+        "end the switch's list and name no mode)."};
 inline constexpr doc::Field kPeerCount{.name = "peerCount", .text = "How many peer ports the mode uses."};
-inline constexpr doc::Field kPeerIntfs{.name = "peerIntfs", .text = "The peer ports the mode uses."};
-inline constexpr doc::Field kFecMode{.name = "fecMode", .text = "The forward error correction mode to set."};
-inline constexpr doc::Field kFecConfigMode{.name = "fecConfigMode", .text = "The configured forward error correction mode."};
-inline constexpr doc::Field kFecOperMode{.name = "fecOperMode", .text = "The forward error correction mode in operation."};
-inline constexpr doc::Field kIfStatus{.name = "ifStatus", .text = "\"attached\" when the interface is attached to the switch, else \"none\"."};
-inline constexpr doc::Field kValue{.name = "value", .text = "The counter's value."};
-inline constexpr doc::Field kCount{.name = "count", .text = "The number of events or entries."};
-inline constexpr doc::Field kHigh{.name = "high", .text = "The upper 32 bits of the value."};
-inline constexpr doc::Field kLow{.name = "low", .text = "The lower 32 bits of the value."};
-inline constexpr doc::Field kCableTestStatus{.name = "cableStatus", .text = "The result of the cable test: \"normal\", \"open\", \"short\", \"openshort\", \"crosstalk\", \"nocable\", \"test_fail\" (the test could not run) or \"untested\"."};
-inline constexpr doc::Field kLengthKnown{.name = "lengthKnown", .text = "1 when the cable test could estimate the cable's length, 0 when it could not."};
-inline constexpr doc::Field kShortestLength{.name = "shortestLength", .text = "The shortest estimate of the cable's length, in metres; 0 when the length is not known."};
-inline constexpr doc::Field kLongestLength{.name = "longestLength", .text = "The longest estimate of the cable's length, in metres; 0 when the length is not known."};
-inline constexpr doc::Field kCableFailureLength{.name = "cableFailureLength", .text = "How far along the cable the fault (open or short) lies, in metres; 0 when the cable has none."};
+inline constexpr doc::Field kPeerIntfs{.name = "peerIntfs",
+                                       .text = "The peer ports the mode uses, as the switch lists them."};
+inline constexpr doc::Field kFecMode{
+    .name = "fecMode",
+    .text = "The forward error correction mode to set, by the switch's name (\"port_fec_rs_544\" and so on)."};
+inline constexpr doc::Field kFecConfigMode{
+    .name = "fecConfigMode", .text = "The configured forward error correction mode, by the switch's name."};
+inline constexpr doc::Field kFecOperMode{
+    .name = "fecOperMode", .text = "The forward error correction mode in operation, by the switch's name."};
+inline constexpr doc::Field kIfStatus{
+    .name = "ifStatus", .text = "\"attached\" when the interface is attached to the switch, else \"none\"."};
+
+// Counters.
+inline constexpr doc::Field kValue{
+    .name = "value",
+    .text = "The counter: octets or packets since the port's counters were last cleared, in 32 bits that wrap to 0."};
+inline constexpr doc::Field kHigh{.name = "high",
+                                  .text = "The upper 32 bits of the time spent in low-power idle, in microseconds."};
+inline constexpr doc::Field kLow{.name = "low",
+                                 .text = "The lower 32 bits of the time spent in low-power idle, in microseconds."};
+
+// Cable test.
+inline constexpr doc::Field kCableTestStatus{
+    .name = "cableStatus",
+    .text =
+        "The result of the cable test: \"normal\", \"open\", \"short\", \"openshort\", \"crosstalk\", \"nocable\", "
+        "\"test_fail\" (the test could not run) or \"untested\"."};
+inline constexpr doc::Field kLengthKnown{
+    .name = "lengthKnown", .text = "1 when the cable test could estimate the cable's length, 0 when it could not."};
+inline constexpr doc::Field kShortestLength{
+    .name = "shortestLength",
+    .text = "The shortest estimate of the cable's length, in metres; 0 when the length is not known."};
+inline constexpr doc::Field kLongestLength{
+    .name = "longestLength",
+    .text = "The longest estimate of the cable's length, in metres; 0 when the length is not known."};
+inline constexpr doc::Field kCableFailureLength{
+    .name = "cableFailureLength",
+    .text = "How far along the cable the fault (open or short) lies, in metres; 0 when the cable has none."};
+
+// Interface application and LEDs.
 inline constexpr doc::Field kTimeRange{.name = "timeRange", .text = "The name of the time range; up to 31 characters."};
-inline constexpr doc::Field kIsRGBLedColorSupported{.name = "isRGBLedColorSupported", .text = "Whether the port has a colour LED."};
-inline constexpr doc::Field kColor{.name = "color", .text = "The LED colour: 0 off, then red, green, blue, yellow, cyan, magenta, white.", .range = &facts::kLedColour};
-inline constexpr doc::Field kBrightness{.name = "brightness", .text = "The LED brightness in percent.", .range = &facts::kLedBrightness};
-inline constexpr doc::Field kMode{.name = "mode", .text = "Whether the feature is on."};
-inline constexpr doc::Field kValid{.name = "valid", .text = "Whether the port supports the feature."};
-inline constexpr doc::Field kAdminMode{.name = "adminMode", .text = "Whether the feature is enabled."};
-inline constexpr doc::Field kOprStatus{.name = "oprStatus", .text = "Whether the feature is operating on the port."};
-inline constexpr doc::Field kDllEnable{.name = "enable", .text = "Whether the data link layer negotiation is enabled."};
-inline constexpr doc::Field kReady{.name = "ready", .text = "Whether the data link layer is ready."};
-inline constexpr doc::Field kEeeTxIdleTime{.name = "eeeTxIdleTime", .text = "How long the transmitter stays idle before the port enters low-power idle, in microseconds."};
+inline constexpr doc::Field kIsRGBLedColorSupported{.name = "isRGBLedColorSupported",
+                                                    .text = "\"true\" when the port has a colour LED, else \"false\"."};
+inline constexpr doc::Field kColor{
+    .name = "color",
+    .text = "The LED colour: 0 off, 1 red, 2 green, 3 blue, 4 yellow, 5 cyan, 6 magenta, 7 white.",
+    .range = &facts::kLedColour};
+inline constexpr doc::Field kBrightness{
+    .name = "brightness", .text = "The LED brightness, in percent.", .range = &facts::kLedBrightness};
+
+// Green Ethernet and EEE.
+inline constexpr doc::Field kMode{.name = "mode", .text = "Whether the feature is on, in the texts the route lists."};
+inline constexpr doc::Field kValid{.name = "valid",
+                                   .text = "Whether the port supports the feature: \"true\" or \"false\"."};
+inline constexpr doc::Field kAdminMode{.name = "adminMode",
+                                       .text = "Whether the feature is enabled: \"enable\" or \"disable\"."};
+inline constexpr doc::Field kOprStatus{.name = "oprStatus",
+                                       .text = "\"true\" when the feature is operating on the port, else \"false\"."};
+inline constexpr doc::Field kDllEnable{
+    .name = "enable", .text = "\"true\" when data link layer negotiation of EEE timing is enabled, else \"false\"."};
+inline constexpr doc::Field kReady{
+    .name = "ready", .text = "\"true\" when the data link layer is ready for EEE timing negotiation, else \"false\"."};
+inline constexpr doc::Field kEeeTxIdleTime{
+    .name = "eeeTxIdleTime",
+    .text = "How long the transmitter stays idle before the port enters low-power idle, in microseconds."};
 inline constexpr doc::Field kEeeTxWakeTime{.name = "eeeTxWakeTime", .text = "The transmit wake time, in microseconds."};
 inline constexpr doc::Field kDays{.name = "days", .text = "Whole days."};
 inline constexpr doc::Field kHours{.name = "hours", .text = "Hours past the whole days."};
 inline constexpr doc::Field kMinutes{.name = "minutes", .text = "Minutes past the whole hours."};
 inline constexpr doc::Field kSeconds{.name = "seconds", .text = "Seconds past the whole minutes."};
-inline constexpr doc::Field kLpiTotalTime{.name = "lpiTotalTime", .text = "The total time all ports spent in low-power idle, in seconds."};
-inline constexpr doc::Field kTxTwsys{.name = "txTwsys", .text = "The local transmit wake time (Tw_sys_tx), in microseconds."};
-inline constexpr doc::Field kRxTwsys{.name = "rxTwsys", .text = "The local receive wake time (Tw_sys_rx), in microseconds."};
+inline constexpr doc::Field kLpiTotalTime{.name = "lpiTotalTime",
+                                          .text = "The total time all ports spent in low-power idle, in seconds."};
+inline constexpr doc::Field kTxTwsys{.name = "txTwsys",
+                                     .text = "The local transmit wake time (Tw_sys_tx), in microseconds."};
+inline constexpr doc::Field kRxTwsys{.name = "rxTwsys",
+                                     .text = "The local receive wake time (Tw_sys_rx), in microseconds."};
 inline constexpr doc::Field kFbTwsys{.name = "fbTwsys", .text = "The local fallback wake time, in microseconds."};
-inline constexpr doc::Field kEchoTxTwsys{.name = "echoTxTwsys", .text = "The transmit wake time echoed to the partner, in microseconds."};
-inline constexpr doc::Field kEchoRxTwsys{.name = "echoRxTwsys", .text = "The receive wake time echoed to the partner, in microseconds."};
-inline constexpr doc::Field kRemTxTwsys{.name = "remTxTwsys", .text = "The partner's transmit wake time, in microseconds."};
-inline constexpr doc::Field kRemTxTwsysEcho{.name = "remTxTwsysEcho", .text = "The transmit wake time the partner echoes, in microseconds."};
-inline constexpr doc::Field kRemRxTwsys{.name = "remRxTwsys", .text = "The partner's receive wake time, in microseconds."};
-inline constexpr doc::Field kRemRxTwsysEcho{.name = "remRxTwsysEcho", .text = "The receive wake time the partner echoes, in microseconds."};
-inline constexpr doc::Field kRemFbTwsys{.name = "remFbTwsys", .text = "The partner's fallback wake time, in microseconds."};
+inline constexpr doc::Field kEchoTxTwsys{.name = "echoTxTwsys",
+                                         .text = "The transmit wake time echoed to the partner, in microseconds."};
+inline constexpr doc::Field kEchoRxTwsys{.name = "echoRxTwsys",
+                                         .text = "The receive wake time echoed to the partner, in microseconds."};
+inline constexpr doc::Field kRemTxTwsys{.name = "remTxTwsys",
+                                        .text = "The partner's transmit wake time, in microseconds."};
+inline constexpr doc::Field kRemTxTwsysEcho{.name = "remTxTwsysEcho",
+                                            .text = "The transmit wake time the partner echoes, in microseconds."};
+inline constexpr doc::Field kRemRxTwsys{.name = "remRxTwsys",
+                                        .text = "The partner's receive wake time, in microseconds."};
+inline constexpr doc::Field kRemRxTwsysEcho{.name = "remRxTwsysEcho",
+                                            .text = "The receive wake time the partner echoes, in microseconds."};
+inline constexpr doc::Field kRemFbTwsys{.name = "remFbTwsys",
+                                        .text = "The partner's fallback wake time, in microseconds."};
 inline constexpr doc::Field kTwSysTx{.name = "twSysTx", .text = "The transmit wake time, in microseconds."};
-inline constexpr doc::Field kTwSysTxEcho{.name = "twSysTxEcho", .text = "The echoed transmit wake time, in microseconds."};
+inline constexpr doc::Field kTwSysTxEcho{.name = "twSysTxEcho",
+                                         .text = "The echoed transmit wake time, in microseconds."};
 inline constexpr doc::Field kTwSysRx{.name = "twSysRx", .text = "The receive wake time, in microseconds."};
-inline constexpr doc::Field kTwSysRxEcho{.name = "twSysRxEcho", .text = "The echoed receive wake time, in microseconds."};
-inline constexpr doc::Field kTwSysTxFallback{.name = "twSysTxFallback", .text = "The fallback transmit wake time, in microseconds."};
-inline constexpr doc::Field kTxDllEnabled{.name = "txDllEnabled", .text = "Whether transmit data link layer negotiation is enabled."};
-inline constexpr doc::Field kTxDllReady{.name = "txDllReady", .text = "Whether the transmit data link layer is ready."};
-inline constexpr doc::Field kRxDllEnabled{.name = "rxDllEnabled", .text = "Whether receive data link layer negotiation is enabled."};
-inline constexpr doc::Field kRxDllReady{.name = "rxDllReady", .text = "Whether the receive data link layer is ready."};
-inline constexpr doc::Field kFeatureString{.name = "featureString", .text = "The green Ethernet features the switch supports, as text."};
-inline constexpr doc::Field kPwrConsumption{.name = "pwrConsumption", .text = "The estimated power use, in milliwatts."};
-inline constexpr doc::Field kPwrSaving{.name = "pwrSaving", .text = "The estimated power saving, in milliwatts for a current figure and in milliwatt-hours for a cumulative one."};
-inline constexpr doc::Field kSampleInterval{.name = "sampleInterval", .text = "The interval between history samples, in minutes; one value for the whole switch.", .range = &facts::kLpiSampleInterval};
-inline constexpr doc::Field kMaxSamples{.name = "maxSamples", .text = "How many history samples each port keeps; one value for the whole switch.", .range = &facts::kLpiMaxSamples};
-inline constexpr doc::Field kIntfMode{.name = "intfMode", .text = "Turns MAC locking on or off on the port."};
-inline constexpr doc::Field kIsValid{.name = "isValid", .text = "Whether the port supports MAC locking."};
-inline constexpr doc::Field kTrapMode{.name = "trapMode", .text = "Whether the port sends violation traps."};
-inline constexpr doc::Field kStickyMode{.name = "stickyMode", .text = "Whether learned addresses are kept as sticky."};
+inline constexpr doc::Field kTwSysRxEcho{.name = "twSysRxEcho",
+                                         .text = "The echoed receive wake time, in microseconds."};
+inline constexpr doc::Field kTwSysTxFallback{.name = "twSysTxFallback",
+                                             .text = "The fallback transmit wake time, in microseconds."};
+inline constexpr doc::Field kTxDllEnabled{.name = "txDllEnabled",
+                                          .text = "1 when transmit data link layer negotiation is enabled, else 0."};
+inline constexpr doc::Field kTxDllReady{.name = "txDllReady",
+                                        .text = "1 when the transmit data link layer is ready, else 0."};
+inline constexpr doc::Field kRxDllEnabled{.name = "rxDllEnabled",
+                                          .text = "1 when receive data link layer negotiation is enabled, else 0."};
+inline constexpr doc::Field kRxDllReady{.name = "rxDllReady",
+                                        .text = "1 when the receive data link layer is ready, else 0."};
+inline constexpr doc::Field kFeatureString{.name = "featureString",
+                                           .text = "The green Ethernet features the switch supports, as text."};
+inline constexpr doc::Field kPwrConsumption{.name = "pwrConsumption",
+                                            .text = "The estimated power use, in milliwatts."};
+inline constexpr doc::Field kPwrSaving{
+    .name = "pwrSaving",
+    .text =
+        "The estimated power saving, in milliwatts for a current figure and in milliwatt-hours for a cumulative one."};
+inline constexpr doc::Field kSampleInterval{
+    .name = "sampleInterval",
+    .text = "The interval between history samples, in minutes; one value for the whole switch.",
+    .range = &facts::kLpiSampleInterval};
+inline constexpr doc::Field kMaxSamples{
+    .name = "maxSamples",
+    .text = "How many history samples each port keeps; one value for the whole switch.",
+    .range = &facts::kLpiMaxSamples};
+
+// Port MAC locking.
+inline constexpr doc::Field kIntfMode{.name = "intfMode", .text = "MAC locking on the port."};
+inline constexpr doc::Field kIsValid{.name = "isValid",
+                                     .text = "\"true\" when the port supports MAC locking, else \"false\"."};
+inline constexpr doc::Field kTrapMode{
+    .name = "trapMode", .text = "Whether the port sends a trap on a violation: \"enable\" or \"disable\"."};
+inline constexpr doc::Field kStickyMode{
+    .name = "stickyMode", .text = "Whether the port keeps learned addresses as sticky: \"enable\" or \"disable\"."};
 inline constexpr doc::Field kSticky{.name = "sticky", .text = "Whether the address is sticky."};
-inline constexpr doc::Field kIsSticky{.name = "isSticky", .text = "Whether the entry is sticky."};
-inline constexpr doc::Field kIsnextEntrySticky{.name = "isnextEntrySticky", .text = "Whether the next entry is sticky."};
-inline constexpr doc::Field kAgeTime{.name = "ageTime", .text = "After how many minutes dynamic locked addresses age out.", .range = &facts::kLockAgeTime};
-inline constexpr doc::Field kMacAddr{.name = "macAddr", .text = "The MAC address."};
-inline constexpr doc::Field kNextMacAddr{.name = "nextMacAddr", .text = "The MAC address of the next entry."};
-inline constexpr doc::Field kStreamID{.name = "streamID", .text = "The 802.1Qci stream ID.", .range = &facts::kStreamId};
+inline constexpr doc::Field kIsSticky{.name = "isSticky", .text = "\"true\" when the entry is sticky, else \"false\"."};
+inline constexpr doc::Field kIsnextEntrySticky{.name = "isnextEntrySticky",
+                                               .text = "\"true\" when the next entry is sticky, else \"false\"."};
+inline constexpr doc::Field kAgeTime{.name = "ageTime",
+                                     .text = "After how many minutes a dynamic locked address ages out.",
+                                     .range = &facts::kLockAgeTime};
+inline constexpr doc::Field kMacAddr{
+    .name = "macAddr", .text = "A MAC address, as six colon-separated hexadecimal bytes (00:1B:21:3A:4F:92)."};
+inline constexpr doc::Field kNextMacAddr{
+    .name = "nextMacAddr", .text = "The MAC address of the next entry, as six colon-separated hexadecimal bytes."};
+inline constexpr doc::Field kStreamID{
+    .name = "streamID", .text = "The 802.1Qci stream ID.", .range = &facts::kStreamId};
 
 }  // namespace fields
-
-namespace doc {
-
-// What more an operation's caller needs to know than its summary says,
-// keyed by route name: the operation's description begins with it.
-struct RouteNote {
-  const char *route;
-  const char *text;
-};
-
-inline constexpr RouteNote kRouteNotes[] = {
-    {"first", "Start of the walk over the interfaces of one type; \"next\" continues it."},
-    {"next", "Pass the type and the last interface number; the walk ends when the reply carries a non-zero code."},
-    {"valid-intf-next", "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code."},
-    {"intf-expandable-port-next", "The walk ends when the reply carries a non-zero code."},
-    {"next-valid-intf", "The walk ends when the reply carries a non-zero code."},
-    {"cable-status", "Runs the switch's copper cable test on the port; lengths are in the switch's own units."},
-    {"ethr-eee-lpi-history-intf-sample-interval", "Reads or sets no interface: one value for the whole switch."},
-    {"ethr-eee-lpi-history-intf-max-samples", "Reads or sets no interface: one value for the whole switch."},
-    {"features-supported", "With no unit, asks for unit 0."},
-    {"intf-dynamic-to-static-move", "Reads no body."},
-};
-
-constexpr bool sameName(const char *a, const char *b) {
-  while (*a && *a == *b) ++a, ++b;
-  return *a == *b;
-}
-
-// The note of a route, or null.
-constexpr const char *routeNote(const char *route) {
-  for (const RouteNote &n : kRouteNotes)
-    if (sameName(n.route, route)) return n.text;
-  return nullptr;
-}
-
-}  // namespace doc
 
 #endif

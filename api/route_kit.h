@@ -96,6 +96,8 @@ consteval Arg arg(Kind kind, const doc::Field &field) {
   a.field = &field;
   return a;
 }
+// Each argument names its key's field, where the key is spelt and said
+// once; the argument list refers to it rather than repeating it.
 using Key = const doc::Field &;
 consteval Arg scan(Key param) { return arg(Kind::Scan, param); }
 consteval Arg lookup(Key param) { return arg(Kind::Lookup, param); }
@@ -131,6 +133,7 @@ consteval Arg out(Key key, const TextMap &text, uint32_t preset = 0) {
   a.text = &text;
   return a;
 }
+
 inline constexpr size_t kSlotText = 512;
 
 // Never defined and not constexpr: a row whose buffer does not fit one

@@ -1,8 +1,8 @@
 // The registration list. Order matters: a later registration of the same
 // path, name and method shadows the earlier one, and some keys are
 // registered twice on purpose so that a richer late handler takes over.
-// Every shadowed row says so (SHADOWED_ROUTE); the check below the list
-// holds the marks and the order to each other.
+// Every shadowed row says so (SHADOWED_ROUTE); route-dump --check holds
+// the marks and the order to each other.
 #include "api/routes.h"
 
 #include "api/fields.h"
@@ -39,19 +39,35 @@ constexpr char kPml[] = "/api/v2/interfaces/pml";
 constexpr char kApp[] = "/api/v2/interfaces/interface-app";
 
 // Keys that mean something of their own on the rows that use them.
-constexpr doc::Field kTrapInterval{.name = "interval", .text = "The shortest time between violation traps, in seconds.", .range = &facts::kLockTrapInterval};
-constexpr doc::Field kDynamicLimit{.name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kTrapInterval{.name = "interval",
+                                   .text = "The shortest time between violation traps, in seconds.",
+                                   .range = &facts::kLockTrapInterval};
+constexpr doc::Field kDynamicLimit{
+    .name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
 constexpr doc::Field kDynamicMaxLimit{.name = "limit", .text = "The highest dynamic address limit the port accepts."};
-constexpr doc::Field kStaticLimit{.name = "limit", .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
+constexpr doc::Field kStaticLimit{
+    .name = "limit", .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
 constexpr doc::Field kStaticMaxLimit{.name = "limit", .text = "The highest static address limit the port accepts."};
 constexpr doc::Field kStaticCount{.name = "limit", .text = "How many static addresses are locked to the port."};
-constexpr doc::Field kVlanDynamicLimit{.name = "limit", .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kVlanDynamicLimit{
+    .name = "limit", .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
 constexpr doc::Field kVlanOperationalLimit{.name = "limit", .text = "The dynamic address limit in force on the VLAN."};
-constexpr doc::Field kIntfVlanDynamicLimit{.name = "limit", .text = "How many dynamic addresses the port may learn on the VLAN.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kIntfVlanDynamicLimit{.name = "limit",
+                                           .text = "How many dynamic addresses the port may learn on the VLAN.",
+                                           .range = &facts::kLockDynamicLimit};
 constexpr doc::Field kLockedVlanId{.name = "vlanId", .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
-constexpr doc::Field kVlanMode{.name = "mode", .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
-constexpr doc::Field kStatsResetSeconds{.name = "value", .text = "Seconds since the port's EEE statistics were cleared."};
-constexpr doc::Field kLastChange{.name = "value", .text = "The switch's up time, in seconds, when the interface last changed state; 0 when it has not changed since the switch started."};
+constexpr doc::Field kVlanMode{
+    .name = "mode", .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
+constexpr doc::Field kStatsResetSeconds{.name = "value",
+                                        .text = "Seconds since the port's EEE statistics were cleared."};
+constexpr doc::Field kLastChange{.name = "value",
+                                 .text =
+                                     "The switch's up time, in seconds, when the interface last changed state; 0 when "
+                                     "it has not changed since the switch started."};
+constexpr doc::Field kLpiEntries{.name = "count",
+                                  .text = "How many times the port entered low-power idle, since its EEE statistics "
+                                          "were last cleared."};
+constexpr doc::Field kAddressCount{.name = "count", .text = "How many locked addresses of the kind the route names."};
 constexpr doc::Field kMacAddrSize{.name = "size", .text = "The size of a MAC address in bytes."};
 constexpr doc::Field kDescrSize{.name = "size", .text = "The longest description, in characters."};
 
@@ -59,8 +75,10 @@ constexpr RouteRow kRoutes[] = {
     // Green Ethernet, first block.
     ROUTE(kGreen, METHOD_GET, "valid-intf-first", "Finds the first port that supports green Ethernet",
           Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out(kIntIfNum)>),
-    ROUTE(kGreen, METHOD_GET, "valid-intf-next", "Finds the next port after the given one that supports green Ethernet",
-          Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
+    NOTED_ROUTE(kGreen, METHOD_GET, "valid-intf-next",
+                "Finds the next port after the given one that supports green Ethernet",
+                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
     ROUTE(kGreen, METHOD_POST, "is-valid-intf-type", "Asks whether a port's type supports green Ethernet",
           Check<"greenEthernet", rpcclt_openapiGreenEthrIsValidIntfType, scan(kIntIfNum), out(kValid, kTrue)>),
     ROUTE(kGreen, METHOD_POST, "is-intf-eee-capable", "Asks whether a port is capable of Energy Efficient Ethernet",
@@ -73,9 +91,11 @@ constexpr RouteRow kRoutes[] = {
           Check<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeIsValidIntf, scan(kIntIfNum), out(kValid, kTrue)>),
     ROUTE(kEee, METHOD_GET, "valid-intf-first", "Finds the first port that supports Energy Efficient Ethernet",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfFirstGet, out(kIntIfNum)>),
-    ROUTE(kEee, METHOD_GET, "valid-intf-next",
-          "Finds the next port after the given one that supports Energy Efficient Ethernet",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
+    NOTED_ROUTE(kEee, METHOD_GET, "valid-intf-next",
+                "Finds the next port after the given one that supports Energy Efficient Ethernet",
+                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan(kPrevIfNum),
+                     out(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "admin-mode", "Reads whether Energy Efficient Ethernet is enabled on one port",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeAdminModeGet, scan(kIntIfNum),
                out(kAdminMode, kEnable)>),
@@ -90,25 +110,34 @@ constexpr RouteRow kRoutes[] = {
 
     // Power-saving history, first block.
     // Switch-wide values despite "intf" in their names.
-    ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
-          "Sets the interval between samples of the EEE low-power-idle history",
-          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body(kSampleInterval)>),
-    ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval",
-          "Reads the interval between samples of the EEE low-power-idle history",
-          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, out(kSampleInterval)>),
-    ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples",
-          "Sets how many samples the EEE low-power-idle history keeps, for all ports",
-          Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body(kMaxSamples)>),
-    ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
-          "Reads how many samples the EEE low-power-idle history keeps, for all ports",
-          Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out(kMaxSamples)>),
+    NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
+                "Sets the interval between samples of the EEE low-power-idle history",
+                "Reads or sets no interface: one value for the whole switch.",
+                Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body(kSampleInterval)>),
+    NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval",
+                "Reads the interval between samples of the EEE low-power-idle history",
+                "Reads or sets no interface: one value for the whole switch.",
+                Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
+                     out(kSampleInterval)>),
+    NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples",
+                "Sets how many samples the EEE low-power-idle history keeps, for all ports",
+                "Reads or sets no interface: one value for the whole switch.",
+                Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body(kMaxSamples)>),
+    NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
+                "Reads how many samples the EEE low-power-idle history keeps, for all ports",
+                "Reads or sets no interface: one value for the whole switch.",
+                Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out(kMaxSamples)>),
     HANDLER(kPowerHistory, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
     // Interface enumeration and identity.
-    ROUTE(kIf, METHOD_GET, "first", "Finds the first interface of a given type",
-          Read<"if", openapiIfFirstGet, lookup(kInterfaceType), out(kFirstIfNum)>),
-    ROUTE(kIf, METHOD_GET, "next", "Finds the next interface of a given type after the given one",
-          Read<"if", openapiIfNextGet, lookup(kInterfaceType), scan(kIfNum), out(kNextIfNum)>),
+    NOTED_ROUTE(kIf, METHOD_GET, "first",
+                "Finds the first interface of a given type",
+                "Start of the walk over the interfaces of one type; \"next\" continues it.",
+                Read<"if", openapiIfFirstGet, lookup(kInterfaceType), out(kFirstIfNum)>),
+    NOTED_ROUTE(kIf, METHOD_GET, "next",
+                "Finds the next interface of a given type after the given one",
+                "Pass the type and the last interface number; the walk ends when the reply carries a non-zero code.",
+                Read<"if", openapiIfNextGet, lookup(kInterfaceType), scan(kIfNum), out(kNextIfNum)>),
     ROUTE(kIf, METHOD_GET, "next-changed", "Finds the next interface whose state changed",
           Read<"if", openapiIfNextChangedGet, scan(kIfNum), out(kNextIfNum), out(kDeletePending)>),
     ROUTE(kIf, METHOD_GET, "name", "Reads the name of one interface",
@@ -156,16 +185,18 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_PUT, "global-admin-mode", "Turns port MAC locking on or off for the switch",
           Set<rpcclt_openapiPmlGlobalAdminModeSet, bodyIs(kAdminMode, "enable")>),
     ROUTE(kPml, METHOD_GET, "static-addr-global-count", "Reads how many static locked addresses the switch holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrGlobalCountGet, out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-admin-mode", "Reads whether VLAN MAC locking is enabled on the switch",
           Read<"pml", rpcclt_openapiPmlVlanAdminModeGet, out(kAdminMode, kEnable)>),
     ROUTE(kPml, METHOD_PUT, "vlan-admin-mode", "Turns VLAN MAC locking on or off for the switch",
           Set<rpcclt_openapiPmlVlanAdminModeSet, bodyIs(kAdminMode, "enable")>),
 
     // Cable diagnostics.
-    ROUTE(kRoot, METHOD_GET, "cable-status", "Tests the cable on one copper port and reads the result",
-          Read<"cableStatus", rpcclt_openapiCableStatusGet, scan(kIfNum), out(kCableTestStatus, kCableStatus),
-               out(kLengthKnown), out(kShortestLength), out(kLongestLength), out(kCableFailureLength)>),
+    NOTED_ROUTE(kRoot, METHOD_GET, "cable-status",
+                "Tests the cable on one copper port and reads the result",
+                "Runs the switch's copper cable test on the port.",
+                Read<"cableStatus", rpcclt_openapiCableStatusGet, scan(kIfNum), out(kCableTestStatus, kCableStatus),
+                     out(kLengthKnown), out(kShortestLength), out(kLongestLength), out(kCableFailureLength)>),
 
     // The remaining single counters.
     ROUTE(kIf, METHOD_GET, "in-unknown-protos", "Reads the received packets of unknown protocols on one port",
@@ -242,8 +273,10 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, 255)>),
 
     // Port expansion and FEC.
-    ROUTE(kIf, METHOD_GET, "intf-expandable-port-next", "Finds the next expandable port after the given one",
-          Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan(kPrevIfNum), out(kNextIfNum)>),
+    NOTED_ROUTE(kIf, METHOD_GET, "intf-expandable-port-next",
+                "Finds the next expandable port after the given one",
+                "The walk ends when the reply carries a non-zero code.",
+                Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan(kPrevIfNum), out(kNextIfNum)>),
     HANDLER(kIf, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet,
             kExpandModeSupportedDoc),
     ROUTE(kIf, METHOD_PUT, "intf-expandable-port-mode", "Sets the mode of one expandable port",
@@ -355,13 +388,13 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kEee, METHOD_DELETE, "statistics", "Clears one port's EEE statistics",
           Set<rpcclt_openapiGreenEthrEeeStatisticsClear, scan(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "tx-events", "Reads how often one port entered low-power idle when sending",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan(kIntIfNum), out(kCount)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxEventsGet, scan(kIntIfNum), out(kLpiEntries)>),
     // Durations come as two 32-bit words and are reported as such.
     ROUTE(kEee, METHOD_GET, "tx-duration", "Reads how long one port was in low-power idle when sending",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeTxDurationGet, scan(kIntIfNum), out(kHigh),
                out(kLow)>),
     ROUTE(kEee, METHOD_GET, "rx-events", "Reads how often one port entered low-power idle when receiving",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan(kIntIfNum), out(kCount)>),
+          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxEventsGet, scan(kIntIfNum), out(kLpiEntries)>),
     ROUTE(kEee, METHOD_GET, "rx-duration", "Reads how long one port was in low-power idle when receiving",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRxDurationGet, scan(kIntIfNum), out(kHigh),
                out(kLow)>),
@@ -421,9 +454,11 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kEee, METHOD_GET, "remote-summary", "Reads the link partner's EEE values in one reply",
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeRemoteSummaryGet, scan(kIntIfNum), out(kTwSysTx),
                out(kTwSysTxEcho), out(kTwSysRx), out(kTwSysRxEcho), out(kTwSysTxFallback)>),
-    ROUTE(kEee, METHOD_GET, "features-supported", "Reads which green Ethernet features the switch supports",
-          Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrFeaturesSupportedGet, scan(kUnit),
-               outText(kFeatureString, 512)>),
+    NOTED_ROUTE(kEee, METHOD_GET, "features-supported",
+                "Reads which green Ethernet features the switch supports",
+                "With no unit, asks for unit 0.",
+                Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrFeaturesSupportedGet, scan(kUnit),
+                     outText(kFeatureString, 512)>),
 
     // Power estimates, second block.
     ROUTE(kPowerEstimates, METHOD_GET, "global-cum-saving", "Reads the switch's cumulative estimated power saving",
@@ -440,8 +475,10 @@ constexpr RouteRow kRoutes[] = {
           Set<rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, scan(kIntIfNum)>),
 
     // MAC locking, per interface and VLAN, address entries.
-    ROUTE(kPml, METHOD_GET, "next-valid-intf", "Finds the next port after the given one that supports MAC locking",
-          Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan(kIfNum), out(kNextIfNum)>),
+    NOTED_ROUTE(kPml, METHOD_GET, "next-valid-intf",
+                "Finds the next port after the given one that supports MAC locking",
+                "The walk ends when the reply carries a non-zero code.",
+                Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan(kIfNum), out(kNextIfNum)>),
     // A check that replies like a read although registered as POST.
     ROUTE(kPml, METHOD_POST, "intf-is-valid", "Asks whether one port supports MAC locking",
           Read<"pml", rpcclt_openapiPmlIntfIsValid, scan(kIfNum), out(kIsValid, kTrue)>),
@@ -489,11 +526,11 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_GET, "intf-last-violation-addr", "Reads the last address that violated MAC locking on one port",
           Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-learned-addr-count", "Reads how many dynamic addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "intf-static-learned-addr-count", "Reads how many static addresses one port has learned",
-          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan(kIfNum), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, scan(kIfNum), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "static-addr-count-by-vlan", "Reads how many static locked addresses one VLAN holds",
-          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan(kVlanId), out(kCount)>),
+          Read<"pml", rpcclt_openapiPmlStaticAddrCountByVlanGet, scan(kVlanId), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "vlan-dynamic-limit", "Reads how many dynamic addresses one VLAN may learn",
           Read<"pml", rpcclt_openapiPmlVlanDynamicLimitGet, scan(kVlanId), out(kVlanDynamicLimit)>),
     ROUTE(kPml, METHOD_PUT, "vlan-dynamic-limit", "Sets how many dynamic addresses one VLAN may learn",
@@ -522,7 +559,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_GET, "intf-vlan-dynamic-learned-addr-count",
           "Reads how many dynamic addresses one port has learned on one VLAN",
           Read<"pml", rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, scan(kIfNum), scan(kVlanId),
-               out(kCount)>),
+               out(kAddressCount)>),
     // The walks are POST although the first-entry routes read no body; the
     // static walk's next flag is "isnextEntrySticky".
     ROUTE(kPml, METHOD_POST, "intf-static-entry-get-first", "Reads the first static locked address of one port",
@@ -552,8 +589,10 @@ constexpr RouteRow kRoutes[] = {
               bodyIs(kSticky, "true")>),
     ROUTE(kPml, METHOD_DELETE, "intf-static-entry", "Removes a static locked address from one port",
           Set<rpcclt_openapiPmlIntfStaticEntryDelete, scan(kIfNum), queryMac(), scan(kLockedVlanId)>),
-    ROUTE(kPml, METHOD_POST, "intf-dynamic-to-static-move", "Turns one port's dynamic locked addresses into static ones",
-          Set<rpcclt_openapiPmlIntfDynamicToStaticMove, scan(kIfNum)>),
+    NOTED_ROUTE(kPml, METHOD_POST, "intf-dynamic-to-static-move",
+                "Turns one port's dynamic locked addresses into static ones",
+                "Reads no body.",
+                Set<rpcclt_openapiPmlIntfDynamicToStaticMove, scan(kIfNum)>),
     ROUTE(kPml, METHOD_PUT, "dot1qci-stream", "Sets the 802.1Qci stream of a locked address",
           Set<rpcclt_openapiPmlDot1qciStreamSet, scan(kIfNum), bodyMac(kMacAddr), scan(kVlanId), body(kStreamID)>),
     ROUTE(kPml, METHOD_GET, "dot1qci-stream", "Reads the 802.1Qci stream of a locked address",
@@ -599,29 +638,6 @@ constexpr RouteRow kRoutes[] = {
     HANDLER(kIfCounters, METHOD_POST, "reset", counterResetHandler, kCounterResetDoc),
 };
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
-
-namespace {
-
-constexpr bool sameText(const char *a, const char *b) {
-  while (*a && *a == *b) ++a, ++b;
-  return *a == *b;
-}
-
-constexpr bool sameKey(const RouteRow &a, const RouteRow &b) {
-  return a.method == b.method && sameText(a.path, b.path) && sameText(a.name, b.name);
-}
-
-constexpr bool shadowMarksHold() {
-  for (size_t i = 0; i < std::size(kRoutes); ++i) {
-    bool later = false;
-    for (size_t j = i + 1; j < std::size(kRoutes) && !later; ++j) later = sameKey(kRoutes[i], kRoutes[j]);
-    if (later != kRoutes[i].shadowed) return false;
-  }
-  return true;
-}
-static_assert(shadowMarksHold(), "a row is shadowed by a later one of the same key exactly when it is marked so");
-
-}  // namespace
 
 void registerRoutes(RouteTable *table) {
   for (const RouteRow &row : kRoutes) httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);

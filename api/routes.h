@@ -44,15 +44,18 @@ struct RouteRow {
   const doc::HandDoc *hand;   // a hand-written handler's own description
   bool shadowed;
   const char *summary;        // a table row's summary; a HandDoc carries its own
+  const char *note;           // what more a caller needs to know than the summary says, or null
 };
 
 // A table row names what it does in the switch's terms, as the API
 // document's summary of the operation: a row cannot come without it.
 #define ROUTE(path, method, name, summary, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary ""}
-#define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false, nullptr}
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", nullptr}
+#define NOTED_ROUTE(path, method, name, summary, note, ...) \
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", note ""}
+#define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false, nullptr, nullptr}
 #define SHADOWED_ROUTE(path, method, name, summary, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true, summary ""}
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true, summary "", nullptr}
 
 extern const RouteRow kRoutes[];
 extern const size_t kRouteCount;

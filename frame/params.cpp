@@ -71,6 +71,14 @@ const char *queryFieldValue(const char *query, const char *name) {
   }
 }
 
+const char *queryLooseValue(const char *query, const char *name) {
+  if (!query || !name) return nullptr;
+  size_t n = strlen(name);
+  for (const char *p = strstr(query, name); p; p = strstr(p + 1, name))
+    if (p[n] == '=') return p + n + 1;
+  return nullptr;
+}
+
 char *requestDataGet(void) {
   const char *method = getenv("REQUEST_METHOD");
   if (!method) return nullptr;

@@ -25,6 +25,10 @@ int hexDigitValue(char c);
 // Where the value of "name=" starts, the name anchored at the start of a
 // query segment; null when absent.
 const char *queryFieldValue(const char *query, const char *name);
+// Where the value of "name=" starts, at the first place the text stands in
+// the query, also inside a longer name ("intfname=" holds "name="); null
+// when absent.
+const char *queryLooseValue(const char *query, const char *name);
 // A query value's length: up to the next "&" or the end.
 size_t queryValueLength(const char *value);
 

@@ -69,6 +69,7 @@ struct Range {
   uint32_t most;
 };
 
+inline constexpr Range kVlanIds{1, 4094};                   /* every VLAN the switch can have */
 inline constexpr Range kMaxFrameSize{1518, 9216};           /* bytes */
 inline constexpr Range kRecoveryInterval{30, 86400};        /* seconds */
 inline constexpr Range kLockAgeTime{0, 1440};               /* minutes */
@@ -85,9 +86,9 @@ inline constexpr Range kLedBrightness{0, 100};              /* percent */
 
 /* Every range above, for the checks that hold the API description to them. */
 inline constexpr const Range *kRanges[] = {
-    &kMaxFrameSize,     &kRecoveryInterval,  &kLockAgeTime,   &kLockTrapInterval, &kLockDynamicLimit,
-    &kLockStaticLimit,  &kLockVlan,          &kLockVlanMode,  &kStreamId,         &kLpiSampleInterval,
-    &kLpiMaxSamples,    &kLedColour,         &kLedBrightness,
+    &kVlanIds,           &kMaxFrameSize,    &kRecoveryInterval, &kLockAgeTime,  &kLockTrapInterval,
+    &kLockDynamicLimit,  &kLockStaticLimit, &kLockVlan,         &kLockVlanMode, &kStreamId,
+    &kLpiSampleInterval, &kLpiMaxSamples,   &kLedColour,        &kLedBrightness,
 };
 
 /* The bits of a port's capability mask (if/capabilities): each set bit is

@@ -666,7 +666,7 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   bool writes = r.method != METHOD_GET;
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
-  if (const char *more = doc::routeNote(r.name)) note = std::string(more) + " " + note;
+  if (r.note) note = std::string(r.note) + " " + note;
   if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
   if (r.doc && r.doc->shape == doc::Shape::Fixed)
     note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";

@@ -30,8 +30,9 @@ struct Checker {
     bool held = false;
     for (const facts::Range *r : facts::kRanges) held = held || r == f->range;
     if (!held)
-      report(row, "field ", name + " states the range " + std::to_string(f->range->least) + ".." +
-                                std::to_string(f->range->most) + ", which is not one of the switch's (platform/switch_facts.h)");
+      report(row, "field ",
+             name + " states the range " + std::to_string(f->range->least) + ".." + std::to_string(f->range->most) +
+                 ", which is not one of the switch's (platform/switch_facts.h)");
   }
 
   void fields(size_t row) {
@@ -48,6 +49,20 @@ struct Checker {
     }
   }
 
+  static bool sameKey(const RouteRow &a, const RouteRow &b) {
+    return a.method == b.method && strcmp(a.path, b.path) == 0 && strcmp(a.name, b.name) == 0;
+  }
+
+  // A row is marked shadowed exactly when a later row of its key serves in its place.
+  void shadow(size_t row) {
+    size_t later = 0;
+    for (size_t j = row + 1; j < rows.size() && !later; ++j)
+      if (sameKey(rows[row], rows[j])) later = j + 1;
+    if (later && !rows[row].shadowed)
+      report(row, "is shadowed by row ", std::to_string(later) + " but not marked so");
+    if (!later && rows[row].shadowed) report(row, "is marked shadowed, but no later row has its key", "");
+  }
+
   static const char *summaryOf(const RouteRow &r) { return r.hand ? r.hand->summary : r.summary; }
 
   // Shadowed rows never serve, so they may share the summary of the row that takes over.
@@ -59,17 +74,6 @@ struct Checker {
       if (!rows[j].shadowed && strcmp(own, summaryOf(rows[j])) == 0)
         report(row, "has the summary of row ", std::to_string(j + 1) + ": \"" + own + "\"");
   }
-
-  void notes() {
-    for (const doc::RouteNote &n : doc::kRouteNotes) {
-      bool found = false;
-      for (const RouteRow &r : rows) found = found || strcmp(r.name, n.route) == 0;
-      if (!found) {
-        fprintf(out, "api/fields.h: the note of \"%s\" names no route\n", n.route);
-        ++findings;
-      }
-    }
-  }
 };
 
 }  // namespace
@@ -77,9 +81,9 @@ struct Checker {
 size_t checkRoutes(std::span<const RouteRow> rows, FILE *out) {
   Checker c{rows, out};
   for (size_t i = 0; i < rows.size(); ++i) {
+    c.shadow(i);
     c.summary(i);
     c.fields(i);
   }
-  c.notes();
   return c.findings;
 }

@@ -48,7 +48,8 @@ const Named kSpecialPortTypes[] = {
 
 // 0: the port is not split.
 const Named kLaneModes[] = {
-    {0, nullptr}, {1, "1x10G"},  {2, "1x25G"},  {3, "2x50G"},   {4, "1x40G"},   {5, "1x100G"},  {6, "1x50G"},   {7, "2x25G"},
+    {0, nullptr},
+    {1, "1x10G"},  {2, "1x25G"},  {3, "2x50G"},   {4, "1x40G"},   {5, "1x100G"},  {6, "1x50G"},   {7, "2x25G"},
     {8, "8x10G"},  {9, "8x25G"},  {10, "8x50G"},  {11, "4x100G"}, {12, "2x100G"}, {13, "2x200G"}, {14, "1x400G"},
 };
 

@@ -30,7 +30,8 @@ inline constexpr doc::Field kAdminState{.name = "admin-state",
                                         .type = doc::Type::Text,
                                         .texts = &kIfUpDown};
 inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
-                                           .text = "\"enable\" when the port negotiates speed and duplex, else \"disable\".",
+                                           .text = "\"enable\" when the port negotiates speed and duplex, else "
+                                                   "\"disable\".",
                                            .type = doc::Type::Text,
                                            .texts = &kIfAutoNegotiate};
 inline constexpr doc::Field kAdminStateFields[] = {kAdminState};

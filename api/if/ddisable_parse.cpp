@@ -4,6 +4,7 @@
 #include <string.h>
 #include <strings.h>
 
+#include "frame/params.h"
 #include "platform/switch_facts.h"
 
 namespace {
@@ -84,9 +85,8 @@ const char *recoveryCauseCliName(const char *apiName) {
 void recoveryCauseFromQuery(const char *query, char *out, size_t size) {
   if (size == 0) return;
   out[0] = '\0';
-  const char *start = query ? strstr(query, "cause=") : nullptr;
+  const char *start = queryLooseValue(query, kCauseKey);
   if (!start) return;
-  start += strlen("cause=");
   size_t len = strcspn(start, "&");
   if (len > size - 1) len = size - 1;
   memcpy(out, start, len);

@@ -16,6 +16,9 @@ const char *recoveryCauseName(size_t i);
 // compared exactly; null for a name the switch does not know.
 const char *recoveryCauseCliName(const char *apiName);
 
+// The query parameter and body key that names a cause.
+inline constexpr char kCauseKey[] = "cause";
+
 // The text after "cause=" anywhere in the query, up to the next "&", cut
 // to size-1 characters; "" when absent.
 void recoveryCauseFromQuery(const char *query, char *out, size_t size);

@@ -114,7 +114,8 @@ uint32_t recoveryCauseSetHandler(void) {
     return 0;
   }
   char line[kConfigLineBuf];
-  snprintf(line, sizeof line, "%serrdisable recovery cause %s", strcmp(mode, kModeField.texts->text(1)) == 0 ? "" : "no ", cliName);
+  bool on = strcmp(mode, kModeField.texts->text(1)) == 0;
+  snprintf(line, sizeof line, "%serrdisable recovery cause %s", on ? "" : "no ", cliName);
   replySetResult(applyRecoveryConfig(line));
   return 0;
 }

@@ -22,7 +22,7 @@ inline constexpr doc::Field kIntervalField{.name = "interval",
                                            .text = "The time a D-Disabled port waits before auto-recovery brings "
                                                    "it back, in seconds.",
                                            .range = &facts::kRecoveryInterval};
-inline constexpr doc::Field kCauseField{.name = "cause",
+inline constexpr doc::Field kCauseField{.name = kCauseKey,
                                         .text = "The D-Disable cause, or \"all\" for every cause at once.",
                                         .type = doc::Type::Text,
                                         .choices = recoveryCauseName};

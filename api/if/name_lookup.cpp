@@ -8,17 +8,17 @@
 #include "switch/if_walk.h"
 #include "frame/envelope.h"
 #include "frame/params.h"
+#include "platform/switch_facts.h"
 #include "switch/cli_files.h"
 
 namespace {
 
-constexpr uint32_t kLastVlan = 4094;
+constexpr facts::Range kVlans = facts::kVlanIds;
 constexpr size_t kEntryNameBuf = 32;
 
 void copyName(NameQuery &q, const char *query) {
-  const char *start = query ? strstr(query, "name=") : nullptr;
+  const char *start = queryLooseValue(query, name_doc::kName.name);
   if (start) {
-    start += strlen("name=");
     size_t len = queryValueLength(start);
     if (len >= 1 && len < sizeof q.name) {
       memcpy(q.name, start, len);
@@ -44,7 +44,7 @@ void classify(NameQuery &q) {
     }
   } else if (strncasecmp(q.name, "vlan", 4) == 0) {
     long n = strtol(q.name + 4, nullptr, 10);
-    if (n >= 1 && n <= static_cast<long>(kLastVlan)) {
+    if (n >= static_cast<long>(kVlans.least) && n <= static_cast<long>(kVlans.most)) {
       q.kind = NameKind::Vlan;
       q.index = static_cast<uint32_t>(n);
     }
@@ -93,7 +93,7 @@ void listLags(cJSON *list) {
 }
 
 void listRoutingVlans(cJSON *list) {
-  for (uint32_t vlan = 1; vlan <= kLastVlan; ++vlan) {
+  for (uint32_t vlan = kVlans.least; vlan <= kVlans.most; ++vlan) {
     uint32_t ifNum = 0;
     if (rpcclt_openapiRtrVlanIntfIfNumGet(&gOpenClient, vlan, &ifNum) != OPEN_E_NONE || ifNum == 0) continue;
     char name[kEntryNameBuf];

@@ -38,7 +38,8 @@ inline constexpr doc::Field kEntryName{.name = "interface",
                                                "\"vlan10\"; the name as asked when one was asked for.",
                                        .type = doc::Type::Text};
 inline constexpr doc::Field kEntryNumber{.name = "number", .text = "The interface number behind the name."};
-inline constexpr doc::Field kEntries{.name = "interfaces", .text = "The interfaces whose names match; empty when none does."};
+inline constexpr doc::Field kEntries{.name = "interfaces",
+                                     .text = "The interfaces whose names match; empty when none does."};
 inline constexpr doc::Field kNameQuery[] = {kName};
 inline constexpr doc::Field kNamedInterface[] = {kEntryName, kEntryNumber};
 }  // namespace name_doc

@@ -38,7 +38,8 @@ inline constexpr doc::Field kConfiguredDuplex{
     .name = "configured-duplex", .text = "Always \"auto\".", .type = doc::Type::Text, .words = "auto"};
 inline constexpr doc::Field kOperationalDuplex{
     .name = "operational-duplex", .text = "Always \"unknown\".", .type = doc::Type::Text, .words = "unknown"};
-inline constexpr doc::Field kMtu{.name = "mtu", .text = "Always 0: the MTU is set through PUT if/mtu-size, not read here."};
+inline constexpr doc::Field kMtu{.name = "mtu",
+                                 .text = "Always 0: the MTU is set through PUT if/mtu-size, not read here."};
 inline constexpr doc::Field kMaxFrameSize{
     .name = "max-frame-size", .text = "Always 0: the largest frame is read through GET if/max-frame-size."};
 inline constexpr doc::Field kEthernetHeaderSize{

@@ -1,0 +1,68 @@
+#include "tools/route_check.h"
+
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <stdlib.h>
+
+#include <string>
+
+namespace {
+
+uint32_t noHandler() { return 0; }
+
+constexpr facts::Range kNotTheSwitchs{1, 5};
+constexpr doc::Field kSilent{.name = "silent"};
+constexpr doc::Field kOwnRange{.name = "level", .text = "A level.", .range = &kNotTheSwitchs};
+constexpr doc::Field kHeldRange{.name = "frame", .text = "A frame.", .range = &facts::kMaxFrameSize};
+constexpr doc::Field kPort{.name = "ifNum", .text = "A port."};
+constexpr doc::Field kReply[] = {kSilent, kOwnRange, kHeldRange};
+constexpr doc::HandDoc kFaulty = doc::read("Reads a thing", "if", {}, kReply);
+constexpr doc::HandDoc kSameSummary = doc::read("Reads a thing", "if", {}, {});
+constexpr doc::HandDoc kNoSummary = doc::read("", "if", {}, {});
+constexpr doc::HandDoc kSound = doc::read("Reads another thing", "if", {}, {});
+constexpr doc::HandDoc kTakesOver = doc::read("Reads a type, for the pages", "if", {}, {});
+
+constexpr char kDir[] = "/api/v2/interfaces/if";
+// A table row whose input says nothing and whose shadowing goes unmarked,
+// beside hand-written ones; a shadowed row may share the summary of the row
+// that serves in its place.
+const RouteRow kRows[] = {
+    HANDLER(kDir, METHOD_GET, "a", noHandler, kFaulty),
+    HANDLER(kDir, METHOD_GET, "b", noHandler, kSameSummary),
+    HANDLER(kDir, METHOD_PUT, "c", noHandler, kNoSummary),
+    ROUTE(kDir, METHOD_GET, "d", "Reads a type",
+          kit::Read<"if", openapiIfTypeGet, kit::scan(kSilent), kit::out(kPort)>),
+    HANDLER(kDir, METHOD_GET, "d", noHandler, kTakesOver),
+    {kDir, METHOD_PUT, "e", noHandler, nullptr, &kSound, true, nullptr, nullptr},
+    {kDir, METHOD_GET, "e", noHandler, nullptr, &kSound, true, nullptr, nullptr},
+    HANDLER(kDir, METHOD_GET, "e", noHandler, kSound),
+};
+
+std::string checked(std::span<const RouteRow> rows, size_t *findings) {
+  char *text = nullptr;
+  size_t size = 0;
+  FILE *out = open_memstream(&text, &size);
+  *findings = checkRoutes(rows, out);
+  fclose(out);
+  std::string s(text, size);
+  free(text);
+  return s;
+}
+
+TEST(RouteCheck, EachFindingNamesItsRowAndField) {
+  size_t findings = 0;
+  EXPECT_EQ(checked(kRows, &findings),
+            "row 1 GET /api/v2/interfaces/if/a: field \"silent\" says nothing of what it holds\n"
+            "row 1 GET /api/v2/interfaces/if/a: field \"level\" states the range 1..5, which is not one of the "
+            "switch's (platform/switch_facts.h)\n"
+            "row 2 GET /api/v2/interfaces/if/b: has the summary of row 1: \"Reads a thing\"\n"
+            "row 3 PUT /api/v2/interfaces/if/c: has no summary\n"
+            "row 4 GET /api/v2/interfaces/if/d: is shadowed by row 5 but not marked so\n"
+            "row 4 GET /api/v2/interfaces/if/d: field \"silent\" says nothing of what it holds\n"
+            "row 6 PUT /api/v2/interfaces/if/e: is marked shadowed, but no later row has its key\n");
+  EXPECT_EQ(findings, 7u);
+  EXPECT_EQ(checked(std::span(kRows).last(2), &findings), "");
+  EXPECT_EQ(findings, 0u);
+}
+
+}  // namespace

@@ -798,7 +798,6 @@ cJSON *components() {
   cJSON_AddFalseToObject(header, "required");
   addText(header, "description", "Sent, with any value, by a request that polls: the session's time is then not "
                                  "refreshed, so polling alone does not keep an idle session alive.");
-  addText(header, "example", "1");
   add(header, "schema", textSchema(false));
   cJSON *session = addObject(addObject(comp, "securitySchemes"), "session");
   addText(session, "type", "apiKey");

@@ -21,8 +21,9 @@ GENERATORS = {
     "openapi_fetch": ["openapi-typescript", "openapi.json", "-o", "gen/openapi_fetch/schema.d.ts"],
     "swagger_typescript_api": ["swagger-typescript-api", "generate", "-p", "openapi.json", "-o", "gen/swagger_typescript_api"],
     "orval": ["orval", "-i", "openapi.json", "-o", "gen/orval/api.ts"],
-    # Its enums would be named after keys such as "admin-state", which are no identifiers.
-    "openapi_typescript_codegen": ["openapi", "-i", "openapi.json", "-o", "gen/openapi_typescript_codegen",
+    # Its enums would be named after keys such as "admin-state", which are no identifiers. Its command is
+    # named "openapi", as redocly's is: which one node_modules/.bin holds depends on the install order.
+    "openapi_typescript_codegen": ["openapi-typescript-codegen/bin/index.js", "-i", "openapi.json", "-o", "gen/openapi_typescript_codegen",
                                    "--useUnionTypes"],
 }
 TSCONFIG = {"compilerOptions": {"strict": True, "target": "ES2022", "module": "commonjs", "moduleResolution": "node10",
@@ -35,6 +36,8 @@ OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "ports": lis
 
 
 def tool(name):
+    if name.endswith(".js"):
+        return os.path.join(ROOT, "node_modules", name)
     return os.path.join(TOOLS, name)
 
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <thread>
 
+#include "frame/own_file.h"
 #include "frame/route_table.h"
 #include "frame/session.h"
 #include "test_support.h"
@@ -45,6 +46,29 @@ TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
     char out[64];
     escapeControls(c.text, out, c.size);
     EXPECT_STREQ(out, c.shown) << c.text;
+  }
+}
+
+// Who may own what the program uses, seen as a program that does not run
+// as root: its own user and root may, nobody else; and nobody else may write.
+TEST(OwnFiles, OwnerAndWriteBitsDecide) {
+  bool switched = geteuid() == 0 && seteuid(65534) == 0;
+  uid_t self = geteuid();
+  struct Case { uid_t owner; mode_t mode; const char *why; } cases[] = {
+      {self, S_IFREG | 0600, nullptr},   {0, S_IFREG | 0644, nullptr},
+      {self, S_IFDIR | 0755, "it is not a regular file"}, {self, S_IFLNK | 0777, "it is a symbolic link"},
+      {self + 1, S_IFREG | 0600, "another user owns it"}, {self, S_IFREG | 0620, "group or others may write it"},
+      {0, S_IFREG | 0602, "group or others may write it"},
+  };
+  for (const Case &c : cases) {
+    struct stat st = {};
+    st.st_uid = c.owner;
+    st.st_mode = c.mode;
+    const char *why = untrustedBecause(st, S_IFREG);
+    EXPECT_STREQ(why, c.why) << c.owner << " " << std::oct << c.mode;
+  }
+  if (switched) {
+    ASSERT_EQ(seteuid(0), 0);
   }
 }
 

@@ -147,13 +147,17 @@ TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
 // place. Only a folder and a regular file of the program's own user (or
 // root) that neither group nor others may write are used.
 enum class Made { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
+// Makes `path` as `made` says: a folder (`folder`) or file with `mode`, of
+// ours (Own, Mode) or of nobody; a link to `target`; a FIFO; a folder or a
+// file regardless of `folder`; or nothing.
 static void make(const std::string &path, Made made, mode_t mode, bool folder, const std::string &target) {
+  bool asFolder = made <= Made::OtherOwner ? folder : made == Made::Folder;
   int failed = 0;
+  if (made == Made::Missing) return;
   if (made == Made::Link) failed = symlink(target.c_str(), path.c_str());
-  if (made == Made::Fifo) failed = mkfifo(path.c_str(), 0600);
-  if (made == Made::File || (made != Made::Folder && !folder && made <= Made::OtherOwner))
-    writeText(path, "admin\n0\n");
-  if (made == Made::Folder || (folder && made <= Made::OtherOwner)) failed = mkdir(path.c_str(), 0700);
+  else if (made == Made::Fifo) failed = mkfifo(path.c_str(), 0600);
+  else if (asFolder) failed = mkdir(path.c_str(), 0700);
+  else writeText(path, "admin\n0\n");
   if (made <= Made::OtherOwner) failed |= chmod(path.c_str(), mode);
   if (made == Made::OtherOwner) failed |= chown(path.c_str(), 65534, 65534);  // nobody
   ASSERT_EQ(failed, 0) << path;

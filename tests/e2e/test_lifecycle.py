@@ -8,13 +8,17 @@ program's names in /tmp as fast as she can; and planting them in the emptied /tm
 must fail."""
 
 import glob
+import gzip
+import io
 import json
 import os
 import re
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
+import tarfile
 import tempfile
 import time
 import unittest
@@ -434,6 +438,54 @@ class Boot(unittest.TestCase):
         finally:
             system.close()
             shutil.rmtree(packages_folder)
+
+
+def readme_blocks():
+    """The command blocks of README.Debian's walk from install to a served request, as the package installs it:
+    each a run of lines indented by five spaces."""
+    tar = subprocess.run(["dpkg-deb", "--fsys-tarfile", debs(FOLDER)[0 if "/%s_" % PROGRAM in debs(FOLDER)[0] else 1]],
+                         capture_output=True, check=True).stdout
+    with tarfile.open(fileobj=io.BytesIO(tar)) as t:
+        text = gzip.decompress(t.extractfile("./usr/share/doc/%s/README.Debian.gz" % PROGRAM).read()).decode()
+    walk = text.split("From install to a served request")[1].split("\n-----")[1]
+    blocks, block = [], []
+    for line in walk.split("\n") + [""]:
+        if line.startswith("     ") and line[5] != " " or block and line.startswith("       "):
+            block.append(line.strip())
+        elif block:
+            blocks.append("\n".join(block))
+            block = []
+    return blocks
+
+
+class Documentation(unittest.TestCase):
+    """An administrator without systemd follows the installed README.Debian word for word, from install to a
+    served request; its step 2 on a stopped lighttpd, then again on the running one."""
+
+    def test_the_steps_serve_a_request(self):
+        install, status, start_sim, enable, session, ask = readme_blocks()
+        self.assertEqual(status, "systemctl status open-sim")  # systemd's, not taken here
+        folder = packages(with_old=False)
+        system = System(folder)
+        try:
+            system.sh("cd /debs/new && /etc/init.d/lighttpd stop && " + install.replace("apt ", "apt-get -q -y "))
+            subprocess.run(["chroot", system.root, "sh", "-ec", start_sim], check=True, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+            answers = []
+            for before in ("", "lighty-disable-mod interfaces-v2-fastcgi"):  # lighttpd stopped, then running
+                system.sh(before)
+                system.sh(enable)
+                answers.append(system.sh(session + "\n" + ask).stdout.encode())
+            self.assertEqual(answers, [SERVED, SERVED])
+        finally:
+            for proc in glob.glob("/proc/[0-9]*/exe"):
+                try:
+                    if os.readlink(proc) == system.root + "/usr/bin/open-sim":
+                        os.kill(int(proc.split("/")[2]), signal.SIGTERM)
+                except OSError:
+                    pass
+            system.close()
+            shutil.rmtree(folder)
 
 
 if __name__ == "__main__":

@@ -226,7 +226,8 @@ class System:
     def stop_planting(self):
         with open(self.root + "/run/stop-racing", "w"):
             pass
-        out, _ = self.planter.communicate(timeout=30)
+        out = self.planter.stdout.read()  # through the reader that may hold it already, after "planted"
+        self.planter.wait(timeout=30)
         os.remove(self.root + "/run/stop-racing")
         return json.loads(out)
 

@@ -22,11 +22,11 @@ PROGRAM = ["usr/share/doc/interfaces-v2/" + f for f in ("README.Debian.gz", "cha
     SNIPPETS + ["usr/lib/cgi-bin/interfaces_v2.cgi", "usr/lib/tmpfiles.d/interfaces-v2.conf",
                 "usr/lib/sysusers.d/interfaces-v2.conf", "usr/libexec/interfaces-v2/stake-paths",
                 "etc/init.d/interfaces-v2", "lib/systemd/system/interfaces-v2.service",
-                "usr/share/man/man8/interfaces_v2.cgi.8.gz"]
+                "usr/share/man/man8/interfaces_v2.cgi.8.gz", "usr/share/lintian/overrides/interfaces-v2"]
 SIMULATOR = ["usr/share/doc/interfaces-v2-sim/changelog.gz", "usr/share/doc/interfaces-v2-sim/copyright",
              "usr/share/man/man1/open-sim.1.gz", "usr/share/man/man1/route-dump.1.gz",
              "usr/lib/sysusers.d/interfaces-v2-sim.conf", "usr/bin/open-sim", "usr/bin/route-dump",
-             "lib/systemd/system/open-sim.service"]
+             "lib/systemd/system/open-sim.service", "usr/share/lintian/overrides/interfaces-v2-sim"]
 # The CGI carries its C++ runtime; the simulator's programs load it. Both make system groups with
 # systemd-sysusers; the program's tmpfiles.d entry is run by systemd-tmpfiles (systemd, or the standalone ones).
 CONTENTS = [  # package, Depends, Recommends, files

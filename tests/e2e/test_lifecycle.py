@@ -1,7 +1,7 @@
 """The packages on a throw-away system: this machine's / under an overlay that only this suite sees, with its
 own /run, /tmp, /mnt and network. dpkg installs both packages, upgrades them from the version before they had
 maintainer scripts, removes and purges them in every order, also where invoke-rc.d may not restart lighttpd.
-After every step lighttpd's configuration passes `lighttpd -tt`, lighttpd restarts and answers: with the
+After every step lighttpd restarts and answers: with the
 program's JSON through open-sim, running as its own user, where the program is installed and a snippet enabled.
 Then a local user's attacks: on the installed system; racing the install and an upgrade, re-creating the
 program's names in /tmp as fast as she can; and planting them in the emptied /tmp before the boot steps. Each
@@ -173,6 +173,9 @@ class System:
             f.write("#!/bin/sh\necho N 2\n")
         os.chmod(os.path.join(r, "sbin/runlevel"), 0o755)
         shutil.copytree(packages, os.path.join(r, "debs"))
+        # A throw-away system needs no fsync after every file dpkg writes.
+        with open(os.path.join(r, "etc/dpkg/dpkg.cfg.d/unsafe-io"), "w") as f:
+            f.write("force-unsafe-io\n")
         self.sh("useradd --no-create-home %s && /etc/init.d/lighttpd start" % USER)
 
     def sh(self, script, check=True):
@@ -276,11 +279,11 @@ class Lifecycle(unittest.TestCase):
                     system.close()
 
     def after(self, system, serves):
-        """The configuration test, a restart, then the program's reply through open-sim where it serves, else
+        """A restart, then the program's reply through open-sim where it serves, else
         whether lighttpd answers at all."""
         if serves is None:
             return None
-        system.sh("lighttpd -tt -f /etc/lighttpd/lighttpd.conf && /etc/init.d/lighttpd restart")
+        system.sh("/etc/init.d/lighttpd restart")  # which checks the configuration with lighttpd -tt first
         if serves:
             system.start_sim()
             return system.get("/api/v2/interfaces/if/link-state?ifNum=3", system.session())

@@ -346,6 +346,14 @@ class Installed(unittest.TestCase):
         r = self.system.sh("setpriv --reuid=open-sim --regid=open-sim --init-groups -- cat /tmp/k9100.log", check=False)
         self.assertEqual((r.returncode, r.stderr), (1, "cat: /tmp/k9100.log: Permission denied\n"))
 
+    def test_a_cli_work_folder_not_the_programs_stops_the_step(self):
+        """Under /mnt only root could have made it: stake-paths names it and its owner, and changes nothing."""
+        r = self.system.sh("chown nobody /mnt/application/quill/tmp && { /usr/libexec/interfaces-v2/stake-paths || "
+                           "echo $?; }; stat -c %U /mnt/application/quill/tmp; chown www-data /mnt/application/quill/tmp")
+        self.assertEqual((r.stdout, r.stderr), ("255\nnobody\n", "interfaces-v2: not using /mnt/application/quill/tmp: "
+                         "/mnt/application/quill/tmp belongs to nobody, not www-data, or others may write it; move it "
+                         "away, then run /usr/libexec/interfaces-v2/stake-paths as root\n"))
+
     def test_a_planted_session_opens_nothing(self):
         self.assertEqual(self.system.get("/api/v2/interfaces/if/link-state?ifNum=3", "planted"), (403, b""))
 

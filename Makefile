@@ -6,7 +6,8 @@
 # make bench  every benchmark side by side; writes bench/RESULTS.md
 # make soak  build, then load through lighttpd, as CGI and as FastCGI; writes its figures into tests/RELIABILITY.md
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
-# make package  the Debian packages for x86-64 and the switch's arm64, into dist/
+# make package  the Debian packages for x86-64 and the switch's arm64, and the source package, into dist/
+# make piuparts  the x86-64 packages installed and purged in a fresh Debian chroot
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
@@ -21,7 +22,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release package package-native package-arm64 package-tree test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
+.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
 
 all: build
 
@@ -75,6 +76,14 @@ package-arm64:
 	@cd $(PACKAGE_TREE) && $(PACKAGE_BUILD) -b -aarm64 -Pcross,nocheck > ../arm64.log 2>&1 || { tail -40 ../arm64.log; exit 1; }
 	@mkdir -p $(PACKAGE_DIR) && cp $(PACKAGE_WORK)/*_arm64.deb $(PACKAGE_DIR)/
 	@cd tests/e2e && IF_PACKAGE_DIR=$(abspath $(PACKAGE_DIR)) IF_PACKAGE_ARCH=arm64 python3 test_package.py
+
+# The native packages installed and purged in a fresh Debian chroot by piuparts, from the mirror apt uses
+# here: some minutes and a download, so not part of make test.
+PIUPARTS_MIRROR ?= $(shell sed -n 's/^URIs: *//p' /etc/apt/sources.list.d/debian.sources 2>/dev/null | head -1)
+piuparts: package-native
+	@scripts/install-deps.sh piuparts
+	@piuparts -d $(shell . /etc/os-release && echo $$VERSION_CODENAME) $(if $(PIUPARTS_MIRROR),-m $(PIUPARTS_MIRROR)) \
+	  --warn-on-others $(wildcard $(PACKAGE_DIR)/*_$(NATIVE_ARCH).deb)
 
 # What git tracks and would track, as it stands in the work tree.
 package-tree:

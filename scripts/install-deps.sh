@@ -9,6 +9,7 @@
 #   install-deps.sh arm64    the aarch64 cross build with its tests, run under qemu (make test-arm64)
 #   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the aarch64 cross build
 #   install-deps.sh fuzz     also clang and its libFuzzer runtime
+#   install-deps.sh piuparts piuparts, for `make piuparts`
 #   install-deps.sh browser  also Chromium, for the explorer's browser test; a machine that cannot
 #                            install it only warns
 # Every mode also installs the npm packages of package-lock.json (the API explorer, the OpenAPI
@@ -26,7 +27,8 @@ case "${1:-}" in
   bench) builds=("- $profile.bench" "arm64 cross,nocheck") ;;
   fuzz) builds=("- $profile.fuzz") ;;
   browser) builds=("- $profile.browser") ;;
-  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser]" >&2; exit 2 ;;
+  piuparts) builds=("- $profile.piuparts") ;;
+  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts]" >&2; exit 2 ;;
 esac
 
 # The lock file's packages, again only when the lock file changed.

@@ -99,9 +99,10 @@ def main():
     p.add_argument("--build", default=os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "build"))
     p.add_argument("--rounds", type=int, default=5)
     args = p.parse_args()
-    os.makedirs("/tmp/session", exist_ok=True)
+    os.makedirs("/tmp/session", mode=0o700, exist_ok=True)
     token = "walks%d" % os.getpid()
-    with open("/proc/uptime") as f, open(os.path.join("/tmp/session", token), "w") as s:
+    session = os.open(os.path.join("/tmp/session", token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600)
+    with open("/proc/uptime") as f, os.fdopen(session, "w") as s:
         s.write("admin\n%d\n" % int(float(f.read().split()[0])))
     try:
         print("\n".join(section(measure(args.build, token, args.rounds), args.rounds)))

@@ -84,7 +84,7 @@ class DefaultLogLevel:
 
     @staticmethod
     def _write(byte):
-        fd = os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT, 0o666)
+        fd = os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT, 0o640)  # the program refuses one others may write
         try:
             os.pwrite(fd, byte, 0)
         finally:
@@ -92,9 +92,11 @@ class DefaultLogLevel:
 
 
 def new_session():
-    os.makedirs(SESSION_DIR, exist_ok=True)
+    """An administrator session, in a folder and file of this user's that nobody else may write, as the
+    program requires."""
+    os.makedirs(SESSION_DIR, mode=0o700, exist_ok=True)
     token = "bench%d" % os.getpid()
-    with open(os.path.join(SESSION_DIR, token), "w") as f:
+    with os.fdopen(os.open(os.path.join(SESSION_DIR, token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600), "w") as f:
         f.write("admin\n%d\n" % uptime())
     return token
 

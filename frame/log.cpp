@@ -14,6 +14,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include "frame/own_file.h"
 #include "frame/request_io.h"
 
 const LogFiles kLogFiles = {"/tmp/k9100.log", "/tmp/k9100.log.old", "/tmp/devmgr_log_level"};
@@ -33,6 +34,7 @@ struct Logger {
   int levelFd = -1;
   FILE *file = nullptr;
   int fileSize = 0;
+  bool fileRefused = false;
   pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
   bool followPending = false;
 };
@@ -49,45 +51,16 @@ const char *levelName(int level) {
   }
 }
 
-// Says once per file, on standard error (the web server's error log) and
-// in syslog, why the program does not use it: a silent log hides the
-// very requests that went wrong.
-void reportUnusable(const char *path, const char *why) {
-  static char reported[3][128];
-  for (auto &seen : reported) {
-    if (strcmp(seen, path) == 0) return;
-    if (seen[0]) continue;
-    snprintf(seen, sizeof seen, "%s", path);
-    break;
-  }
-  fprintf(stderr, "interfaces_v2.cgi: not using %s: %s\n", path, why);
-  syslog(LOG_USER | LOG_ERR, "not using %s: %s", path, why);
+// What this process creates, only its user and group can read: the log
+// holds session tokens at level 7.
+int openOwnFile(const char *path, int flags, bool *refused) {
+  return openOwn(AT_FDCWD, path, flags | O_CREAT, S_IFREG, path, refused);
 }
 
-// The log files live in /tmp, where any local user may create a name
-// first: a link to a file of ours, a FIFO, or a file of their own that
-// would read our lines. Only a regular file of this process's own user is
-// written; what this process creates, only its user and group can read.
-int openOwnFile(const char *path, int flags) {
-  int fd = open(path, flags | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0640);
-  if (fd < 0) {
-    if (errno == ELOOP) reportUnusable(path, "it is a symbolic link");
-    else if (errno != ENOENT) reportUnusable(path, strerror(errno));
-    return -1;
-  }
-  struct stat st = {};
-  const char *why = nullptr;
-  if (fstat(fd, &st) != 0) why = strerror(errno);
-  else if (!S_ISREG(st.st_mode)) why = "it is not a regular file";
-  else if (st.st_uid != geteuid()) why = "another user owns it";
-  if (!why) return fd;
-  reportUnusable(path, why);
-  close(fd);
-  return -1;
-}
-
+// A log that is not ours is not written at all (`fileRefused`); one the file
+// system cannot give sends its lines to standard output, as it always has.
 FILE *openLogForAppending(const char *path) {
-  int fd = openOwnFile(path, O_RDWR | O_APPEND);
+  int fd = openOwnFile(path, O_RDWR | O_APPEND, &g.fileRefused);
   if (fd < 0) return nullptr;
   FILE *f = fdopen(fd, "a+");
   if (!f) close(fd);
@@ -95,7 +68,7 @@ FILE *openLogForAppending(const char *path) {
 }
 
 void mapLevelFile() {
-  int fd = openOwnFile(g.files->level, O_RDWR);
+  int fd = openOwnFile(g.files->level, O_RDWR, nullptr);
   if (fd < 0) return;
   void *p = MAP_FAILED;
   // Every process opens the level file; setting a length it already has
@@ -163,6 +136,22 @@ void lazyStart() {
   g.started = true;
 }
 
+// Removes the rotation file when it is ours. The name may change between
+// the look and the removal; whatever is removed then, nothing of it is used.
+bool oldLogRemoved() {
+  struct stat st = {};
+  const char *why = nullptr;
+  if (lstat(g.files->oldLog, &st) != 0) {
+    if (errno == ENOENT) return true;
+    why = strerror(errno);
+  } else {
+    why = untrustedBecause(st, S_IFREG);
+  }
+  if (!why && unlink(g.files->oldLog) != 0 && errno != ENOENT) why = strerror(errno);
+  if (why) sayNotUsing(g.files->oldLog, why);
+  return !why;
+}
+
 bool stillNamedLog(FILE *file) {
   struct stat open = {}, named = {};
   return fstat(fileno(file), &open) == 0 && stat(g.files->log, &named) == 0 && open.st_dev == named.st_dev &&
@@ -176,10 +165,9 @@ bool stillNamedLog(FILE *file) {
 void rotate() {
   flock(fileno(g.file), LOCK_EX);
   if (stillNamedLog(g.file)) {
-    // A rotation file another user made cannot be replaced in sticky /tmp:
-    // the log then goes on growing, which must not go unsaid.
-    if (unlink(g.files->oldLog) != 0 && errno != ENOENT) reportUnusable(g.files->oldLog, strerror(errno));
-    else rename(g.files->log, g.files->oldLog);
+    // A rotation name someone else made is left to them, even where this
+    // process could remove it: the log then goes on growing, said once.
+    if (oldLogRemoved()) rename(g.files->log, g.files->oldLog);
   }
   fclose(g.file);
   g.file = openLogForAppending(g.files->log);
@@ -276,14 +264,14 @@ void logMessage(int level, const char *format, ...) {
   if (g.mode & LOG_TO_FILE) {
     pthread_mutex_lock(&g.mutex);
     if (g.followPending) followNamedLog();
-    // With no usable log the lines go to the reply, as they always have. The
-    // one token they can hold at level 7 is the caller's own, sent in this
-    // very request, so the reply shows nobody a token they did not have; a
-    // user who planted the log's name sees nothing of it, and the refusal is
-    // already said on standard error and syslog.
-    va_start(args, format);
-    logWriteStream(g.file, level, format, args);
-    va_end(args);
+    // A log the file system cannot give sends its lines to the reply, as it
+    // always has: the one token they can hold is the caller's own. A log
+    // that is not ours is not written at all; the refusal is already said.
+    if (g.file || !g.fileRefused) {
+      va_start(args, format);
+      logWriteStream(g.file, level, format, args);
+      va_end(args);
+    }
     pthread_mutex_unlock(&g.mutex);
   }
   if (g.mode & LOG_TO_SYSLOG) {

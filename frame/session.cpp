@@ -1,5 +1,6 @@
 #include "frame/session.h"
 
+#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include "frame/log.h"
+#include "frame/own_file.h"
 #include "frame/route_table.h"
 
 namespace {
@@ -33,6 +35,31 @@ void readLine(FILE *f, char *buf, int size) {
 int refuse(FILE *f) {
   fclose(f);
   return -1;
+}
+
+// The session folder, held open so that the file is opened, and an expired
+// one deleted, in the folder that was checked, whatever happens to its name.
+struct Folder {
+  int fd = -1;
+  ~Folder() {
+    if (fd >= 0) close(fd);
+  }
+};
+
+// Opens the token's file for reading and writing, only inside a folder of
+// ours and only when the file is ours too. `path` is the file's full name.
+FILE *openSession(const char *dir, const char *token, const char *path, Folder *folder) {
+  char name[kPathBuf];
+  snprintf(name, sizeof name, "%s", dir);
+  // A trailing "/" would make the open follow a link in the folder's place.
+  for (size_t n = strlen(name); n > 1 && name[n - 1] == '/'; --n) name[n - 1] = 0;
+  folder->fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr);
+  if (folder->fd < 0) return nullptr;
+  int fd = openOwn(folder->fd, token, O_RDWR, S_IFREG, path, nullptr);
+  if (fd < 0) return nullptr;
+  FILE *f = fdopen(fd, "r+");
+  if (!f) close(fd);
+  return f;
 }
 
 // Writes the new text over the old and cuts the file only when the old text
@@ -91,7 +118,8 @@ void escapeControls(const char *text, char *out, size_t size) {
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
   char path[kPathBuf];
   snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
-  FILE *f = sessionTokenUsable(token, env.dir) ? fopen(path, "r+") : nullptr;
+  Folder folder;
+  FILE *f = sessionTokenUsable(token, env.dir) ? openSession(env.dir, token, path, &folder) : nullptr;
   if (!f) {
     char shown[4 * kPathBuf];
     escapeControls(path, shown, sizeof shown);
@@ -127,7 +155,7 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   if (sessionExpired(now, stored)) {
     LOG_AT(6, "checkSessionX", 86, "Token timeout(%ld - %ld).please login again. (userName: %s timestamp: %s)\r\n", now,
            stored, user, stamp);
-    unlink(path);
+    unlinkat(folder.fd, token, 0);
     return refuse(f);
   }
   if (!refresh) {

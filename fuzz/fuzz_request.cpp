@@ -7,6 +7,7 @@
 // body) with an administrator session and no OpEN service, so that every
 // OpEN call fails at once.
 #include <cjson/cJSON.h>
+#include <fcntl.h>
 
 #include "api/program.h"
 #include "frame/params.h"
@@ -19,8 +20,11 @@ namespace {
 const std::string kDir = "/tmp/session/", kToken = "fuzz-" + std::to_string(getpid());
 RouteTable *gTable = nullptr;
 
+// As the login program writes it: only its user may write it, or the check
+// refuses it before reading a byte.
 void writeSession(const uint8_t *data, size_t size) {
-  FILE *f = fopen((kDir + kToken).c_str(), "wb");
+  int fd = open((kDir + kToken).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  FILE *f = fd >= 0 ? fdopen(fd, "wb") : nullptr;
   fuzz::require(f != nullptr, "session folder is writable");
   fwrite(data, 1, size, f);
   fclose(f);

@@ -18,9 +18,10 @@ socket=${OPEN_SIM_SOCKET:-$rundir/open-sim.sock}
 "$here/prepare-switch-dirs.sh"
 
 sessions=()
-new_session() {  # user [privilege]: writes a session file, prints its token
+new_session() {  # user [privilege]: writes a session file, 0600 as the program requires; prints its token
   local token
   token=$(head -c 12 /dev/urandom | od -An -tx1 | tr -d ' \n')
+  umask 077
   { printf '%s\n%s\n' "$1" "$(cut -d. -f1 /proc/uptime)"; [ -n "${2:-}" ] && printf '%s\n' "$2"; } > "/tmp/session/$token"
   echo "$token"
 }

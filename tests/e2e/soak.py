@@ -183,7 +183,7 @@ def soak(fastcgi):
     sim, faults, samples, stop = Sim(), [], [], threading.Event()
     admin, viewer, log, began = new_session(), new_session("viewer", "ro"), LogWatch(), uptime()
     server = Lighttpd(sim.socket, fastcgi)
-    with open(LEVEL_FILE, "a+b") as f:
+    with os.fdopen(os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT | os.O_APPEND, 0o640), "a+b") as f:
         f.truncate(max(4, os.fstat(f.fileno()).st_size))  # the program maps four bytes
         f.seek(0)
         saved = f.read(1)

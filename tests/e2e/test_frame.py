@@ -15,7 +15,7 @@ import urllib.request
 
 import harness
 from harness import (FORBIDDEN, JSON_HEADER, LEVEL_FILE, LOG_FILE, SESSION_DIR, Lighttpd, SimTestCase, cgi, envelope,
-                     main, new_session, private_view, read_reply, set_reply, uptime)
+                     main, new_session, private_view, read_reply, set_reply, uptime, write_session)
 
 IF = "/api/v2/interfaces/if"
 NEXT = IF + "/ddisable-autorecovery-table-intf-next"  # a read that scans its number
@@ -51,7 +51,7 @@ class LogWatch:
     also across a rotation (the block's first lines then end the old file)."""
 
     def __enter__(self):
-        with open(LEVEL_FILE, "ab") as f:
+        with os.fdopen(os.open(LEVEL_FILE, os.O_WRONLY | os.O_CREAT, 0o640), "ab") as f:
             f.truncate(4)
         with open(LEVEL_FILE, "r+b") as f:
             f.write(b"7")
@@ -182,8 +182,7 @@ class Frame(SimTestCase):
                 self.sim.ctl("reset")
                 low, token = uptime(), text[1] if isinstance(text, tuple) else "s%d-%d" % (os.getpid(), n)
                 if not isinstance(text, tuple):
-                    with open(os.path.join(SESSION_DIR, token), "w") as f:
-                        f.write(text.replace("{now}", str(low)))
+                    write_session(token, text.replace("{now}", str(low)))
                 decoy_before = os.stat(os.path.join(SESSION_DIR, decoy)).st_mtime_ns
                 path, query, body, refresh = request or (NEXT, "prevIfNum=3", None, None)
                 r = cgi(self.sim, "PUT" if body else "GET", path, query, body, session=token, refresh=refresh)
@@ -199,6 +198,23 @@ class Frame(SimTestCase):
                         now = f.read()
                     m = re.fullmatch(re.escape(after).replace(r"\{now\}", r"(\d+)").replace(r"\{token\}", token), now)
                     self.assertTrue(m and (not m.groups() or low <= int(m.group(1)) <= uptime() + 1), now)
+
+    def test_sessions_others_may_write_are_refused(self):
+        """A session file, or the session folder, that others may write is refused with the same bytes as a
+        missing session, and the file is left as it was."""
+        token = new_session(stamp=0)
+        file = os.path.join(SESSION_DIR, token)
+        for folder_mode, file_mode in [(0o700, 0o666), (0o700, 0o620), (0o1777, 0o600), (0o700, 0o600)]:
+            with self.subTest(folder=oct(folder_mode), file=oct(file_mode)):
+                os.chmod(file, file_mode)
+                os.chmod(SESSION_DIR, folder_mode)
+                try:
+                    r = cgi(self.sim, "GET", NEXT, "prevIfNum=3", session=token, refresh="1")
+                finally:
+                    os.chmod(SESSION_DIR, 0o700)
+                self.assertEqual(r, (NEXT_4 if file_mode == 0o600 and folder_mode == 0o700 else FORBIDDEN, 0))
+                with open(file) as f:
+                    self.assertEqual(f.read(), "admin\n0\n")
 
 
 LONG = "a" * 2000

@@ -85,44 +85,92 @@ TEST(Logging, AFollowedLogCountsFromItsRealSize) {
   }
 }
 
-// Any local user may make the names in /tmp first. A link, a FIFO or a file
-// of another user is never written, followed or mapped; the program says
-// why on standard error, and lines go where they go when there is no log.
-TEST(Logging, FilesPlantedByAnotherUserAreNotUsed) {
-  enum class Plant { Link, Fifo, OtherOwner };
+// Any local user may make the names in /tmp first. Only a regular file of
+// the program's own user (or root) that neither group nor others may write
+// is used; anything else is said once on standard error and left as it is.
+// A level file refused leaves the default level, 6; a log refused is no
+// log at all, not even on standard output.
+enum class Plant { Link, Fifo, Folder, OtherOwner, GroupWritable, OtherWritable, Own };
+struct Planted { Plant plant; const char *why; };
+const Planted kPlants[] = {
+    {Plant::Link, "it is a symbolic link"},         {Plant::Fifo, "it is not a regular file"},
+    {Plant::Folder, "it is not a regular file"},    {Plant::OtherOwner, "another user owns it"},
+    {Plant::GroupWritable, "group or others may write it"}, {Plant::OtherWritable, "group or others may write it"},
+    {Plant::Own, nullptr},
+};
+
+// Makes `path` as `plant` says; a link leads to `target`.
+static void plantAt(const std::string &path, Plant plant, const std::string &target) {
+  unlink(path.c_str());
+  int made = 0;
+  if (plant == Plant::Link) made = symlink(target.c_str(), path.c_str());
+  if (plant == Plant::Fifo) made = mkfifo(path.c_str(), 0600);
+  if (plant == Plant::Folder) made = mkdir(path.c_str(), 0700);
+  if (plant >= Plant::OtherOwner) {
+    writeText(path, "7 kept");
+    mode_t mode = plant == Plant::GroupWritable ? 0660 : plant == Plant::OtherWritable ? 0666 : 0640;
+    made = chmod(path.c_str(), mode);
+  }
+  if (plant == Plant::OtherOwner) made |= chown(path.c_str(), 65534, 65534);  // nobody
+  ASSERT_EQ(made, 0) << path;
+}
+
+TEST(Logging, OnlyFilesOfTheProgramsOwnUserAreUsed) {
   for (bool levelFile : {false, true}) {
-    for (Plant plant : {Plant::Link, Plant::Fifo, Plant::OtherOwner}) {
+    for (auto [plant, why] : kPlants) {
       LogCapture log("7");
       std::string path = levelFile ? log.levelFile : log.log, target = log.dir.file("target");
       writeText(target, "7 kept");
-      unlink(path.c_str());
-      if (plant == Plant::Link) {
-        ASSERT_EQ(symlink(target.c_str(), path.c_str()), 0);
-      }
-      if (plant == Plant::Fifo) {
-        ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
-      }
-      if (plant == Plant::OtherOwner) {
-        writeText(path, "7 kept");
-        ASSERT_EQ(chown(path.c_str(), 65534, 65534), 0);  // nobody
-      }
+      plantAt(path, plant, target);
+      SCOPED_TRACE(path + " planted as " + std::to_string(static_cast<int>(plant)));
       testing::internal::CaptureStderr();
       testing::internal::CaptureStdout();
-      log.reopen();
-      LOG_AT(3, "f", 1, "error\n");
-      LOG_AT(7, "f", 2, "debug\n");
+      for (int n = 0; n < 2; ++n) {  // said once, however often it is met
+        log.reopen();
+        LOG_AT(3, "f", 1, "error\n");
+        LOG_AT(7, "f", 2, "debug\n");
+      }
       std::string out = testing::internal::GetCapturedStdout(), err = testing::internal::GetCapturedStderr();
-      SCOPED_TRACE(path + " planted as " + std::to_string(static_cast<int>(plant)));
-      EXPECT_TRUE(has(err, ("interfaces_v2.cgi: not using " + path + ": ").c_str())) << err;
+      EXPECT_EQ(err, why ? "interfaces_v2.cgi: not using " + path + ": " + why + "\n" : "");
+      EXPECT_EQ(out, "");
       EXPECT_EQ(readText(target), "7 kept");
-      if (plant == Plant::OtherOwner) {
+      if (!why) {
+        EXPECT_TRUE(has(readText(log.log), "debug"));
+        continue;
+      }
+      if (plant >= Plant::OtherOwner) {
         EXPECT_EQ(readText(path), "7 kept");
       }
-      // A level file not ours leaves the default level, 6; a log not ours
-      // is no log, whose lines go to standard output.
-      std::string written = levelFile ? log.text() : out;
-      EXPECT_TRUE(has(written, "error"));
-      EXPECT_EQ(has(written, "debug"), !levelFile);
+      if (levelFile) {
+        EXPECT_TRUE(has(log.text(), "error"));
+        EXPECT_FALSE(has(log.text(), "debug"));
+      }
+    }
+  }
+}
+
+// A rotation name that is not the program's is left alone, even by root:
+// the log goes on past 1 MiB, and that is said once.
+TEST(Logging, ARotationFileNotOursIsNeitherRemovedNorReplaced) {
+  for (auto [plant, why] : kPlants) {
+    LogCapture log("6");
+    std::string target = log.dir.file("target");
+    writeText(target, "7 kept");
+    writeText(log.log, std::string(1048576, 'x'));
+    plantAt(log.old, plant, target);
+    log.reopen();
+    SCOPED_TRACE(static_cast<int>(plant));
+    testing::internal::CaptureStderr();
+    LOG_AT(3, "f", 1, "past the limit\n");
+    LOG_AT(3, "f", 2, "still past\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              why ? "interfaces_v2.cgi: not using " + log.old + ": " + why + "\n" : "");
+    EXPECT_EQ(readText(target), "7 kept");
+    EXPECT_EQ(has(log.text(), "past the limit"), why != nullptr);
+    if (!why) {
+      EXPECT_TRUE(has(readText(log.old), "past the limit"));
+    } else if (plant >= Plant::OtherOwner) {  // the others cannot be read without waiting or following
+      EXPECT_EQ(readText(log.old), "7 kept");
     }
   }
 }

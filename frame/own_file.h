@@ -1,0 +1,32 @@
+// The session folder, the log and the level file live in /tmp, where any
+// local user can make a name first, or swap one name for another between a
+// check and its use. The program uses such a name only when what it opened
+// there is its own: a folder or regular file (no link, no FIFO) whose owner
+// is the program's effective user or root, which neither group nor others
+// may write. Root is trusted because it can change these files anyway.
+#ifndef FRAME_OWN_FILE_H
+#define FRAME_OWN_FILE_H
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+// Why an opened object of `st` is not to be used as a file of `type`
+// (S_IFDIR or S_IFREG), or null when it may be.
+const char *untrustedBecause(const struct stat &st, mode_t type);
+
+// Opens `name` relative to `dirfd` (or AT_FDCWD) with `flags`, never through
+// a link and never waiting on a FIFO, and keeps it only when what was opened
+// passes `untrustedBecause`; O_CREAT makes a missing file with mode 0640.
+// The checks read the descriptor, not the name, so a name swapped after the
+// open changes nothing. -1 when nothing is usable; `*refused` then tells a
+// name that exists but is not ours (said once on standard error and syslog,
+// as `shown`) from a missing one or a file system that gave no file;
+// `refused` may be null.
+int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused);
+
+// Says once per process, on standard error and in syslog, why the program
+// does not use `path`: a refusal that is never said looks like a program
+// that forgot its log or its sessions.
+void sayNotUsing(const char *path, const char *why);
+
+#endif

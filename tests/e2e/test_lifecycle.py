@@ -90,7 +90,9 @@ def plant():
         os.rename(folder, "/tmp/session")  # all at once, in place of nothing or an empty folder
         planted += 1
     except OSError:
-        pass
+        if os.path.isdir(folder):
+            os.remove(folder + "/hers")
+            os.rmdir(folder)
     for name, text in (("/tmp/k9100.log", b""), ("/tmp/k9100.log.old", b""), ("/tmp/devmgr_log_level", b"7")):
         try:
             fd = os.open(name, os.O_RDWR | os.O_CREAT | os.O_EXCL, 0o666)

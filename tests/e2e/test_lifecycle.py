@@ -414,7 +414,9 @@ class Raced(unittest.TestCase):
             token = system.session()
             old_sim = subprocess.Popen(["chroot", system.root, "/usr/bin/open-sim", "serve", "--socket",
                                         "/tmp/open-sim.sock"], stderr=subprocess.DEVNULL)
+            deadline = time.time() + 10
             while not os.path.exists(system.root + "/tmp/open-sim.sock"):
+                self.assertLess(time.time(), deadline, "open-sim 1.0.0 did not start")
                 time.sleep(0.02)
             out = self.race(system, NEW)
             self.assertIn("ended open-sim %d, which still ran the replaced version" % old_sim.pid, out)
@@ -457,8 +459,8 @@ class Boot(unittest.TestCase):
 def readme_blocks():
     """The command blocks of README.Debian's walk from install to a served request, as the package installs it:
     each a run of lines indented by five spaces."""
-    tar = subprocess.run(["dpkg-deb", "--fsys-tarfile", debs(FOLDER)[0 if "/%s_" % PROGRAM in debs(FOLDER)[0] else 1]],
-                         capture_output=True, check=True).stdout
+    deb = [d for d in debs(FOLDER) if os.path.basename(d).startswith(PROGRAM + "_")][0]
+    tar = subprocess.run(["dpkg-deb", "--fsys-tarfile", deb], capture_output=True, check=True).stdout
     with tarfile.open(fileobj=io.BytesIO(tar)) as t:
         text = gzip.decompress(t.extractfile("./usr/share/doc/%s/README.Debian.gz" % PROGRAM).read()).decode()
     walk = text.split("From install to a served request")[1].split("\n-----")[1]

@@ -144,6 +144,11 @@ TEST(Logging, OnlyFilesOfTheProgramsOwnUserAreUsed) {
       if (levelFile) {
         EXPECT_TRUE(has(log.text(), "error"));
         EXPECT_FALSE(has(log.text(), "debug"));
+        struct stat made = {};
+        mode_t mask = umask(0);
+        umask(mask);
+        ASSERT_EQ(stat(log.log.c_str(), &made), 0);  // the log this process made: its user and group read it
+        EXPECT_EQ(made.st_mode & 07777, 0640 & ~mask);
       }
     }
   }

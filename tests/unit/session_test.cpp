@@ -6,6 +6,7 @@
 #include <iterator>
 #include <thread>
 
+#include "frame/own_file.h"
 #include "frame/route_table.h"
 #include "frame/session.h"
 #include "test_support.h"
@@ -45,6 +46,29 @@ TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
     char out[64];
     escapeControls(c.text, out, c.size);
     EXPECT_STREQ(out, c.shown) << c.text;
+  }
+}
+
+// Who may own what the program uses, seen as a program that does not run
+// as root: its own user and root may, nobody else; and nobody else may write.
+TEST(OwnFiles, OwnerAndWriteBitsDecide) {
+  bool switched = geteuid() == 0 && seteuid(65534) == 0;
+  uid_t self = geteuid();
+  struct Case { uid_t owner; mode_t mode; const char *why; } cases[] = {
+      {self, S_IFREG | 0600, nullptr},   {0, S_IFREG | 0644, nullptr},
+      {self, S_IFDIR | 0755, "it is not a regular file"}, {self, S_IFLNK | 0777, "it is a symbolic link"},
+      {self + 1, S_IFREG | 0600, "another user owns it"}, {self, S_IFREG | 0620, "group or others may write it"},
+      {0, S_IFREG | 0602, "group or others may write it"},
+  };
+  for (const Case &c : cases) {
+    struct stat st = {};
+    st.st_uid = c.owner;
+    st.st_mode = c.mode;
+    const char *why = untrustedBecause(st, S_IFREG);
+    EXPECT_STREQ(why, c.why) << c.owner << " " << std::oct << c.mode;
+  }
+  if (switched) {
+    ASSERT_EQ(seteuid(0), 0);
   }
 }
 
@@ -123,13 +147,17 @@ TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
 // place. Only a folder and a regular file of the program's own user (or
 // root) that neither group nor others may write are used.
 enum class Made { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
+// Makes `path` as `made` says: a folder (`folder`) or file with `mode`, of
+// ours (Own, Mode) or of nobody; a link to `target`; a FIFO; a folder or a
+// file regardless of `folder`; or nothing.
 static void make(const std::string &path, Made made, mode_t mode, bool folder, const std::string &target) {
+  bool asFolder = made <= Made::OtherOwner ? folder : made == Made::Folder;
   int failed = 0;
+  if (made == Made::Missing) return;
   if (made == Made::Link) failed = symlink(target.c_str(), path.c_str());
-  if (made == Made::Fifo) failed = mkfifo(path.c_str(), 0600);
-  if (made == Made::File || (made != Made::Folder && !folder && made <= Made::OtherOwner))
-    writeText(path, "admin\n0\n");
-  if (made == Made::Folder || (folder && made <= Made::OtherOwner)) failed = mkdir(path.c_str(), 0700);
+  else if (made == Made::Fifo) failed = mkfifo(path.c_str(), 0600);
+  else if (asFolder) failed = mkdir(path.c_str(), 0700);
+  else writeText(path, "admin\n0\n");
   if (made <= Made::OtherOwner) failed |= chmod(path.c_str(), mode);
   if (made == Made::OtherOwner) failed |= chown(path.c_str(), 65534, 65534);  // nobody
   ASSERT_EQ(failed, 0) << path;

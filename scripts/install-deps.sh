@@ -13,7 +13,7 @@
 #   install-deps.sh browser  also Chromium, for the explorer's browser test; a machine that cannot
 #                            install it only warns
 # Every mode also installs the npm packages of package-lock.json (the API explorer, the OpenAPI
-# validator, the browser driver) into node_modules.
+# validator, the browser driver) into node_modules, where npm is installed (e2e brings it).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 profile=pkg.interfaces-v2
@@ -87,4 +87,5 @@ for build in "${builds[@]}"; do
     echo "chromium could not be installed: the explorer's browser test will be skipped" >&2
   fi
 done
-npm_packages
+# npm comes with the end-to-end suites' packages; a build alone needs no node_modules.
+if command -v npm >/dev/null; then npm_packages; fi

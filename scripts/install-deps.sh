@@ -6,7 +6,7 @@
 #   install-deps.sh e2e      also the end-to-end suites and the package checks: the web server, clients,
 #                            lintian, systemd-tmpfiles, ip (make test)
 #   install-deps.sh package  also the arm64 cross build of the packages (make package)
-#   install-deps.sh arm64    the aarch64 cross build with its tests, run under qemu (make test-arm64)
+#   install-deps.sh arm64    also the aarch64 cross build with its tests, run under qemu (make test-arm64)
 #   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the aarch64 cross build
 #   install-deps.sh fuzz     also clang and its libFuzzer runtime
 #   install-deps.sh piuparts piuparts, for `make piuparts`
@@ -23,8 +23,8 @@ case "${1:-}" in
   "") builds=("- -") ;;
   e2e) builds=("- $profile.e2e") ;;
   package) builds=("- nocheck" "arm64 cross,nocheck") ;;
-  arm64) builds=("arm64 cross,$profile.arm64") ;;
-  bench) builds=("- $profile.bench" "arm64 cross,nocheck") ;;
+  arm64) builds=("- $profile.e2e" "arm64 cross,$profile.arm64") ;;
+  bench) builds=("- $profile.e2e,$profile.bench" "arm64 cross,nocheck") ;;
   fuzz) builds=("- $profile.fuzz") ;;
   browser) builds=("- $profile.browser") ;;
   piuparts) builds=("- $profile.piuparts") ;;

@@ -6,7 +6,8 @@
 # make bench  every benchmark side by side; writes bench/RESULTS.md
 # make soak  build, then load through lighttpd, as CGI and as FastCGI; writes its figures into tests/RELIABILITY.md
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
-# make package  the Debian packages for x86-64 and the switch's arm64, into dist/
+# make package  the Debian packages for x86-64 and the switch's arm64, and the source package, into dist/
+# make piuparts  the x86-64 packages installed and purged in a fresh Debian chroot
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
@@ -21,7 +22,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release package test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
+.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
 
 all: build
 
@@ -34,33 +35,61 @@ configure: deps
 build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
-# The packages are tested too: installed, and serving through lighttpd.
-test: build package
+# The packages are tested too: installed, and serving through lighttpd. The arm64 ones are built after
+# every suite has run, and then checked as the native ones were.
+test: build package-native
+	@scripts/install-deps.sh e2e
 	@scripts/install-deps.sh browser
 	@cd $(BUILD) && ctest --output-on-failure
 	@$(MAKE) test-sanitize
+	@$(MAKE) package-arm64
 
 # The optimised build a switch image takes, warnings as errors; CI compiles it too.
 build-release: deps
 	@cmake -S . -B $(RELEASE_BUILD) -DCMAKE_BUILD_TYPE=Release $(WERROR) >/dev/null
 	@cmake --build $(RELEASE_BUILD) -j $(JOBS)
 
-# The program's package and the simulated switch's, from Release builds for
-# this machine and the switch's arm64 CPU; cpack computes their Depends.
-PACKAGE_BUILD ?= build-package
-PACKAGE_BUILD_ARM64 ?= build-package-arm64
+# The Debian packages (debian/), built by dpkg-buildpackage in a copy of this tree, since it writes beside
+# the tree: the source package and the binary ones for this machine, then the binary ones for the switch's
+# arm64 CPU as a cross build. The suites of make test are their checks (nocheck), and no debug symbol
+# packages are made.
 PACKAGE_DIR ?= dist
-PACKAGE_FLAGS = -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DIF_BUILD_TESTS=OFF $(WERROR)
+PACKAGE_WORK ?= build-deb
+PACKAGE_VERSION = $(shell dpkg-parsechangelog -S Version)
+PACKAGE_TREE = $(PACKAGE_WORK)/interfaces-v2-$(PACKAGE_VERSION)
+PACKAGE_BUILD = DEB_BUILD_OPTIONS="nocheck noddebs parallel=$(JOBS)" dpkg-buildpackage -us -uc
+NATIVE_ARCH = $(shell dpkg --print-architecture)
 
-package:
+package: package-native package-arm64
+
+package-native:
 	@scripts/install-deps.sh package
-	@cmake -S . -B $(PACKAGE_BUILD) $(PACKAGE_FLAGS) >/dev/null
-	@cmake -S . -B $(PACKAGE_BUILD_ARM64) $(PACKAGE_FLAGS) \
-	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake >/dev/null
 	@rm -rf $(PACKAGE_DIR) && mkdir -p $(PACKAGE_DIR)
-	@for b in $(PACKAGE_BUILD) $(PACKAGE_BUILD_ARM64); do \
-	  cmake --build $$b -j $(JOBS) && rm -f $$b/*.deb && (cd $$b && cpack >/dev/null) && cp $$b/*.deb $(PACKAGE_DIR)/ || exit 1; done
+	@$(MAKE) package-tree
+	@cd $(PACKAGE_TREE) && $(PACKAGE_BUILD) -Pnocheck > ../native.log 2>&1 || { tail -40 ../native.log; exit 1; }
+	@cp $(PACKAGE_WORK)/*.dsc $(PACKAGE_WORK)/*.tar.xz $(PACKAGE_WORK)/*_$(NATIVE_ARCH).deb $(PACKAGE_DIR)/
 	@ls $(PACKAGE_DIR)
+
+package-arm64:
+	@scripts/install-deps.sh package
+	@$(MAKE) package-tree
+	@cd $(PACKAGE_TREE) && $(PACKAGE_BUILD) -b -aarm64 -Pcross,nocheck > ../arm64.log 2>&1 || { tail -40 ../arm64.log; exit 1; }
+	@mkdir -p $(PACKAGE_DIR) && cp $(PACKAGE_WORK)/*_arm64.deb $(PACKAGE_DIR)/
+	@cd tests/e2e && IF_PACKAGE_DIR=$(abspath $(PACKAGE_DIR)) IF_PACKAGE_ARCH=arm64 python3 test_package.py
+
+# The native packages installed and purged in a fresh Debian chroot by piuparts, from the mirror apt uses
+# here: some minutes and a download, so not part of make test.
+PIUPARTS_MIRROR ?= $(shell sed -n 's/^URIs: *//p' /etc/apt/sources.list.d/debian.sources 2>/dev/null | head -1)
+piuparts: package-native
+	@scripts/install-deps.sh piuparts
+	@piuparts -d $(shell . /etc/os-release && echo $$VERSION_CODENAME) $(if $(PIUPARTS_MIRROR),-m $(PIUPARTS_MIRROR)) \
+	  --warn-on-others $(wildcard $(PACKAGE_DIR)/*_$(NATIVE_ARCH).deb)
+
+# What git tracks and would track, as it stands in the work tree.
+package-tree:
+	@rm -rf $(PACKAGE_TREE) && mkdir -p $(PACKAGE_TREE)
+	@git ls-files -z -co --exclude-standard | xargs -0 sh -c 'for f; do [ -e "$$f" ] && printf "%s\\0" "$$f"; done' _ | \
+	  tar -cf - --null -T - | tar -xf - -C $(PACKAGE_TREE)
 
 # Every suite again, with everything built under ASan and UBSan.
 test-sanitize: deps
@@ -78,11 +107,13 @@ fuzz:
 
 # exec: the script watches make itself, which passes no signal on to it.
 run: build
+	@scripts/install-deps.sh e2e
 	@FASTCGI=$(FASTCGI) SCENARIO=$(SCENARIO) exec scripts/run-dev.sh $(BUILD)
 
 # Load through a private lighttpd and open-sim on the loopback: CGI for SOAK_SECONDS (60), then
 # FastCGI responders for SOAK_REQUESTS (100,000).
 soak: build
+	@scripts/install-deps.sh e2e
 	@scripts/prepare-switch-dirs.sh
 	@IF_BUILD_DIR=$(abspath $(BUILD)) python3 tests/e2e/soak.py
 
@@ -119,5 +150,5 @@ bench:
 	@python3 bench/run_bench.py --build $(BUILD) --arm-build $(BUILD_ARM64)
 
 clean:
-	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD) $(RELEASE_BUILD) $(PACKAGE_BUILD) \
-	  $(PACKAGE_BUILD_ARM64) $(PACKAGE_DIR)
+	rm -rf $(BUILD) $(BUILD_ARM64) $(SANITIZE_BUILD) $(FUZZ_BUILD) $(RELEASE_BUILD) $(PACKAGE_WORK) \
+	  $(PACKAGE_DIR)

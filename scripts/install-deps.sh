@@ -1,42 +1,35 @@
 #!/usr/bin/env bash
-# Installs what building, testing and serving need, from Debian's packages,
-# when it is not there yet.
-#   install-deps.sh          for this machine
-#   install-deps.sh arm64    also the aarch64 cross build: cross compiler, qemu
-#                            user emulation and the arm64 libraries, runtime included
-#   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the
-#                            aarch64 cross compiler for the binary sizes
-#   install-deps.sh browser  also Chromium, for the explorer's browser test;
-#                            a machine that cannot install it only warns
-#   install-deps.sh package  also the Debian packages: what arm64 installs, and
-#                            dpkg-shlibdeps, lintian and file to build and check them;
-#                            systemd (tmpfiles, systemd-analyze), adduser and ip for
-#                            the lifecycle suite, which installs them on an overlay
-# Every mode also installs the npm packages of package-lock.json (the API
-# explorer, the OpenAPI validator, the browser driver) into node_modules.
+# Installs what building, testing and serving need, from Debian's packages, when it is not there yet. The
+# list is the Build-Depends of debian/control, read under the build profiles of each mode; apt-get runs
+# only when dpkg-checkbuilddeps finds something missing.
+#   install-deps.sh          building, and the unit tests (make build)
+#   install-deps.sh e2e      also the end-to-end suites and the package checks: the web server, clients,
+#                            lintian, systemd-tmpfiles, ip (make test)
+#   install-deps.sh package  also the arm64 cross build of the packages (make package)
+#   install-deps.sh arm64    also the aarch64 cross build with its tests, run under qemu (make test-arm64)
+#   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the aarch64 cross build
+#   install-deps.sh fuzz     also clang and its libFuzzer runtime
+#   install-deps.sh piuparts piuparts, for `make piuparts`
+#   install-deps.sh browser  also Chromium, for the explorer's browser test; a machine that cannot
+#                            install it only warns
+# Every mode also installs the npm packages of package-lock.json (the API explorer, the OpenAPI
+# validator, the browser driver) into node_modules, where npm is installed (e2e brings it).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+profile=pkg.interfaces-v2
 
-packages=(g++ cmake make python3 libcjson-dev libgtest-dev libfcgi-dev lighttpd curl)
-# A machine may bring its own Node.js, with npm inside it.
-command -v node >/dev/null || packages+=(nodejs)
-command -v npm >/dev/null || packages+=(npm)
-case "${1:-}" in arm64|bench|package) cross=1 ;; *) cross=0 ;; esac
-if [ $cross = 1 ]; then
-  packages+=(g++-aarch64-linux-gnu gcc-aarch64-linux-gnu binutils-aarch64-linux-gnu qemu-user
-             libcjson-dev:arm64 libgtest-dev:arm64 libfcgi-dev:arm64 libstdc++6:arm64)
-fi
-if [ "${1:-}" = bench ]; then
-  packages+=(wrk libbenchmark-dev)
-fi
-# "fuzz": what `make fuzz` needs besides, clang and its libFuzzer runtime.
-[ "${1:-}" = "fuzz" ] && packages+=(clang-14 libclang-rt-14-dev)
-[ "${1:-}" = "package" ] && packages+=(dpkg-dev lintian file systemd adduser iproute2)
-
-# Once a second architecture is installed, a bare name of a package present in
-# both is ambiguous to dpkg; the native qualifier settles it.
-native=$(dpkg --print-architecture)
-installed() { dpkg -s "$1" >/dev/null 2>&1 || dpkg -s "$1:$native" >/dev/null 2>&1; }
+# Each mode: the builds it needs, as "host-architecture build-profiles" ("-": none).
+case "${1:-}" in
+  "") builds=("- -") ;;
+  e2e) builds=("- $profile.e2e") ;;
+  package) builds=("- nocheck" "arm64 cross,nocheck") ;;
+  arm64) builds=("- $profile.e2e" "arm64 cross,$profile.arm64") ;;
+  bench) builds=("- $profile.e2e,$profile.bench" "arm64 cross,nocheck") ;;
+  fuzz) builds=("- $profile.fuzz") ;;
+  browser) builds=("- $profile.browser") ;;
+  piuparts) builds=("- $profile.piuparts") ;;
+  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts]" >&2; exit 2 ;;
+esac
 
 # The lock file's packages, again only when the lock file changed.
 npm_packages() {
@@ -54,34 +47,45 @@ as_root() {
     sudo="sudo"
   fi
 }
-
-browser() {
-  command -v chromium >/dev/null && return 0
-  echo "installing: chromium"
-  as_root chromium || return 0
-  export DEBIAN_FRONTEND=noninteractive
-  { $sudo apt-get update -q && $sudo apt-get install -y -q --no-install-recommends chromium; } ||
-    echo "chromium could not be installed: the explorer's browser test will be skipped" >&2
+export DEBIAN_FRONTEND=noninteractive
+updated=""
+apt_update() {
+  [ -n "$updated" ] || $sudo apt-get update -q
+  updated=yes
 }
 
-missing=()
-for p in "${packages[@]}"; do
-  installed "$p" || missing+=("$p")
-done
-if [ ${#missing[@]} -eq 0 ]; then
-  npm_packages
-  [ "${1:-}" = browser ] && browser
-  exit 0
+# dpkg-checkbuilddeps arguments of a build.
+check_args() {
+  local arch=$1 profiles=$2 args=()
+  [ "$arch" = - ] || args+=(-a "$arch")
+  [ "$profiles" = - ] || args+=(-P "$profiles")
+  echo "${args[@]}"
+}
+
+if ! command -v dpkg-checkbuilddeps >/dev/null; then
+  echo "installing: dpkg-dev"
+  as_root dpkg-dev
+  apt_update
+  $sudo apt-get install -y -q --no-install-recommends dpkg-dev
 fi
 
-echo "installing: ${missing[*]}"
-as_root "${missing[@]}" || exit 1
-if [ $cross = 1 ] && ! dpkg --print-foreign-architectures | grep -qx arm64; then
-  $sudo dpkg --add-architecture arm64
-fi
-export DEBIAN_FRONTEND=noninteractive
-$sudo apt-get update -q
-$sudo apt-get install -y -q --no-install-recommends "${missing[@]}"
-npm_packages
-[ "${1:-}" = browser ] && browser
-exit 0
+for build in "${builds[@]}"; do
+  read -r arch profiles <<< "$build"
+  # shellcheck disable=SC2046
+  missing=$(cd "$root" && dpkg-checkbuilddeps $(check_args "$arch" "$profiles") 2>&1) && continue
+  echo "installing: ${missing#*: }"
+  if ! as_root "$missing" || ! {
+      if [ "$arch" != - ] && ! dpkg --print-foreign-architectures | grep -qx "$arch"; then
+        $sudo dpkg --add-architecture "$arch"
+        updated=""
+      fi
+      apt_update
+      # shellcheck disable=SC2046
+      $sudo apt-get build-dep -y -q --no-install-recommends $(check_args "$arch" "$profiles") "$root"
+    }; then
+    [ "${1:-}" = browser ] || exit 1
+    echo "chromium could not be installed: the explorer's browser test will be skipped" >&2
+  fi
+done
+# npm comes with the end-to-end suites' packages; a build alone needs no node_modules.
+if command -v npm >/dev/null; then npm_packages; fi

@@ -1,17 +1,24 @@
 """The packages on a throw-away system: this machine's / under an overlay that only this suite sees, with its
-own /run, /tmp and network. dpkg installs both packages, upgrades them from the version before they had
-maintainer scripts, removes and purges them in every order. After every step lighttpd's configuration passes
-`lighttpd -tt`, lighttpd restarts and answers: with the program's JSON through open-sim, running as its own
-user, where the program is installed and a snippet enabled. Then a local user's attacks on the installed
-system, each of which must fail."""
+own /run, /tmp, /mnt and network. dpkg installs both packages, upgrades them from the version before they had
+maintainer scripts, removes and purges them in every order, also where invoke-rc.d may not restart lighttpd.
+After every step lighttpd restarts and answers: with the
+program's JSON through open-sim, running as its own user, where the program is installed and a snippet enabled.
+Then a local user's attacks: on the installed system; racing the install and an upgrade, re-creating the
+program's names in /tmp as fast as she can; and planting them in the emptied /tmp before the boot steps. Each
+must fail."""
 
 import glob
+import gzip
+import io
 import json
 import os
+import re
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
+import tarfile
 import tempfile
 import time
 import unittest
@@ -22,13 +29,18 @@ import harness
 from harness import main
 
 FOLDER = os.environ.get("IF_PACKAGE_DIR", "")
-OLD_VERSION = "1.0.0"  # the packages before they had maintainer scripts, a unit or a tmpfiles.d entry
+OLD_VERSION = "1.0.0"  # the packages before they had maintainer scripts, units, tmpfiles.d or sysusers.d entries
+LINK_STATE = "/api/v2/interfaces/if/link-state?ifNum=3"
 SERVED = harness.read_reply(0, "if", {"linkState": "up"})[len(harness.JSON_HEADER):]
 PROGRAM, SIM = "interfaces-v2", "interfaces-v2-sim"
 OLD, NEW = "dpkg -i /debs/old/*.deb", "dpkg -i /debs/new/*.deb"
+# invoke-rc.d may not act: a container's policy, or no runlevel to be found (a chroot).
+DENY = "printf '#!/bin/sh\\nexit 101\\n' > /usr/sbin/policy-rc.d && chmod 755 /usr/sbin/policy-rc.d"
+NO_RUNLEVEL = "rm /usr/sbin/policy-rc.d && printf '#!/bin/sh\\necho unknown\\n' > /sbin/runlevel"
+NOT_RESTARTED = "lighttpd could not be restarted here"
 # Each step, then whether lighttpd serves the program's JSON after it (False: it only has to answer; None: it
-# is not installed). Before the upgrade no user runs open-sim, but the FastCGI responders run, and must not
-# outlive their binary.
+# is not installed), and what the step must say once, if anything. Before the upgrade no user runs open-sim,
+# but the FastCGI responders run, and must not outlive their binary.
 SCENARIOS = {
     "program first": [(OLD, False), ("lighty-enable-mod interfaces-v2-fastcgi", False),
                       ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, False), ("dpkg -i /debs/new/%s_*.deb" % SIM, True),
@@ -44,13 +56,60 @@ SCENARIOS = {
                                  ("dpkg -r %s %s" % (PROGRAM, SIM), False),
                                  ("/etc/init.d/lighttpd stop && " + NEW, True),
                                  ("dpkg -P %s %s" % (SIM, PROGRAM), False)],
+    "restart refused": [(NEW, False), ("lighty-enable-mod interfaces-v2-fastcgi", True), (DENY, True),
+                        ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, True, NOT_RESTARTED),
+                        (NO_RUNLEVEL + " && dpkg -r " + PROGRAM, False, NOT_RESTARTED),
+                        ("dpkg -P %s %s" % (PROGRAM, SIM), False)],
     "without lighttpd": [("dpkg -P lighttpd", None), (NEW, None), ("dpkg -r %s %s" % (PROGRAM, SIM), None),
                          (NEW, None), ("dpkg -P %s %s" % (PROGRAM, SIM), None)],
 }
 # As the documentation tells an administrator without systemd.
 START_SIM = ("install -d -o open-sim -g open-sim -m 0750 /run/open-sim; exec setpriv --reuid=open-sim "
-             "--regid=open-sim --groups=www-data -- /usr/bin/open-sim serve --socket /run/open-sim/open-sim.sock")
+             "--regid=open-sim --init-groups -- /usr/bin/open-sim serve --socket /run/open-sim/open-sim.sock")
 AS_NOBODY = "setpriv --reuid=nobody --regid=nogroup --clear-groups -- "
+# The local user who races the install and the boot: one with a login, unlike nobody.
+USER = "mallory"
+AS_USER = "setpriv --reuid=%s --regid=%s --clear-groups -- " % (USER, USER)
+# The names the packages make in /tmp, and what she puts there in their place: a folder holding an
+# administrator session of hers, writable by everyone; a log and level files she holds open (level 7: tokens).
+NAMES = ["/tmp/session", "/tmp/k9100.log", "/tmp/k9100.log.old", "/tmp/devmgr_log_level"]
+PLANT = r"""
+import json, os, sys, time
+os.umask(0)
+held, tries, planted = [], 0, 0
+
+def plant():
+    global tries, planted
+    tries += 1
+    folder = "/tmp/.%s-%d" % (os.getuid(), tries)
+    try:
+        os.mkdir(folder, 0o777)
+        with open(folder + "/hers", "w") as f:
+            f.write("admin\n0\n")
+        os.chmod(folder + "/hers", 0o666)
+        os.rename(folder, "/tmp/session")  # all at once, in place of nothing or an empty folder
+        planted += 1
+    except OSError:
+        if os.path.isdir(folder):
+            os.remove(folder + "/hers")
+            os.rmdir(folder)
+    for name, text in (("/tmp/k9100.log", b""), ("/tmp/k9100.log.old", b""), ("/tmp/devmgr_log_level", b"7")):
+        try:
+            fd = os.open(name, os.O_RDWR | os.O_CREAT | os.O_EXCL, 0o666)
+            os.write(fd, text)
+            held.append(fd)
+            planted += 1
+        except OSError:
+            pass
+
+plant()
+print("planted", flush=True)
+if sys.argv[1:] == ["race"]:
+    while not os.path.exists("/run/stop-racing") and tries < 10 ** 6:
+        plant()
+# Whose are the files she holds open now: hers, unless one was adopted.
+print(json.dumps({"planted": planted, "owners": sorted({os.fstat(fd).st_uid for fd in held})}))
+"""
 
 
 def debs(folder):
@@ -69,8 +128,9 @@ def packages(with_old):
     for deb in debs(FOLDER) if with_old else []:
         tree = tempfile.mkdtemp(prefix="old-")
         subprocess.run(["dpkg-deb", "-R", deb, tree], check=True)
-        for path in ["DEBIAN/postinst", "DEBIAN/prerm", "DEBIAN/postrm", "lib", "usr/lib/tmpfiles.d",
-                     "usr/share/man/man8"] + glob.glob(tree + "/usr/share/doc/*/README.Debian"):
+        for path in ["DEBIAN/preinst", "DEBIAN/postinst", "DEBIAN/prerm", "DEBIAN/postrm", "lib", "etc/init.d",
+                     "usr/lib/tmpfiles.d", "usr/lib/sysusers.d", "usr/libexec", "usr/share/man/man8"] + \
+                glob.glob(tree + "/usr/share/doc/*/README.Debian*"):
             path = os.path.join(tree, path)
             if os.path.isdir(path):
                 shutil.rmtree(path)
@@ -81,6 +141,12 @@ def packages(with_old):
             text = "".join("Version: %s\n" % OLD_VERSION if line.startswith("Version:") else line for line in f)
         with open(control, "w") as f:
             f.write(text)
+        conffiles = os.path.join(tree, "DEBIAN", "conffiles")
+        if os.path.exists(conffiles):
+            with open(conffiles) as f:
+                kept = [line for line in f if os.path.exists(tree + line.strip())]
+            with open(conffiles, "w") as f:
+                f.write("".join(kept))
         subprocess.run(["dpkg-deb", "--root-owner-group", "-b", tree, os.path.join(folder, "old")], check=True,
                        capture_output=True)
         shutil.rmtree(tree)
@@ -100,7 +166,7 @@ class System:
         for mount in (["-t", "overlay", "overlay", "-o", "lowerdir=/,upperdir={0}/upper,workdir={0}/work".format(
                 self.base), r], ["-t", "proc", "proc", r + "/proc"], ["--rbind", "/dev", r + "/dev"],
                 ["-t", "tmpfs", "tmpfs", r + "/run"], ["-t", "tmpfs", "-o", "mode=1777", "tmpfs", r + "/tmp"],
-                ["-t", "tmpfs", "tmpfs", r + "/mnt"]):
+                ["-t", "tmpfs", "-o", "mode=755", "tmpfs", r + "/mnt"]):
             subprocess.run(["mount"] + mount, check=True)
         for path in ("usr/sbin/policy-rc.d", "var/lib/man-db/auto-update", "sbin/runlevel"):
             if os.path.lexists(os.path.join(r, path)):
@@ -109,7 +175,10 @@ class System:
             f.write("#!/bin/sh\necho N 2\n")
         os.chmod(os.path.join(r, "sbin/runlevel"), 0o755)
         shutil.copytree(packages, os.path.join(r, "debs"))
-        self.sh("/etc/init.d/lighttpd start")
+        # A throw-away system needs no fsync after every file dpkg writes.
+        with open(os.path.join(r, "etc/dpkg/dpkg.cfg.d/unsafe-io"), "w") as f:
+            f.write("force-unsafe-io\n")
+        self.sh("useradd --no-create-home %s && /etc/init.d/lighttpd start" % USER)
 
     def sh(self, script, check=True):
         r = subprocess.run(["chroot", self.root, "sh", "-ec", script], capture_output=True, text=True)
@@ -148,6 +217,28 @@ class System:
         except urllib.error.HTTPError as e:
             return e.code, e.read()
 
+    def empty_tmp(self):
+        """/tmp as after a reboot."""
+        subprocess.run(["umount", self.root + "/tmp"], check=True)
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=1777", "tmpfs", self.root + "/tmp"], check=True)
+
+    def plant(self, race=False):
+        """The user's names in /tmp; racing, she goes on re-planting them until stop_planting()."""
+        self.planter = subprocess.Popen(["chroot", self.root] + AS_USER.split() + [
+            "python3", "-c", PLANT] + (["race"] if race else []), stdout=subprocess.PIPE, text=True)
+        assert self.planter.stdout.readline() == "planted\n"
+
+    def stop_planting(self):
+        with open(self.root + "/run/stop-racing", "w"):
+            pass
+        out = self.planter.stdout.read()  # through the reader that may hold it already, after "planted"
+        self.planter.wait(timeout=30)
+        os.remove(self.root + "/run/stop-racing")
+        return json.loads(out)
+
+    def owners(self, paths):
+        return {p: self.sh("stat -c %U " + p).stdout.strip() for p in paths}
+
     def responders_of_deleted_binaries(self):
         exes = [os.readlink(p) for p in glob.glob("/proc/[0-9]*/exe") if os.path.exists(p)]
         return [e for e in exes if e.endswith("interfaces_v2.cgi (deleted)")]
@@ -175,9 +266,11 @@ class Lifecycle(unittest.TestCase):
             with self.subTest(scenario=name):
                 system = System(self.packages)
                 try:
-                    for step, serves in steps:
-                        system.sh(step)
+                    for step, serves, *said in steps:
+                        r = system.sh(step)
                         self.assertEqual(system.responders_of_deleted_binaries(), [], step)
+                        for text in said:
+                            self.assertEqual((r.stdout + r.stderr).count(text), 1, (step, r.stdout + r.stderr))
                         self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
                                                                       None: None}[serves], (name, step))
                     # what the packages made outside their files, gone with the last purge (the user stays)
@@ -188,11 +281,11 @@ class Lifecycle(unittest.TestCase):
                     system.close()
 
     def after(self, system, serves):
-        """The configuration test, a restart, then the program's reply through open-sim where it serves, else
+        """A restart, then the program's reply through open-sim where it serves, else
         whether lighttpd answers at all."""
         if serves is None:
             return None
-        system.sh("lighttpd -tt -f /etc/lighttpd/lighttpd.conf && /etc/init.d/lighttpd restart")
+        system.sh("/etc/init.d/lighttpd restart")  # which checks the configuration with lighttpd -tt first
         if serves:
             system.start_sim()
             return system.get("/api/v2/interfaces/if/link-state?ifNum=3", system.session())
@@ -246,8 +339,22 @@ class Installed(unittest.TestCase):
         self.assertEqual(os.listdir(self.system.root + "/mnt/application/quill/tmp"), [])
 
     def test_the_service_passes_systemd_analyze(self):
-        r = self.system.sh("systemd-analyze verify /lib/systemd/system/open-sim.service 2>&1")
+        r = self.system.sh("systemd-analyze verify /lib/systemd/system/open-sim.service "
+                           "/lib/systemd/system/interfaces-v2.service 2>&1")
         self.assertEqual(r.stdout, "")
+
+    def test_open_sim_cannot_read_the_log(self):
+        """open-sim shares the CLI work folder's group with the program, and no group that opens the log."""
+        r = self.system.sh("setpriv --reuid=open-sim --regid=open-sim --init-groups -- cat /tmp/k9100.log", check=False)
+        self.assertEqual((r.returncode, r.stderr), (1, "cat: /tmp/k9100.log: Permission denied\n"))
+
+    def test_a_cli_work_folder_not_the_programs_stops_the_step(self):
+        """Under /mnt only root could have made it: stake-paths names it and its owner, and changes nothing."""
+        r = self.system.sh("chown nobody /mnt/application/quill/tmp && { /usr/libexec/interfaces-v2/stake-paths || "
+                           "echo $?; }; stat -c %U /mnt/application/quill/tmp; chown www-data /mnt/application/quill/tmp")
+        self.assertEqual((r.stdout, r.stderr), ("255\nnobody\n", "interfaces-v2: not using /mnt/application/quill/tmp: "
+                         "/mnt/application/quill/tmp belongs to nobody, not www-data, or others may write it; move it "
+                         "away, then run /usr/libexec/interfaces-v2/stake-paths as root\n"))
 
     def test_a_planted_session_opens_nothing(self):
         self.assertEqual(self.system.get("/api/v2/interfaces/if/link-state?ifNum=3", "planted"), (403, b""))
@@ -261,6 +368,140 @@ class Installed(unittest.TestCase):
         self.system.get("/api/v2/interfaces/if/link-state?ifNum=3", self.system.session())
         with open(self.system.root + "/tmp/www-data-file") as f:
             self.assertEqual(f.read(), "kept")
+
+
+class Raced(unittest.TestCase):
+    """A local user re-creates the program's names in /tmp in a tight loop while dpkg installs the packages, or
+    upgrades them from 1.0.0. She must win nothing: the names end as www-data's, her session opens nothing, and
+    no file she holds open is given to www-data. An upgrade keeps the sessions and the log it found, and ends an
+    open-sim that still runs the replaced binary, started by hand on 1.0.0's socket."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.packages = packages(with_old=True)
+
+    @classmethod
+    def tearDownClass(cls):
+        shutil.rmtree(cls.packages)
+
+    def race(self, system, step):
+        system.plant(race=True)
+        try:
+            out = system.sh(step).stderr
+        finally:
+            held = system.stop_planting()
+        system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
+        system.start_sim()
+        self.assertGreater(held["planted"], 0)
+        self.assertEqual((system.owners(NAMES), held["owners"], system.get(LINK_STATE, "hers"),
+                          system.get(LINK_STATE, system.session())),
+                         ({n: "www-data" for n in NAMES}, [int(system.sh("id -u " + USER).stdout)],
+                          (403, b""), (200, SERVED)))
+        return out
+
+    def test_install(self):
+        system = System(self.packages)
+        try:
+            self.race(system, NEW)
+        finally:
+            system.close()
+
+    def test_upgrade_from_1_0_0(self):
+        system = System(self.packages)
+        try:
+            system.sh(OLD + " && install -d -o www-data -g www-data -m 0700 /tmp/session && "
+                      "printf 'kept\\n' | install -o www-data -g www-data -m 0640 /dev/stdin /tmp/k9100.log")
+            token = system.session()
+            old_sim = subprocess.Popen(["chroot", system.root, "/usr/bin/open-sim", "serve", "--socket",
+                                        "/tmp/open-sim.sock"], stderr=subprocess.DEVNULL)
+            deadline = time.time() + 10
+            while not os.path.exists(system.root + "/tmp/open-sim.sock"):
+                self.assertLess(time.time(), deadline, "open-sim 1.0.0 did not start")
+                time.sleep(0.02)
+            out = self.race(system, NEW)
+            self.assertIn("ended open-sim %d, which still ran the replaced version" % old_sim.pid, out)
+            self.assertEqual(old_sim.wait(timeout=10), 0)
+            with open(system.root + "/tmp/k9100.log") as f:
+                self.assertTrue(f.read().startswith("kept\n"))
+            self.assertEqual(system.get(LINK_STATE, token), (200, SERVED))
+        finally:
+            system.close()
+
+
+class Boot(unittest.TestCase):
+    """After a reboot /tmp is empty, and the user plants the program's names before the boot steps run:
+    systemd-tmpfiles with the packages' entry, then what makes the names for sure (interfaces-v2.service with
+    systemd; without it, the init script, as here). tmpfiles gives her names no other owner; the init script
+    moves them aside, says so, and makes them www-data's."""
+
+    def test_planted_names_are_moved_aside(self):
+        packages_folder = packages(with_old=False)
+        system = System(packages_folder)
+        try:
+            system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
+            system.empty_tmp()
+            system.plant()
+            mine = {n: USER for n in NAMES}
+            system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf")
+            after_tmpfiles = system.owners(NAMES)
+            out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+            system.stop_planting()
+            system.sh("/etc/init.d/lighttpd start")
+            system.start_sim()
+            self.assertEqual((after_tmpfiles, system.owners(NAMES), sorted(re.findall(r"moved (\S+) aside", out)),
+                              system.get(LINK_STATE, "hers"), system.get(LINK_STATE, system.session())),
+                             (mine, {n: "www-data" for n in NAMES}, sorted(NAMES), (403, b""), (200, SERVED)))
+        finally:
+            system.close()
+            shutil.rmtree(packages_folder)
+
+
+def readme_blocks():
+    """The command blocks of README.Debian's walk from install to a served request, as the package installs it:
+    each a run of lines indented by five spaces."""
+    deb = [d for d in debs(FOLDER) if os.path.basename(d).startswith(PROGRAM + "_")][0]
+    tar = subprocess.run(["dpkg-deb", "--fsys-tarfile", deb], capture_output=True, check=True).stdout
+    with tarfile.open(fileobj=io.BytesIO(tar)) as t:
+        text = gzip.decompress(t.extractfile("./usr/share/doc/%s/README.Debian.gz" % PROGRAM).read()).decode()
+    walk = text.split("From install to a served request")[1].split("\n-----")[1]
+    blocks, block = [], []
+    for line in walk.split("\n") + [""]:
+        if line.startswith("     ") and line[5] != " " or block and line.startswith("       "):
+            block.append(line.strip())
+        elif block:
+            blocks.append("\n".join(block))
+            block = []
+    return blocks
+
+
+class Documentation(unittest.TestCase):
+    """An administrator without systemd follows the installed README.Debian word for word, from install to a
+    served request; its step 2 on a stopped lighttpd, then again on the running one."""
+
+    def test_the_steps_serve_a_request(self):
+        install, status, start_sim, enable, session, ask = readme_blocks()
+        self.assertEqual(status, "systemctl status open-sim")  # systemd's, not taken here
+        folder = packages(with_old=False)
+        system = System(folder)
+        try:
+            system.sh("cd /debs/new && /etc/init.d/lighttpd stop && " + install.replace("apt ", "apt-get -q -y "))
+            subprocess.run(["chroot", system.root, "sh", "-ec", start_sim], check=True, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+            answers = []
+            for before in ("", "lighty-disable-mod interfaces-v2-fastcgi"):  # lighttpd stopped, then running
+                system.sh(before)
+                system.sh(enable)
+                answers.append(system.sh(session + "\n" + ask).stdout.encode())
+            self.assertEqual(answers, [SERVED, SERVED])
+        finally:
+            for proc in glob.glob("/proc/[0-9]*/exe"):
+                try:
+                    if os.readlink(proc) == system.root + "/usr/bin/open-sim":
+                        os.kill(int(proc.split("/")[2]), signal.SIGTERM)
+                except OSError:
+                    pass
+            system.close()
+            shutil.rmtree(folder)
 
 
 if __name__ == "__main__":

@@ -102,6 +102,21 @@ struct TimelineEvent {
   int64_t savedMwh = -1;          // power: cumulative saving, -1 to keep it
 };
 
+// A port's traffic from `atMs` on: rates in octets per second (-1 keeps
+// the current one) and a burst of received errors counted at that moment.
+struct TrafficChange {
+  int64_t inOctetsPerSec = -1;
+  int64_t outOctetsPerSec = -1;
+  int64_t inErrors = 0;
+};
+
+// What the switch will do by itself at a known moment: D-Disable
+// recoveries, announced counter wraps, the next power-saving sample.
+struct PendingTimer {
+  int64_t atMs;
+  std::string what;
+};
+
 struct Sim {
   std::vector<Interface> interfaces;
   std::map<std::string, std::map<std::string, Outputs>> state;
@@ -112,6 +127,9 @@ struct Sim {
   SimClock clock;        // zero at load
   std::vector<TimelineEvent> timeline;  // in time order
   size_t nextEvent = 0;                 // the first not yet applied
+  std::map<uint32_t, bool> upBeforeAdminDown;  // ports an admin disable took down
+  std::map<uint32_t, TrafficChange> trafficChanges;
+  std::map<uint32_t, int64_t> wrapAtMs;  // announced counter wraps
 
   // The value stored for exactly these inputs, else the call's "*" value.
   const Outputs *stored(const std::string &call, const std::string &key) const;
@@ -165,6 +183,18 @@ void recoverDDisabled(Sim &s, int64_t uptoMs);
 void recordPmlViolation(Sim &s, const TimelineEvent &e);  // pml
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum);    // green
 void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh);
+
+// A port's admin state as the switch itself changes it (an `admin` event,
+// or the setter): disabled takes the link down and stops its counters.
+void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs);
+
+void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs);
+
+// In time order.
+std::vector<PendingTimer> pendingTimers(const Sim &s);
+
+// Whether the switch has this VLAN configured.
+bool vlanExists(const Sim &s, uint32_t vlan);
 
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);

@@ -80,7 +80,14 @@ void setHeld(Sim &s, uint32_t ifNum, int64_t heldMs, int64_t sinceMs) {
 
 const TrafficProfile *trafficOf(Sim &s, uint32_t ifNum) {
   const TrafficProfile *p = profileOf(ifNum);
-  return p ? p : heldOf(s, ifNum) ? &kQuietProfile : nullptr;
+  p = p ? p : heldOf(s, ifNum) ? &kQuietProfile : nullptr;
+  auto changed = s.trafficChanges.find(ifNum);
+  if (!p || changed == s.trafficChanges.end()) return p;
+  thread_local TrafficProfile custom;
+  custom = *p;
+  if (changed->second.inOctetsPerSec >= 0) custom.inBytesPerSec = static_cast<uint64_t>(changed->second.inOctetsPerSec);
+  if (changed->second.outOctetsPerSec >= 0) custom.outBytesPerSec = static_cast<uint64_t>(changed->second.outOctetsPerSec);
+  return &custom;
 }
 
 int64_t msSinceLoad(const Sim &s) { return clockNowMs(s.clock); }
@@ -141,7 +148,10 @@ int counterCall(Sim &s, Call &c) {
   if (!findInterface(s, ifNum)) return -29;
   const TrafficProfile *p = trafficOf(s, ifNum);
   // The hardware counters are 32 bits wide and wrap.
-  c.setOut(0, p ? counterValue(*p, Which, countedMs(s, ifNum, *p, msSinceLoad(s))) % kCounterWrap : 0);
+  uint64_t v = p ? counterValue(*p, Which, countedMs(s, ifNum, *p, msSinceLoad(s))) : 0;
+  auto changed = s.trafficChanges.find(ifNum);
+  if (Which == Counter::InErrors && changed != s.trafficChanges.end()) v += static_cast<uint64_t>(changed->second.inErrors);
+  c.setOut(0, v % kCounterWrap);
   return 0;
 }
 
@@ -195,6 +205,15 @@ void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t 
   const TrafficProfile &p = *trafficOf(s, ifNum);
   int64_t toWrapMs = static_cast<int64_t>(kCounterWrap * 1000 / p.inBytesPerSec);
   setHeld(s, ifNum, std::max<int64_t>(0, toWrapMs - secondsLeft * 1000), atMs);
+  s.wrapAtMs[ifNum] = atMs + secondsLeft * 1000;
+}
+
+void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs) {
+  holdCountedTraffic(s, ifNum, atMs);
+  TrafficChange &now = s.trafficChanges[ifNum];
+  if (t.inOctetsPerSec >= 0) now.inOctetsPerSec = t.inOctetsPerSec;
+  if (t.outOctetsPerSec >= 0) now.outOctetsPerSec = t.outOctetsPerSec;
+  now.inErrors += t.inErrors;
 }
 
 const CallRule kCounterRules[] = {

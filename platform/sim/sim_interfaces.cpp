@@ -114,6 +114,20 @@ void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
   s.put("openapiIfDuplexGet", key, {num(up ? 1 : 2)});
 }
 
+void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs) {
+  std::string key = std::to_string(ifNum);
+  s.put("openapiIfAdminStateGet", key, {num(enabled ? 1 : 0)});
+  if (!enabled) {
+    if (!s.upBeforeAdminDown.count(ifNum)) s.upBeforeAdminDown[ifNum] = linkUp(s, ifNum);
+    setLinkState(s, ifNum, false, atMs);
+    return;
+  }
+  auto held = s.upBeforeAdminDown.find(ifNum);
+  if (held == s.upBeforeAdminDown.end()) return;
+  setLinkState(s, ifNum, held->second, atMs);
+  s.upBeforeAdminDown.erase(held);
+}
+
 void seedInterfaces(Sim &s) {
   SwitchLayout layout = layoutOf(s);
   s.interfaces.clear();

@@ -486,6 +486,8 @@ Tables seedTables() {
 
 }  // namespace
 
+bool vlanExists(const Sim &, uint32_t vlan) { return vlanKnown(vlan); }
+
 // The last address seen is the one the port reports; a port set to
 // D-Disable on a violation is shut as the feature shuts it.
 void recordPmlViolation(Sim &s, const TimelineEvent &e) {

@@ -262,6 +262,24 @@ void recoverDDisabled(Sim &s, int64_t uptoMs) {
   }
 }
 
+std::vector<PendingTimer> pendingTimers(const Sim &s) {
+  std::vector<PendingTimer> out;
+  int64_t now = clockNowMs(s.clock);
+  Sim &mutableSim = const_cast<Sim &>(s);  // reading the recovery table fills in its defaults only
+  const cJSON *trip = nullptr;
+  cJSON_ArrayForEach(trip, tripped(mutableSim)) {
+    if (!recovers(mutableSim, trip)) continue;
+    out.push_back({tripAtMs(trip) + intervalMs(mutableSim),
+                   std::string("port ") + trip->string + " recovers from D-Disable"});
+  }
+  for (const auto &[ifNum, at] : s.wrapAtMs)
+    if (at > now) out.push_back({at, "port " + std::to_string(ifNum) + " counters wrap"});
+  int64_t step = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", "", 5) * 60000;
+  if (step > 0) out.push_back({(now / step + 1) * step, "power-saving history sample"});
+  std::sort(out.begin(), out.end(), [](const PendingTimer &a, const PendingTimer &b) { return a.atMs < b.atMs; });
+  return out;
+}
+
 const CallRule kSystemRules[] = {
     SIM_CUSTOM(openapiClientRegister, succeed),
     SIM_CUSTOM(openapiClientTearDown, succeed),

@@ -3,7 +3,11 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include <string.h>
+
 #include <algorithm>
+
+#include "sim/sim_model_json.h"
 
 #include "sim/sim.h"
 
@@ -50,57 +54,48 @@ static bool jsonToOutputs(const cJSON *j, Outputs *out) {
   return true;
 }
 
+// The model, what `set` fixed (an answer a setter has since changed shows
+// as null), and the moment of the dump: loading it carries on from there.
 std::string dumpScenario(const Sim &s) {
   Json root(cJSON_CreateObject());
-  cJSON *ifs = cJSON_AddArrayToObject(root.get(), "interfaces");
-  for (const Interface &i : s.interfaces) {
-    cJSON *o = cJSON_CreateObject();
-    cJSON_AddNumberToObject(o, "ifNum", i.ifNum);
-    cJSON_AddNumberToObject(o, "type", i.type);
-    cJSON_AddItemToArray(ifs, o);
-  }
-  cJSON *state = cJSON_AddObjectToObject(root.get(), "state");
-  for (const auto &[call, keys] : s.state) {
-    cJSON *c = cJSON_AddObjectToObject(state, call.c_str());
+  cJSON_AddNumberToObject(root.get(), "clockMs", static_cast<double>(clockNowMs(s.clock)));
+  cJSON_AddItemToObject(root.get(), "model", modelToJson(s.model));
+  cJSON *overrides = cJSON_AddObjectToObject(root.get(), "overrides");
+  for (const auto &[call, keys] : s.overrides) {
+    cJSON *c = cJSON_AddObjectToObject(overrides, call.c_str());
     for (const auto &[key, outs] : keys) {
+      if (!outs) {
+        cJSON_AddNullToObject(c, key.c_str());
+        continue;
+      }
       cJSON *arr = cJSON_CreateArray();
-      for (const Value &v : outs) cJSON_AddItemToArray(arr, valueToJson(v));
+      for (const Value &v : *outs) cJSON_AddItemToArray(arr, valueToJson(v));
       cJSON_AddItemToObject(c, key.c_str(), arr);
     }
   }
-  cJSON_AddItemToObject(root.get(), "model", cJSON_Duplicate(s.model.get(), true));
   return printJson(root.get(), true);
 }
 
-static bool loadInterfaces(Sim &s, const cJSON *ifs, std::string *error) {
-  s.interfaces.clear();
-  const cJSON *o = nullptr;
-  cJSON_ArrayForEach(o, ifs) {
-    const cJSON *n = cJSON_GetObjectItemCaseSensitive(o, "ifNum");
-    const cJSON *t = cJSON_GetObjectItemCaseSensitive(o, "type");
-    if (!cJSON_IsNumber(n) || !cJSON_IsNumber(t)) {
-      *error = "every interface needs numeric \"ifNum\" and \"type\"";
+static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
+  s.overrides.clear();
+  const cJSON *call = nullptr;
+  cJSON_ArrayForEach(call, overrides) {
+    if (!findRule(call->string)) {
+      *error = std::string("overrides: no OpEN call named ") + call->string;
       return false;
     }
-    s.interfaces.push_back({static_cast<uint32_t>(n->valuedouble), static_cast<uint32_t>(t->valuedouble)});
-  }
-  std::sort(s.interfaces.begin(), s.interfaces.end(),
-            [](const Interface &a, const Interface &b) { return a.ifNum < b.ifNum; });
-  return true;
-}
-
-static bool loadState(Sim &s, const cJSON *state, std::string *error) {
-  s.state.clear();
-  const cJSON *call = nullptr;
-  cJSON_ArrayForEach(call, state) {
     const cJSON *key = nullptr;
     cJSON_ArrayForEach(key, call) {
       Outputs v;
+      if (cJSON_IsNull(key)) {
+        s.overrides[call->string][key->string] = std::nullopt;
+        continue;
+      }
       if (!jsonToOutputs(key, &v)) {
-        *error = std::string("bad outputs for ") + call->string + " " + key->string;
+        *error = std::string("overrides: bad outputs for ") + call->string + " " + key->string;
         return false;
       }
-      s.state[call->string][key->string] = std::move(v);
+      s.overrides[call->string][key->string] = std::move(v);
     }
   }
   return true;
@@ -114,50 +109,53 @@ static Json parseObject(const std::string &json, const char *what, std::string *
   return nullptr;
 }
 
-static void replaceItem(cJSON *object, const cJSON *item) {
-  cJSON_DeleteItemFromObjectCaseSensitive(object, item->string);
-  cJSON_AddItemToObject(object, item->string, cJSON_Duplicate(item, true));
+static bool knownSection(const char *key) {
+  for (const char *known : {"model", "overrides", "timeline", "clockMs"})
+    if (strcmp(key, known) == 0) return true;
+  return false;
 }
 
-// A file that names no interfaces runs on the default switch: the model
-// sections it carries replace the default's, and the call answers it
-// carries replace the default's for those inputs.
-static Json withDefaultSwitch(Json root) {
-  if (cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces")) return root;
-  Json base(cJSON_Parse(defaultScenario().c_str()));
-  cJSON *model = cJSON_GetObjectItemCaseSensitive(base.get(), "model");
-  cJSON *state = cJSON_GetObjectItemCaseSensitive(base.get(), "state");
-  const cJSON *own = nullptr, *key = nullptr;
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) replaceItem(model, own);
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "state")) {
-    cJSON *call = cJSON_GetObjectItemCaseSensitive(state, own->string);
-    if (!call) call = cJSON_AddObjectToObject(state, own->string);
-    cJSON_ArrayForEach(key, own) replaceItem(call, key);
+// The switch a file describes: its layout seeded (the default switch's
+// without one), then the model's sections it carries over that.
+static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
+  const cJSON *x = nullptr;
+  cJSON_ArrayForEach(x, file) {
+    if (knownSection(x->string)) continue;
+    *error = std::string("scenario: unknown section \"") + x->string + "\"";
+    return false;
   }
-  return base;
+  const cJSON *model = cJSON_GetObjectItemCaseSensitive(file, "model");
+  const cJSON *layoutJson = cJSON_GetObjectItemCaseSensitive(model, "layout");
+  SwitchLayout layout;
+  if (model && !cJSON_IsObject(model)) {
+    *error = "scenario: \"model\" must be an object";
+    return false;
+  }
+  if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
+  seedSwitch(next, layout);
+  return !model || modelFromJson(model, next.model, error);
 }
 
 // All or nothing: a scenario with any fault leaves the running one as it is.
 bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   Json file = parseObject(json, "scenario", error);
   if (!file) return false;
-  const cJSON *timeline = cJSON_GetObjectItemCaseSensitive(file.get(), "timeline");
-  Json root = withDefaultSwitch(Json(cJSON_Duplicate(file.get(), true)));
   Sim next;
-  const cJSON *model = cJSON_GetObjectItemCaseSensitive(root.get(), "model");
-  if (!loadInterfaces(next, cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces"), error) ||
-      !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error) ||
-      !parseTimeline(next, timeline, 0, &next.timeline, error))
+  const cJSON *clockAt = cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs");
+  if (!switchOf(file.get(), next, error) ||
+      !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
+      !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
     return false;
   s.interfaces = std::move(next.interfaces);
-  s.state = std::move(next.state);
-  s.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
+  s.model = std::move(next.model);
+  s.overrides = std::move(next.overrides);
   s.timeline = std::move(next.timeline);
   s.nextEvent = 0;
   s.faults.clear();
   s.journal.clear();
   s.scenario = json;
   clockRestart(s.clock);
+  if (cJSON_IsNumber(clockAt) && clockAt->valuedouble > 0) clockAdvance(s.clock, static_cast<int64_t>(clockAt->valuedouble));
   return true;
 }
 
@@ -182,7 +180,7 @@ static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
     *out = "VALUE must be a number, a string or an array of them\n";
     return 2;
   }
-  s.put(w[1], w[2], std::move(v));
+  s.override(w[1], w[2], std::move(v));
   return 0;
 }
 

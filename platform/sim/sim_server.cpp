@@ -113,7 +113,7 @@ std::vector<std::string> decodeWords(const Call &c) {
 
 std::string answer(Sim &s, const std::string &frame) {
   Call c;
-  if (!decodeCall(frame, &c)) return encodeControlReply(-22, "malformed request\n");
+  if (!decodeCall(frame, &c)) return encodeControlReply(OPEN_E_PARAM, "malformed request\n");
   if (c.name == wire::kControlCall) {
     std::string out;
     int status = handleControl(s, decodeWords(c), &out);

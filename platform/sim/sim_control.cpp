@@ -204,15 +204,17 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   }
   const cJSON *timeline = cJSON_GetObjectItemCaseSensitive(file.get(), "timeline");
   Json root = withDefaultSwitch(Json(cJSON_Duplicate(file.get(), true)));
+  // The timeline is checked against the switch the file describes, whole.
   Sim next;
   const cJSON *model = cJSON_GetObjectItemCaseSensitive(root.get(), "model");
+  next.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
   if (!loadInterfaces(next, cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces"), error) ||
       !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error) ||
       !parseTimeline(next, timeline, 0, &next.timeline, error))
     return false;
   s.interfaces = std::move(next.interfaces);
   s.state = std::move(next.state);
-  s.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
+  s.model = std::move(next.model);
   s.timeline = std::move(next.timeline);
   s.nextEvent = 0;
   s.faults.clear();

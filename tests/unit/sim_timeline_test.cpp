@@ -169,6 +169,7 @@ TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
       {R"("event": "ddisable", "port": 2, "cause": "udld")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 2},
       {R"("event": "admin", "port": 5, "state": "disable")", "openapiIfAdminStateGet", 5, 1, 0},
       {R"("event": "link-down", "port": 1.0)", "openapiIfLinkStateGet", 1, 0, 1},
+      {R"("event": "transceiver-inserted", "port": 26, "media": "copper")", "openapiIfLinkStateGet", 26, 1, 0},
   };
   for (const Case &c : cases) {
     sim::Sim s;
@@ -303,7 +304,8 @@ TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
   }
   const char *usage = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
   for (std::vector<std::string> words : {std::vector<std::string>{"delay", call, "-1"}, {"delay", call, "3600001"},
-                                         {"delay", call, "1.5"}, {"delay", call, "70", "0"}, {"delay", call}})
+                                         {"delay", call, "1.5"}, {"delay", call, ""}, {"delay", call, "70", "0"},
+                                         {"delay", call}})
     EXPECT_EQ(ctl(s, words).out, usage) << words[2];
   EXPECT_EQ(ctl(s, {"delay", "openapiIfAdminStateGot", "5"}).out, "open-sim: unknown call \"openapiIfAdminStateGot\"\n");
   EXPECT_EQ(sim::takeDelay(s, call), 0);

@@ -53,7 +53,7 @@ bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key) {
   }
   int index = 0;
   for (const cJSON *m = node ? node->child : nullptr; m; m = m->next, ++index) {
-    std::string step = cJSON_IsObject(node) ? "\"" + std::string(m->string) + "\"" : "[" + std::to_string(index) + "]";
+    std::string step = cJSON_IsObject(node) ? ".\"" + std::string(m->string) + "\"" : "[" + std::to_string(index) + "]";
     std::string inner;
     if (!findDuplicateKey(m, &inner, key)) continue;
     *path = step + inner;

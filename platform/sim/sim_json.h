@@ -21,7 +21,7 @@ Json parseStrictObject(const std::string &text, const char *what, std::string *e
 // The first name given twice in this object itself, or null.
 const char *duplicateKey(const cJSON *object);
 // The first name given twice anywhere inside `node`, with where it is as a
-// path of keys and list positions from `node` ("model"."errdisable"[2]).
+// path of keys and list positions below `node` (."errdisable"[2]).
 bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key);
 
 // What a number field must be; a reason of one phrase when it is not.

@@ -4,8 +4,6 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include <math.h>
-
 #include <algorithm>
 #include <set>
 
@@ -127,9 +125,12 @@ static bool loadState(Sim &s, const cJSON *state, std::string *error) {
   }
   const cJSON *call = nullptr;
   cJSON_ArrayForEach(call, state) {
-    if (!findRule(call->string) || !cJSON_IsObject(call)) {
-      *error = std::string("scenario: ") + (findRule(call->string) ? "the answers of " : "unknown call ") + "\"" +
-               call->string + "\" in \"state\"" + (findRule(call->string) ? " must be an object" : "");
+    if (!findRule(call->string)) {
+      *error = std::string("scenario: unknown call \"") + call->string + "\" in \"state\"";
+      return false;
+    }
+    if (!cJSON_IsObject(call)) {
+      *error = std::string("scenario: the answers of ") + call->string + " must be an object of inputs";
       return false;
     }
     const cJSON *key = nullptr;

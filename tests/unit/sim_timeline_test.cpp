@@ -103,6 +103,8 @@ TEST(SimTimeline, EachBadFileIsRefusedInOneLineAndChangesNothing) {
        "timeline event 1 (at 5): unknown VLAN 20"},
       {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 1.5})"),
        R"(timeline event 1 (at 5): "vlan" must be a whole number)"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"]})"),
+       R"(timeline event 1 (at 5): needs "vlan")"},
       {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": "00:11:22:33:44:55", "vlan": 1})"),
        R"(timeline event 1 (at 5): needs "macs", a list of addresses)"},
       {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44"], "vlan": 1})"),

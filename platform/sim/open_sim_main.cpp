@@ -1,5 +1,5 @@
 // open-sim: the simulated OpEN service and its control client.
-//   open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]
+//   open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]
 //   open-sim ctl [--socket PATH] COMMAND...
 //   open-sim default-scenario
 //   open-sim scenarios
@@ -20,10 +20,10 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]\n"
+  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
-        "                    | journal [--clear] | reset | dump | load FILE\n"
-        "                    | clock [pause | run | advance SECONDS] | play FILE\n"
+        "                    | delay CALL MS [COUNT] | journal [--clear] | reset | dump | load FILE\n"
+        "                    | clock [pause | run | advance SECONDS | next] | play FILE\n"
         "       open-sim default-scenario\n"
         "       open-sim scenarios\n",
         stderr);
@@ -52,8 +52,10 @@ const char *takeSocket(int *argc, char ***argv) {
 
 int serveCommand(int argc, char **argv) {
   const char *socket = nullptr, *scenarioFile = nullptr;
+  bool paused = false;
   for (int i = 0; i < argc; ++i) {
-    if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
+    if (strcmp(argv[i], "--paused") == 0) paused = true;
+    else if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
     else if (strcmp(argv[i], "--scenario") == 0 && i + 1 < argc) scenarioFile = argv[++i];
     else if (strcmp(argv[i], "--cli-dir") == 0 && i + 1 < argc) sim::setCliDir(argv[++i]);
     else return usage();
@@ -66,6 +68,9 @@ int serveCommand(int argc, char **argv) {
     return 1;
   }
   sim::Sim s;
+  // Paused before the load: the clock then stands at zero from the start,
+  // and reset and load keep it standing.
+  if (paused) sim::clockPause(s.clock);
   if (!sim::loadScenario(s, scenario, &error)) {
     fprintf(stderr, "open-sim: %s\n", error.c_str());
     return 1;

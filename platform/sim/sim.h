@@ -90,6 +90,13 @@ struct Fault {
   int64_t remaining = -1;  // -1: every call from now on
 };
 
+// A call answered late (`ctl delay`), in the machine's time: a client's
+// time-out runs on that, not on the simulated clock.
+struct Delay {
+  int64_t ms = 0;
+  int64_t remaining = -1;  // -1: every call from now on
+};
+
 struct Interface {
   uint32_t ifNum = 0;
   uint32_t type = 0;
@@ -110,6 +117,14 @@ struct CallRule {
 #define SIM_RULE(call, fn) {&::sim::calls::call, fn, nullptr}
 #define SIM_SETTER(call, getter, fn) {&::sim::calls::call, fn, &::sim::calls::getter}
 
+// A port's traffic from `atMs` on: rates in octets per second (-1 keeps
+// the current one) and a burst of received errors counted at that moment.
+struct TrafficChange {
+  int64_t inOctetsPerSec = -1;
+  int64_t outOctetsPerSec = -1;
+  int64_t inErrors = 0;
+};
+
 // One event of a timeline, at a moment of simulated time; which fields
 // count depends on the kind.
 struct TimelineEvent {
@@ -123,14 +138,10 @@ struct TimelineEvent {
   int64_t seconds = 0;            // counters-wrap: until the 32-bit counters wrap
   int64_t milliwatts = 0;         // power
   int64_t savedMwh = -1;          // power: cumulative saving, -1 to keep it
-};
-
-// A port's traffic from `atMs` on: rates in octets per second (-1 keeps
-// the current one) and a burst of received errors counted at that moment.
-struct TrafficChange {
-  int64_t inOctetsPerSec = -1;
-  int64_t outOctetsPerSec = -1;
-  int64_t inErrors = 0;
+  bool enable = false;            // admin
+  TrafficChange traffic;          // traffic
+  int number = 0;                 // its place in the timeline, from 1
+  std::string source;             // the event as written, for `dump`
 };
 
 // What the switch will do by itself at a known moment: D-Disable
@@ -147,6 +158,7 @@ struct Sim {
   // marks inputs a setter has since set in the model.
   std::map<std::string, std::map<std::string, std::optional<Outputs>>> overrides;
   std::map<std::string, Fault> faults;
+  std::map<std::string, Delay> delays;
   std::deque<std::string> journal;
   std::string scenario;  // the loaded scenario, for `reset`
   SimClock clock;        // zero at load
@@ -181,8 +193,17 @@ void catchUp(Sim &s);
 // where.
 bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vector<TimelineEvent> *out,
                    std::string *error);
-// A JSON text's parse error as "broken JSON at line L, column C".
-std::string jsonError(const std::string &text);
+// What will happen by itself after the clock's time, soonest first: the
+// timeline's events still to come (`event` set) and the model's timers.
+struct Pending {
+  int64_t atMs = 0;
+  std::string what;
+  const TimelineEvent *event = nullptr;
+};
+std::vector<Pending> pendingAfterNow(const Sim &s);
+// How late to answer this call, in milliseconds (0: at once); counts the
+// call against a `ctl delay` COUNT.
+int64_t takeDelay(Sim &s, const std::string &call);
 
 // --- the model's ports -------------------------------------------------------
 

@@ -487,12 +487,13 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, 
   p->savedMwMs = 0;
 }
 
-// Every EEE port takes a sample each interval; after a long jump only the
+// Every EEE port takes a sample each interval (none with an interval of
+// 0, which only a scenario sets); after a long jump only the
 // last `maxSamples` are kept, so only those are made.
 void takeLpiSamples(Sim &s, int64_t uptoMs) {
   Green &g = s.model.green;
   int64_t step = sampleStepMs(s);
-  if (g.nextSampleMs > uptoMs) return;
+  if (step <= 0 || g.nextSampleMs > uptoMs) return;
   int64_t due = (uptoMs - g.nextSampleMs) / step + 1;
   int64_t skipped = std::max<int64_t>(0, due - g.maxSamples);
   for (auto &[n, p] : s.model.ports) {

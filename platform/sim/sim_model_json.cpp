@@ -324,7 +324,7 @@ struct Reader {
     const cJSON *j = cJSON_GetObjectItemCaseSensitive(from, name);
     if (!j || !error->empty()) return;
     std::string outer = where;
-    where += std::string(where.empty() ? "" : ".") + name;
+    where += ".\"" + std::string(name) + "\"";
     read(j, value);
     where = outer;
   }
@@ -353,7 +353,7 @@ cJSON *modelToJson(const Model &m) {
 }
 
 bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
-  return Reader::readStruct(j, *layout, "layout", error);
+  return Reader::readStruct(j, *layout, "scenario: \"model\".\"layout\"", error);
 }
 
 // The auto-recovery table: an interval, and causes by the API's or the
@@ -368,15 +368,15 @@ static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error
       continue;
     }
     if (key != "causes" || !cJSON_IsObject(x)) {
-      *error = key == "interval" ? "errdisable.interval: must be whole seconds from 30 to 86400"
-                                 : "errdisable: unknown field \"" + key + "\"";
+      *error = key == "interval" ? "scenario: \"model\".\"errdisable\".\"interval\": must be whole seconds from 30 to 86400"
+                                 : "scenario: \"model\".\"errdisable\": unknown field \"" + key + "\"";
       return false;
     }
     const cJSON *c = nullptr;
     cJSON_ArrayForEach(c, x) {
       int i = causeIndex(c->string);
       if (i < 0 || !cJSON_IsBool(c)) {
-        *error = std::string("errdisable.causes: ") +
+        *error = std::string("scenario: \"model\".\"errdisable\".\"causes\": ") +
                  (i < 0 ? "unknown cause \"" + std::string(c->string) + "\"" : "\"" + std::string(c->string) + "\" must be true or false");
         return false;
       }
@@ -401,27 +401,28 @@ bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
         unsigned long n = strtoul(port->string, &end, 10);
         auto it = m.ports.find(static_cast<uint32_t>(n));
         if (!*port->string || *end || it == m.ports.end()) {
-          *error = "ports: the switch has no port \"" + std::string(port->string) + "\"";
+          *error = "scenario: \"model\".\"ports\": the switch has no port \"" + std::string(port->string) + "\"";
           return false;
         }
-        if (!Reader::readStruct(port, it->second, "ports." + std::string(port->string), error)) return false;
+        std::string where = "scenario: \"model\".\"ports\".\"" + std::string(port->string) + "\"";
+        if (!Reader::readStruct(port, it->second, where, error)) return false;
       }
     } else if (key == "errdisable") {
       ok = errdisableFromJson(x, m.errdisable, error);
     } else if (key == "pml") {
-      ok = Reader::readStruct(x, m.pml, "pml", error);
+      ok = Reader::readStruct(x, m.pml, "scenario: \"model\".\"pml\"", error);
     } else if (key == "green") {
-      ok = Reader::readStruct(x, m.green, "green", error);
+      ok = Reader::readStruct(x, m.green, "scenario: \"model\".\"green\"", error);
     } else {
       // The switch-wide values that stand alone.
-      Reader r{j, "", error, {}};
+      Reader r{j, "scenario: \"model\"", error, {}};
       r("vlans", m.vlans);
       r("ledMode", m.ledMode);
       r("osVersion", m.osVersion);
       r("apiVersion", m.apiVersion);
       if (!error->empty()) return false;
       if (!r.known.count(key)) {
-        *error = "unknown section \"" + key + "\"";
+        *error = "scenario: \"model\": unknown section \"" + key + "\"";
         return false;
       }
     }

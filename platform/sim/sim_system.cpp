@@ -241,7 +241,7 @@ std::vector<PendingTimer> pendingTimers(const Sim &s) {
       out.push_back({std::max(now, recoveryAtMs(s, p)), "port " + std::to_string(n) + " recovers from D-Disable"});
     if (p.wrapAtMs > now && p.up) out.push_back({p.wrapAtMs, "port " + std::to_string(n) + " counters wrap"});
   }
-  out.push_back({s.model.green.nextSampleMs, "power-saving history sample"});
+  if (s.model.green.sampleIntervalMin > 0) out.push_back({s.model.green.nextSampleMs, "power-saving history sample"});
   std::stable_sort(out.begin(), out.end(), [](const PendingTimer &a, const PendingTimer &b) { return a.atMs < b.atMs; });
   return out;
 }

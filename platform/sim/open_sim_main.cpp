@@ -136,7 +136,7 @@ int main(int argc, char **argv) {
     return 0;
   }
   if (strcmp(argv[1], "default-scenario") == 0) {
-    fputs(sim::defaultScenario().c_str(), stdout);
+    fputs(sim::defaultSwitchDump().c_str(), stdout);
     fputc('\n', stdout);
     return 0;
   }

@@ -69,6 +69,8 @@ struct Call {
   std::string name;
   std::vector<Arg> args;
   const CallId *id = nullptr;  // set once the call is known
+  const std::vector<std::string> *names = nullptr;  // the declared parameters, once looked up
+  size_t nextName = 0;  // rules mostly read and write the arguments in order
 
   // Inputs joined by ",": numbers in decimal, texts as they are.
   std::string key() const;
@@ -78,6 +80,9 @@ struct Call {
   Arg &arg(const char *param);
   const Arg &arg(const char *param) const;
   uint64_t in(const char *param) const { return arg(param).num; }
+  // The last declared parameter: the value a setter sets, or the one
+  // output of a getter.
+  Arg &last();
   std::string text(const char *param) const;
   void out(const char *param, uint64_t v);
   void outText(const char *param, const std::string &t);
@@ -251,7 +256,10 @@ bool vlanExists(const Sim &s, uint32_t vlan);
 
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);
+// The default switch as a scenario: its layout, seeded at load.
 std::string defaultScenario();
+// Every fact of the default switch at load, as `dump` shows it.
+std::string defaultSwitchDump();
 // The scenarios built in: one line each, name first; and one's text.
 std::string readyScenarioList();
 bool readyScenario(const std::string &name, std::string *text);
@@ -301,7 +309,8 @@ template <PortField<uint32_t> F>
 int portGet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.out(parameterNames(*c.id).back().c_str(), F(*p));
+  c.last().num = F(*p);
+  c.last().written = true;
   return OPEN_E_NONE;
 }
 
@@ -309,7 +318,7 @@ template <PortField<uint32_t> F, uint32_t Min = 0, uint32_t Max = UINT32_MAX>
 int portSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  uint64_t v = c.args.back().num;
+  uint64_t v = c.last().num;
   if (v < Min || v > Max) return OPEN_E_PARAM;
   F(*p) = static_cast<uint32_t>(v);
   return OPEN_E_NONE;
@@ -319,8 +328,8 @@ template <PortField<std::string> F>
 int portTextGet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.args.back().text = F(*p);
-  c.args.back().written = true;
+  c.last().text = F(*p);
+  c.last().written = true;
   return OPEN_E_NONE;
 }
 

@@ -64,15 +64,26 @@ const std::vector<std::string> &parameterNames(const CallId &id) {
   return it->second;
 }
 
-const Arg &Call::arg(const char *param) const {
-  const std::vector<std::string> &names = parameterNames(*id);
-  for (size_t i = 0; i < names.size() && i < args.size(); ++i)
-    if (names[i] == param) return args[i];
+// A request that left out a declared argument reads it as zero and drops
+// what is written to it, as a client that sent no buffer gets nothing.
+Arg &Call::arg(const char *param) {
+  static thread_local Arg missing;
+  if (!names) names = &parameterNames(*id);
+  for (size_t k = 0, n = names->size(); k < n; ++k) {
+    size_t i = (nextName + k) % n;
+    if ((*names)[i] != param) continue;
+    nextName = i + 1;
+    if (i < args.size()) return args[i];
+    missing = Arg();
+    return missing;
+  }
   fprintf(stderr, "open-sim: %s has no parameter %s\n", name.c_str(), param);
   abort();
 }
 
-Arg &Call::arg(const char *param) { return const_cast<Arg &>(static_cast<const Call *>(this)->arg(param)); }
+Arg &Call::last() { return arg(parameterNames(*id).back().c_str()); }
+
+const Arg &Call::arg(const char *param) const { return const_cast<Call *>(this)->arg(param); }
 
 std::string Call::text(const char *param) const { return inputText(arg(param)); }
 
@@ -90,9 +101,9 @@ void Call::outText(const char *param, const std::string &t) {
 
 // The interface number is the first parameter of every call about one.
 uint32_t Call::port() const {
-  const std::vector<std::string> &names = parameterNames(*id);
-  if (!names.empty() && (names[0] == "ifNum" || names[0] == "intIfNum") && !args.empty())
-    return static_cast<uint32_t>(args[0].num);
+  const std::vector<std::string> &declared = parameterNames(*id);
+  if (!declared.empty() && (declared[0] == "ifNum" || declared[0] == "intIfNum"))
+    return args.empty() ? 0 : static_cast<uint32_t>(args[0].num);
   fprintf(stderr, "open-sim: %s names no interface\n", name.c_str());
   abort();
 }

@@ -84,6 +84,7 @@ int unitSlotPortCall(Sim &s, Call &c) {
 int routingInterfaceCall(Sim &s, Call &c) {
   size_t nth = 0;
   while (nth < s.model.vlans.size() && s.model.vlans[nth] != c.in("vlanId")) ++nth;
+  if (nth == s.model.vlans.size()) return OPEN_E_NOT_FOUND;
   for (const Interface &i : s.interfaces) {
     if (i.type != OPEN_INTF_TYPE_VLAN || nth >= s.model.vlans.size()) continue;
     if (nth-- > 0) continue;

@@ -93,7 +93,7 @@ int switchGet(Sim &s, Call &c) {
 template <uint32_t &(*F)(Model &)>
 int switchSet(Sim &s, Call &c) {
   for (auto &[n, p] : s.model.ports) settleCounters(s, p, clockNowMs(s.clock));
-  F(s.model) = static_cast<uint32_t>(c.args.back().num);
+  F(s.model) = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
 #define SIM_SWITCH_FIELD(expr) (+[](::sim::Model &m) -> uint32_t & { return m.expr; })

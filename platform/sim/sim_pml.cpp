@@ -117,8 +117,8 @@ template <uint32_t PmlVlan::*F, uint32_t Max = UINT32_MAX>
 int vlanSet(Sim &s, Call &c) {
   auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.in("vlanId")));
   if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
-  if (c.args.back().num > Max) return OPEN_E_PARAM;
-  v->second.*F = static_cast<uint32_t>(c.args.back().num);
+  if (c.last().num > Max) return OPEN_E_PARAM;
+  v->second.*F = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
 

@@ -30,8 +30,10 @@ void seedSwitch(Sim &s, const SwitchLayout &layout) {
   seedCounters(s);
 }
 
+std::string defaultScenario() { return scenarioFor(SwitchLayout{}); }
+
 // As at load: the clock at zero.
-std::string defaultScenario() {
+std::string defaultSwitchDump() {
   Sim s;
   clockRestart(s.clock);
   clockPause(s.clock);

@@ -224,6 +224,9 @@ void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs
 // now), as soon as its cause is set to recover; one whose time was up
 // before its cause was enabled comes back when asked.
 void recoverDDisabled(Sim &s, int64_t uptoMs) {
+  // Every call asks first: without a cause set to recover, nothing can.
+  const std::vector<bool> &causes = s.model.errdisable.recovers;
+  if (std::find(causes.begin(), causes.end(), true) == causes.end()) return;
   for (auto &[n, p] : s.model.ports) {
     if (!recovers(s, p) || recoveryAtMs(s, p) > uptoMs) continue;
     int64_t at = recoveryAtMs(s, p);

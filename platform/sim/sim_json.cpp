@@ -11,6 +11,10 @@ namespace sim {
 
 namespace {
 
+bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+}  // namespace
+
 std::string positionText(const std::string &text, size_t offset) {
   offset = std::min(offset, text.size());
   size_t line = 1 + static_cast<size_t>(std::count(text.begin(), text.begin() + static_cast<long>(offset), '\n'));
@@ -18,10 +22,6 @@ std::string positionText(const std::string &text, size_t offset) {
   size_t column = offset - (lineStart == std::string::npos ? 0 : lineStart + 1) + 1;
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
-
-bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
-}  // namespace
 
 Json parseStrictObject(const std::string &text, const char *what, std::string *error) {
   const char *end = nullptr;

@@ -4,8 +4,12 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <string.h>
+
 #include <algorithm>
 #include <set>
+
+#include "sim/sim_model_json.h"
 
 #include "sim/sim.h"
 #include "sim/sim_json.h"
@@ -55,78 +59,38 @@ static bool jsonToOutputs(const cJSON *j, Outputs *out) {
   return true;
 }
 
+// The model, what `set` fixed (an answer a setter has since changed shows
+// as null), and the moment of the dump: loading it carries on from there.
 std::string dumpScenario(const Sim &s) {
   Json root(cJSON_CreateObject());
-  cJSON *ifs = cJSON_AddArrayToObject(root.get(), "interfaces");
-  for (const Interface &i : s.interfaces) {
-    cJSON *o = cJSON_CreateObject();
-    cJSON_AddNumberToObject(o, "ifNum", i.ifNum);
-    cJSON_AddNumberToObject(o, "type", i.type);
-    cJSON_AddItemToArray(ifs, o);
-  }
-  cJSON *state = cJSON_AddObjectToObject(root.get(), "state");
-  for (const auto &[call, keys] : s.state) {
-    cJSON *c = cJSON_AddObjectToObject(state, call.c_str());
+  cJSON_AddNumberToObject(root.get(), "clockMs", static_cast<double>(clockNowMs(s.clock)));
+  cJSON_AddItemToObject(root.get(), "model", modelToJson(s.model));
+  cJSON *overrides = cJSON_AddObjectToObject(root.get(), "overrides");
+  for (const auto &[call, keys] : s.overrides) {
+    cJSON *c = cJSON_AddObjectToObject(overrides, call.c_str());
     for (const auto &[key, outs] : keys) {
+      if (!outs) {
+        cJSON_AddNullToObject(c, key.c_str());
+        continue;
+      }
       cJSON *arr = cJSON_CreateArray();
-      for (const Value &v : outs) cJSON_AddItemToArray(arr, valueToJson(v));
+      for (const Value &v : *outs) cJSON_AddItemToArray(arr, valueToJson(v));
       cJSON_AddItemToObject(c, key.c_str(), arr);
     }
   }
-  cJSON_AddItemToObject(root.get(), "model", cJSON_Duplicate(s.model.get(), true));
   return printJson(root.get(), true);
 }
 
-// One entry of "interfaces": exactly a whole "ifNum" and "type".
-static std::string interfaceFault(const cJSON *o, Interface *i) {
-  if (!cJSON_IsObject(o)) return "not a JSON object";
-  for (const cJSON *m = o->child; m; m = m->next)
-    if (strcmp(m->string, "ifNum") != 0 && strcmp(m->string, "type") != 0)
-      return "unknown field \"" + std::string(m->string) + "\"";
-  int64_t ifNum = 0, type = 0;
-  NumberFault f = readWhole(cJSON_GetObjectItemCaseSensitive(o, "ifNum"), 1, UINT32_MAX, &ifNum);
-  if (f != NumberFault::None) return numberFaultText("ifNum", f, 1, UINT32_MAX);
-  f = readWhole(cJSON_GetObjectItemCaseSensitive(o, "type"), 0, UINT32_MAX, &type);
-  if (f != NumberFault::None) return numberFaultText("type", f, 0, UINT32_MAX);
-  *i = {static_cast<uint32_t>(ifNum), static_cast<uint32_t>(type)};
-  return "";
-}
-
-static bool loadInterfaces(Sim &s, const cJSON *ifs, std::string *error) {
-  s.interfaces.clear();
-  if (ifs && !cJSON_IsArray(ifs)) {
-    *error = "scenario: \"interfaces\" must be a list";
-    return false;
-  }
-  std::set<uint32_t> seen;
-  int n = 0;
-  const cJSON *o = nullptr;
-  cJSON_ArrayForEach(o, ifs) {
-    Interface i;
-    std::string why = interfaceFault(o, &i);
-    if (why.empty() && !seen.insert(i.ifNum).second) why = "interface " + std::to_string(i.ifNum) + " again";
-    if (!why.empty()) {
-      *error = "scenario: interface entry " + std::to_string(n + 1) + ": " + why;
-      return false;
-    }
-    ++n;
-    s.interfaces.push_back(i);
-  }
-  std::sort(s.interfaces.begin(), s.interfaces.end(),
-            [](const Interface &a, const Interface &b) { return a.ifNum < b.ifNum; });
-  return true;
-}
-
-static bool loadState(Sim &s, const cJSON *state, std::string *error) {
-  s.state.clear();
-  if (state && !cJSON_IsObject(state)) {
-    *error = "scenario: \"state\" must be an object of calls";
+static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
+  s.overrides.clear();
+  if (overrides && !cJSON_IsObject(overrides)) {
+    *error = "scenario: \"overrides\" must be an object of calls";
     return false;
   }
   const cJSON *call = nullptr;
-  cJSON_ArrayForEach(call, state) {
+  cJSON_ArrayForEach(call, overrides) {
     if (!findRule(call->string)) {
-      *error = std::string("scenario: unknown call \"") + call->string + "\" in \"state\"";
+      *error = std::string("scenario: unknown call \"") + call->string + "\" in \"overrides\"";
       return false;
     }
     if (!cJSON_IsObject(call)) {
@@ -136,12 +100,16 @@ static bool loadState(Sim &s, const cJSON *state, std::string *error) {
     const cJSON *key = nullptr;
     cJSON_ArrayForEach(key, call) {
       Outputs v;
+      if (cJSON_IsNull(key)) {
+        s.overrides[call->string][key->string] = std::nullopt;
+        continue;
+      }
       if (!jsonToOutputs(key, &v)) {
         *error = std::string("scenario: bad outputs for ") + call->string + " " + key->string +
                  " (a whole number, a string or a list of them)";
         return false;
       }
-      s.state[call->string][key->string] = std::move(v);
+      s.overrides[call->string][key->string] = std::move(v);
     }
   }
   return true;
@@ -169,27 +137,19 @@ static bool checkTopLevel(const cJSON *root, const char *what, const std::vector
   return true;
 }
 
-static void replaceItem(cJSON *object, const cJSON *item) {
-  cJSON_DeleteItemFromObjectCaseSensitive(object, item->string);
-  cJSON_AddItemToObject(object, item->string, cJSON_Duplicate(item, true));
-}
-
-// A file that names no interfaces runs on the default switch: the model
-// sections it carries replace the default's, and the call answers it
-// carries replace the default's for those inputs.
-static Json withDefaultSwitch(Json root) {
-  if (cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces")) return root;
-  Json base(cJSON_Parse(defaultScenario().c_str()));
-  cJSON *model = cJSON_GetObjectItemCaseSensitive(base.get(), "model");
-  cJSON *state = cJSON_GetObjectItemCaseSensitive(base.get(), "state");
-  const cJSON *own = nullptr, *key = nullptr;
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) replaceItem(model, own);
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "state")) {
-    cJSON *call = cJSON_GetObjectItemCaseSensitive(state, own->string);
-    if (!call) call = cJSON_AddObjectToObject(state, own->string);
-    cJSON_ArrayForEach(key, own) replaceItem(call, key);
+// The switch a file describes: its layout seeded (the default switch's
+// without one), then the model's sections it carries over that.
+static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
+  const cJSON *model = cJSON_GetObjectItemCaseSensitive(file, "model");
+  const cJSON *layoutJson = cJSON_GetObjectItemCaseSensitive(model, "layout");
+  SwitchLayout layout;
+  if (model && !cJSON_IsObject(model)) {
+    *error = "scenario: \"model\" must be an object";
+    return false;
   }
-  return base;
+  if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
+  seedSwitch(next, layout);
+  return !model || modelFromJson(model, next.model, error);
 }
 
 // All or nothing: a scenario with any fault leaves the running one as it is.
@@ -197,25 +157,23 @@ static Json withDefaultSwitch(Json root) {
 // starts at zero with its own timeline, so loading a dump passes it over.
 bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   Json file = parseStrictObject(json, "scenario", error);
-  if (!file || !checkTopLevel(file.get(), "scenario", {"interfaces", "state", "model", "timeline", "pending"}, error))
+  if (!file ||
+      !checkTopLevel(file.get(), "scenario", {"model", "overrides", "timeline", "clockMs", "pending"}, error))
     return false;
-  if (const cJSON *model = cJSON_GetObjectItemCaseSensitive(file.get(), "model"); model && !cJSON_IsObject(model)) {
-    *error = "scenario: \"model\" must be an object";
-    return false;
-  }
-  const cJSON *timeline = cJSON_GetObjectItemCaseSensitive(file.get(), "timeline");
-  Json root = withDefaultSwitch(Json(cJSON_Duplicate(file.get(), true)));
   // The timeline is checked against the switch the file describes, whole.
   Sim next;
-  const cJSON *model = cJSON_GetObjectItemCaseSensitive(root.get(), "model");
-  next.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
-  if (!loadInterfaces(next, cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces"), error) ||
-      !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error) ||
-      !parseTimeline(next, timeline, 0, &next.timeline, error))
+  const cJSON *clockAt = cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs");
+  if (clockAt && (!cJSON_IsNumber(clockAt) || clockAt->valuedouble < 0)) {
+    *error = "scenario: \"clockMs\" must be milliseconds of simulated time";
+    return false;
+  }
+  if (!switchOf(file.get(), next, error) ||
+      !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
+      !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
     return false;
   s.interfaces = std::move(next.interfaces);
-  s.state = std::move(next.state);
   s.model = std::move(next.model);
+  s.overrides = std::move(next.overrides);
   s.timeline = std::move(next.timeline);
   s.nextEvent = 0;
   s.faults.clear();
@@ -223,6 +181,7 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   s.journal.clear();
   s.scenario = json;
   clockRestart(s.clock);
+  if (clockAt) clockAdvance(s.clock, static_cast<int64_t>(clockAt->valuedouble));
   return true;
 }
 
@@ -247,7 +206,7 @@ static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
     *out = "VALUE must be a number, a string or an array of them\n";
     return 2;
   }
-  s.put(w[1], w[2], std::move(v));
+  s.override(w[1], w[2], std::move(v));
   return 0;
 }
 

@@ -121,7 +121,7 @@ std::vector<std::string> decodeWords(const Call &c) {
 std::string answer(Sim &s, const std::string &frame, int64_t *delayMs) {
   Call c;
   *delayMs = 0;
-  if (!decodeCall(frame, &c)) return encodeControlReply(-22, "malformed request\n");
+  if (!decodeCall(frame, &c)) return encodeControlReply(OPEN_E_PARAM, "malformed request\n");
   if (c.name == wire::kControlCall) {
     std::string out;
     int status = handleControl(s, decodeWords(c), &out);

@@ -134,20 +134,13 @@ void linkUp(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, true, e.at
 
 // A pulled module takes the link with it; a new one brings it up on its
 // medium.
-void transceiverRemoved(Sim &s, const TimelineEvent &e) {
-  setLinkState(s, e.port, false, e.atMs);
-  removeTransceiver(s, e.port);
-}
-
-void transceiverInserted(Sim &s, const TimelineEvent &e) {
-  insertTransceiver(s, e.port, e.media);
-  setLinkState(s, e.port, true, e.atMs);
-}
+void transceiverRemoved(Sim &s, const TimelineEvent &e) { removeTransceiver(s, e.port, e.atMs); }
+void transceiverInserted(Sim &s, const TimelineEvent &e) { insertTransceiver(s, e.port, e.media, e.atMs); }
 
 void ddisable(Sim &s, const TimelineEvent &e) { tripDDisable(s, e.port, e.cause, e.atMs); }
 void countersReset(Sim &s, const TimelineEvent &e) { resetPortCounters(s, e.port, e.atMs); }
 void countersWrap(Sim &s, const TimelineEvent &e) { bringCountersNearWrap(s, e.port, e.seconds, e.atMs); }
-void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh); }
+void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs); }
 void admin(Sim &s, const TimelineEvent &e) { setAdminState(s, e.port, e.enable, e.atMs); }
 void traffic(Sim &s, const TimelineEvent &e) { setPortTraffic(s, e.port, e.traffic, e.atMs); }
 
@@ -305,15 +298,18 @@ std::vector<Pending> pendingAfterNow(const Sim &s) {
   return out;
 }
 
-// Recoveries that fall between two events happen between them.
+// What the switch does by itself (recoveries, samples) up to each event
+// happens before it, so that every change lands at its own moment.
 void catchUp(Sim &s) {
   int64_t now = clockNowMs(s.clock);
   for (; s.nextEvent < s.timeline.size() && s.timeline[s.nextEvent].atMs <= now; ++s.nextEvent) {
     const TimelineEvent &e = s.timeline[s.nextEvent];
     recoverDDisabled(s, e.atMs);
+    takeLpiSamples(s, e.atMs);
     kindNamed(e.kind)->apply(s, e);
   }
   recoverDDisabled(s, now);
+  takeLpiSamples(s, now);
 }
 
 }  // namespace sim

@@ -69,7 +69,7 @@ int serveCommand(int argc, char **argv) {
     return 1;
   }
   sim::Sim s;
-  // Paused before the load: the clock then stands at zero from the start,
+  // Paused before the load: the clock then stands where the scenario starts it,
   // and reset and load keep it standing.
   if (paused) sim::clockPause(s.clock);
   if (!sim::loadScenario(s, scenario, &error)) {

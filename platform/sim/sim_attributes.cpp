@@ -152,6 +152,17 @@ int speedSet(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// Negotiation turned on negotiates the speed and duplex as well.
+int autoNegSet(Sim &s, Call &c) {
+  Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  p->autoNeg = static_cast<uint32_t>(c.in("autoNeg"));
+  if (p->autoNeg != kAutoNegOn) return OPEN_E_NONE;
+  p->speedMode = kSpeedAuto;
+  p->duplexMode = 1;
+  return OPEN_E_NONE;
+}
+
 int frameSizeSet(Sim &s, uint64_t ifNum, uint64_t frameSize) {
   Port *p = findPort(s, ifNum);
   if (!p) return OPEN_E_NOT_FOUND;
@@ -281,7 +292,7 @@ const CallRule kAttributeRules[] = {
     SIM_RULE(rpcclt_openapiIfExpPortFirstPeerGet, firstPeerGet),
     SIM_RULE(rpcclt_openapiIfPortSpeedLaneCountGet, portDerived<laneCountOf>),
     SIM_SETTER(rpcclt_openapiIfSpeedSet, rpcclt_openapiIfSpeedModeGet, speedSet),
-    SIM_SETTER(rpcclt_openapiIfAutoNegSet, openapiIfAutoNegGet, portSet<SIM_PORT_FIELD(autoNeg)>),
+    SIM_SETTER(rpcclt_openapiIfAutoNegSet, openapiIfAutoNegGet, autoNegSet),
     SIM_SETTER(rpcclt_openapiIfMtuSizeSet, openapiIfMaxFrameSizeGet, mtuSet),
     SIM_SETTER(rpcclt_openapiIfMtuSizeSetV2, openapiIfMaxFrameSizeGet, mtuSet),
     SIM_SETTER(rpcclt_openapiIfMaxFrameSizeSet, openapiIfMaxFrameSizeGet, maxFrameSizeSet),

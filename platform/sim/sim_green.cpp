@@ -467,7 +467,7 @@ int64_t drawMw(const Sim &s, const Port &p) {
 int64_t savingMw(const Sim &s, const Port &p) {
   if (!p.powerEstimate) return 0;
   if (p.up) return eeeActive(s, p) ? kEeeSavingMw : 0;
-  return energyDetectOn(s, p) ? p.drawUpMw - p.drawDownMw : 0;
+  return energyDetectOn(s, p) ? std::max<int64_t>(0, p.drawUpMw - p.drawDownMw) : 0;
 }
 
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {

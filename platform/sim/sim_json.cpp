@@ -53,10 +53,15 @@ bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key) {
   }
   int index = 0;
   for (const cJSON *m = node ? node->child : nullptr; m; m = m->next, ++index) {
-    std::string step = cJSON_IsObject(node) ? ".\"" + std::string(m->string) + "\"" : "[" + std::to_string(index) + "]";
     std::string inner;
     if (!findDuplicateKey(m, &inner, key)) continue;
-    *path = step + inner;
+    // Built in a fresh string: g++ 12 at -O3 takes a short text assigned
+    // or prepended to a string for an overlapping copy (-Wrestrict), which
+    // the Release build refuses.
+    std::string step = cJSON_IsObject(node) ? ".\"" : "[";
+    step += cJSON_IsObject(node) ? std::string(m->string) + "\"" : std::to_string(index) + "]";
+    step += inner;
+    *path = std::move(step);
     return true;
   }
   return false;

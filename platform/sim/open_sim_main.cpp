@@ -11,6 +11,7 @@
 
 #include "sim/client_io.h"
 #include "sim/sim.h"
+#include "sim/sim_json.h"
 #include "sim/sim_server.h"
 #include "sim/sim_files.h"
 #include "sim/socket_path.h"
@@ -68,7 +69,7 @@ int serveCommand(int argc, char **argv) {
     return 1;
   }
   sim::Sim s;
-  // Paused before the load: the clock then stands at zero from the start,
+  // Paused before the load: the clock then stands where the scenario starts it,
   // and reset and load keep it standing.
   if (paused) sim::clockPause(s.clock);
   if (!sim::loadScenario(s, scenario, &error)) {
@@ -95,6 +96,13 @@ int ctlCommand(int argc, char **argv) {
     if (i == 1 && sendsFile && !readFile(argv[1], &word)) {
       fprintf(stderr, "open-sim: cannot read %s\n", argv[1]);
       return 1;
+    }
+    // The file travels as a text, which a zero byte would end early,
+    // hiding what follows it from the daemon's checks.
+    if (size_t zero = word.find('\0'); i == 1 && sendsFile && zero != std::string::npos) {
+      fprintf(stderr, "open-sim: %s: a zero byte at %s\n", strcmp(argv[0], "load") == 0 ? "scenario" : "timeline file",
+              sim::positionText(word, zero).c_str());
+      return 2;
     }
     cJSON_AddItemToArray(words.get(), cJSON_CreateString(word.c_str()));
   }

@@ -152,6 +152,9 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   return !model || modelFromJson(model, next.model, error);
 }
 
+// The simulated time a scenario may start at: the clock's own bound.
+constexpr double kMostClockMs = 1e12;
+
 // All or nothing: a scenario with any fault leaves the running one as it is.
 // "pending" is what `dump` adds of the running moment; a loaded scenario
 // starts at zero with its own timeline, so loading a dump passes it over.
@@ -160,13 +163,14 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   if (!file ||
       !checkTopLevel(file.get(), "scenario", {"model", "overrides", "timeline", "clockMs", "pending"}, error))
     return false;
-  // The timeline is checked against the switch the file describes, whole.
-  Sim next;
-  const cJSON *clockAt = cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs");
-  if (clockAt && (!cJSON_IsNumber(clockAt) || clockAt->valuedouble < 0)) {
-    *error = "scenario: \"clockMs\" must be milliseconds of simulated time";
+  int64_t clockMs = 0;
+  NumberFault f = readWhole(cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs"), 0, kMostClockMs, &clockMs);
+  if (f != NumberFault::None && f != NumberFault::Missing) {
+    *error = "scenario: " + numberFaultText("clockMs", f, 0, kMostClockMs);
     return false;
   }
+  // The timeline is checked against the switch the file describes, whole.
+  Sim next;
   if (!switchOf(file.get(), next, error) ||
       !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
       !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
@@ -181,7 +185,7 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   s.journal.clear();
   s.scenario = json;
   clockRestart(s.clock);
-  if (clockAt) clockAdvance(s.clock, static_cast<int64_t>(clockAt->valuedouble));
+  clockAdvance(s.clock, clockMs);
   return true;
 }
 

@@ -11,6 +11,10 @@ namespace sim {
 
 namespace {
 
+bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+}  // namespace
+
 std::string positionText(const std::string &text, size_t offset) {
   offset = std::min(offset, text.size());
   size_t line = 1 + static_cast<size_t>(std::count(text.begin(), text.begin() + static_cast<long>(offset), '\n'));
@@ -18,10 +22,6 @@ std::string positionText(const std::string &text, size_t offset) {
   size_t column = offset - (lineStart == std::string::npos ? 0 : lineStart + 1) + 1;
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
-
-bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
-}  // namespace
 
 Json parseStrictObject(const std::string &text, const char *what, std::string *error) {
   const char *end = nullptr;
@@ -53,10 +53,15 @@ bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key) {
   }
   int index = 0;
   for (const cJSON *m = node ? node->child : nullptr; m; m = m->next, ++index) {
-    std::string step = cJSON_IsObject(node) ? ".\"" + std::string(m->string) + "\"" : "[" + std::to_string(index) + "]";
     std::string inner;
     if (!findDuplicateKey(m, &inner, key)) continue;
-    *path = step + inner;
+    // Built in a fresh string: g++ 12 at -O3 takes a short text assigned
+    // or prepended to a string for an overlapping copy (-Wrestrict), which
+    // the Release build refuses.
+    std::string step = cJSON_IsObject(node) ? ".\"" : "[";
+    step += cJSON_IsObject(node) ? std::string(m->string) + "\"" : std::to_string(index) + "]";
+    step += inner;
+    *path = std::move(step);
     return true;
   }
   return false;

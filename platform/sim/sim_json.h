@@ -18,6 +18,9 @@ namespace sim {
 // after the JSON at line 4, column 1", "not a JSON object").
 Json parseStrictObject(const std::string &text, const char *what, std::string *error);
 
+// "line L, column C" of a byte offset in `text`, both from 1.
+std::string positionText(const std::string &text, size_t offset);
+
 // The first name given twice in this object itself, or null.
 const char *duplicateKey(const cJSON *object);
 // The first name given twice anywhere inside `node`, with where it is as a

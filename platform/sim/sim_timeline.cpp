@@ -218,7 +218,9 @@ bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, s
     return false;
   }
   if (const char *twice = duplicateKey(o)) {
-    *error = "\"" + std::string(twice) + "\" given twice";
+    std::string why = "\"";  // in a fresh string: see findDuplicateKey
+    why += twice;
+    *error = std::move(why += "\" given twice");
     return false;
   }
   const cJSON *at = member(o, "at"), *kind = member(o, "event");

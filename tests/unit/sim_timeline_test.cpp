@@ -3,6 +3,7 @@
 // accepted events do at their seam; the clock; dump's pending section; a
 // delayed call.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include "sim/client_io.h"
@@ -132,6 +133,12 @@ TEST(SimTimeline, EachBadFileIsRefusedInOneLineAndChangesNothing) {
        R"(scenario: duplicate key "ifNum" in "model"."pml"."static"[1])"},
       {"load", R"({"overrides": {"openapiIfAdminStateGet": {"1": 1, "1": 0}}})",
        R"(scenario: duplicate key "1" in "overrides"."openapiIfAdminStateGet")"},
+      {"load", R"({"clockMs": 1.5})", R"(scenario: "clockMs" must be a whole number)"},
+      {"load", R"({"clockMs": -1})", R"(scenario: "clockMs" must be from 0 to 1000000000000)"},
+      {"load", R"({"clockMs": 1e300})", R"(scenario: "clockMs" must be from 0 to 1000000000000)"},
+      {"load", R"({"overrides": []})", R"(scenario: "overrides" must be an object of calls)"},
+      {"load", R"({"overrides": {"openapiIfAdminStateGet": 5}})",
+       "scenario: the answers of openapiIfAdminStateGet must be an object of inputs"},
       {"load", R"({"model": {"ports": {"2": {"speedMode": 1.5}}}})",
        R"(scenario: "model"."ports"."2"."speedMode": must be a whole number)"},
       {"load", R"({"model": {"ports": {"1": {"speed": 10}}}})",
@@ -377,6 +384,30 @@ TEST(SimDelay, HoldsOnlyTheDelayedCallsConnection) {
   EXPECT_LT(otherMs, slowMs) << "the other client waited for the delayed one";
   close(slow);
   close(other);
+}
+
+int64_t cpuMs() {
+  rusage u = {};
+  getrusage(RUSAGE_SELF, &u);
+  return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1000 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
+}
+
+// A client that hangs up while its reply is held (as one that timed out
+// does) is let go: its hang-up must not keep the server's loop awake until
+// the reply would have been due. CPU time is this process's own, so a
+// loaded machine does not inflate it.
+TEST(SimDelay, AClientGoneWhileHeldCostsNothing) {
+  constexpr int64_t kDelayMs = 1000;
+  InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs)}});
+  int gone = simConnect(nullptr, 10000);
+  ASSERT_GE(gone, 0);
+  std::string request = adminStateRequest(1);
+  ASSERT_TRUE(simSendAll(gone, request.data(), request.size()));
+  usleep(100000);  // the call is held
+  close(gone);
+  int64_t before = cpuMs();
+  usleep(static_cast<useconds_t>(kDelayMs * 1000));
+  EXPECT_LT(cpuMs() - before, kDelayMs / 10);
 }
 
 }  // namespace

@@ -142,6 +142,7 @@ struct Pml {
 
 struct Errdisable {
   uint32_t intervalS = 300;
+  int64_t intervalSetAtMs = 0;       // a change applies from then on, never before
   std::vector<bool> recovers;         // per cause of the switch's cause table
   std::vector<int64_t> enabledAtMs;  // when each was last set to recover
 };

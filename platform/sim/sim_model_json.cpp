@@ -339,6 +339,7 @@ cJSON *modelToJson(const Model &m) {
   w("vlans", m.vlans);
   cJSON *errdisable = cJSON_AddObjectToObject(w.into, "errdisable");
   cJSON_AddNumberToObject(errdisable, "interval", m.errdisable.intervalS);
+  cJSON_AddNumberToObject(errdisable, "intervalSetAtMs", static_cast<double>(m.errdisable.intervalSetAtMs));
   cJSON *causes = cJSON_AddObjectToObject(errdisable, "causes");
   for (size_t i = 0; i < m.errdisable.recovers.size(); ++i) {
     const facts::DDisableCause &c = facts::kDDisableCauses[i];
@@ -365,6 +366,10 @@ static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error
     if (key == "interval" && cJSON_IsNumber(x) && x->valuedouble >= 30 && x->valuedouble <= 86400 &&
         x->valuedouble == static_cast<double>(static_cast<uint32_t>(x->valuedouble))) {
       e.intervalS = static_cast<uint32_t>(x->valuedouble);
+      continue;
+    }
+    if (key == "intervalSetAtMs" && cJSON_IsNumber(x)) {
+      e.intervalSetAtMs = static_cast<int64_t>(x->valuedouble);
       continue;
     }
     if (key != "causes" || !cJSON_IsObject(x)) {

@@ -40,10 +40,10 @@ bool recovers(const Sim &s, const Port &p) {
 }
 
 // One interval after the trip, the interval in force now; not before the
-// cause was set to recover.
+// cause was set to recover, nor before the interval was set.
 int64_t recoveryAtMs(const Sim &s, const Port &p) {
   const Errdisable &e = s.model.errdisable;
-  return std::max(p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause]);
+  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause], e.intervalSetAtMs});
 }
 
 // The earliest moment a shut port comes back, or -1 when none will.
@@ -138,7 +138,10 @@ bool parseConfigLine(const std::string &raw, ConfigLine *out) {
 
 void applyConfigLine(Sim &s, const ConfigLine &l) {
   Errdisable &e = s.model.errdisable;
-  if (l.kind == ConfigLine::Interval) e.intervalS = static_cast<uint32_t>(l.interval);
+  if (l.kind == ConfigLine::Interval) {
+    e.intervalS = static_cast<uint32_t>(l.interval);
+    e.intervalSetAtMs = clockNowMs(s.clock);
+  }
   if (l.kind != ConfigLine::Cause) return;
   for (size_t i = 0; i < kCauseCount; ++i) {
     if (l.cause != "all" && static_cast<int>(i) != causeIndex(l.cause)) continue;

@@ -11,7 +11,9 @@
 #include <set>
 
 #include "sim/sim.h"
+#include "sim/sim_files.h"
 #include "switch_facts.h"
+#include "test_support.h"
 
 namespace {
 
@@ -523,6 +525,177 @@ TEST(SimModel, ARandomWalkKeepsEveryInvariant) {
                          << step << ": " << (clockOnly ? "clock" : change.name);
       before = now;
     }
+  }
+}
+
+// --- consequences at their moment --------------------------------------------------
+
+// Applies CLI configuration lines as the program does, through a work file.
+void configure(sim::Sim &s, const std::string &lines) {
+  TempDir work;
+  sim::setCliDir(work.path.substr(0, work.path.size() - 1));
+  writeText(work.file("in"), lines + "\n");
+  sim::Call c{"rpcclt_openapiTxtCfgApply", {}};
+  for (const std::string &name : {work.file("in"), work.file("out")}) {
+    sim::Arg a;
+    a.kind = wire::kInText;
+    a.text = name;
+    c.args.push_back(a);
+  }
+  EXPECT_EQ(sim::handleCall(s, c), OPEN_E_NONE) << lines;
+  sim::setCliDir("/mnt/application/quill/tmp");
+}
+
+void advance(sim::Sim &s, int seconds) { ASSERT_EQ(ctl(s, {"clock", "advance", std::to_string(seconds)}).status, 0); }
+void play(sim::Sim &s, const std::string &events) {
+  ASSERT_EQ(ctl(s, {"play", R"({"timeline": [)" + events + "]}"}).out, "");
+}
+int64_t firstSample(sim::Sim &s, uint32_t port, const char *field) {
+  Reply r = ask(s, CALL(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet), {port});
+  open_pwr_sav_sample_t sample = {};
+  memcpy(&sample, r.text["sample"].data(), sizeof sample);
+  return std::string(field) == "number" ? sample.sampleNo : sample.sampleTime;
+}
+int64_t globalSaving(sim::Sim &s) {
+  return static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenPwrEstGlobalCumSavingGet)).num["pwrSaving"]);
+}
+
+constexpr int64_t kSwitchTimeAtLoad = 1709251200 + 5000 * 300;  // the uplink's next sample time
+constexpr char kRecovering[] = R"({"model": {"errdisable": {"interval": 60, "causes": {"bpduguard": true}}}})";
+
+// What a setting or an event leads to, read at the moment it should show.
+struct Consequence {
+  const char *name;
+  const char *scenario;  // nullptr: the default switch
+  std::function<int64_t(sim::Sim &)> run;
+  int64_t want;
+};
+
+const Consequence kConsequences[] = {
+    {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering,
+     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }, 0},
+    {"... but not while its cause stays off", nullptr,
+     [](sim::Sim &s) {
+       advance(s, 100000);
+       return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 7);
+     },
+     4},
+    {"every trip restarts the countdown", kRecovering,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"},
+                  {"at": 40, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
+       advance(s, 99);
+       int64_t shut = read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
+       advance(s, 1);
+       return shut * 10 + read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
+     },
+     40},
+    {"a shorter interval counts from the trip, and is not back-dated", nullptr,
+     [](sim::Sim &s) {
+       configure(s, "errdisable recovery cause bpduguard");
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
+       advance(s, 100);
+       configure(s, "errdisable recovery interval 60");
+       return read1(s, CALL(openapiIfLinkStateGet), 2) * 1000 + read1(s, CALL(rpcclt_openapiIfLastChangeGet), 2) - 90000;
+     },
+     100},
+    {"a link-up brings neither a D-Disabled nor an admin-disabled port up", nullptr,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "pml"},
+                  {"at": 0, "event": "admin", "port": 4, "state": "disable"},
+                  {"at": 1, "event": "link-up", "port": 2}, {"at": 1, "event": "link-up", "port": 4})");
+       advance(s, 1);
+       return read1(s, CALL(openapiIfLinkStateGet), 2) + read1(s, CALL(openapiIfLinkStateGet), 4);
+     },
+     2},
+    {"enabling brings a port with a partner back up", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 0});
+       ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 1});
+       return read1(s, CALL(openapiIfLinkStateGet), 3);
+     },
+     0},
+    {"no violation where locking is off switch-wide", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiPmlGlobalAdminModeSet), {0});
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 1})");
+       return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
+     },
+     0},
+    {"a violation on a locked port drops the frames and D-Disables it", nullptr,
+     [](sim::Sim &s) {
+       int64_t discards = read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3);
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55", "00:11:22:33:44:66"],
+                   "vlan": 1})");
+       return (read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3) - discards) * 100 +
+              read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
+     },
+     214},
+    {"a full history drops its oldest sample", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});
+       advance(s, 300);
+       return firstSample(s, 3, "number");
+     },
+     2},
+    {"a smaller maximum keeps the newest samples", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {10});
+       return firstSample(s, 1, "number");
+     },
+     4991},
+    {"after a clear, samples start again at the time then", nullptr,
+     [](sim::Sim &s) {
+       advance(s, 1000);
+       ask(s, CALL(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear), {3});
+       advance(s, 200);
+       return firstSample(s, 3, "time") - kSwitchTimeAtLoad;
+     },
+     1200},
+    {"a changed interval keeps the samples taken", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet), {1});
+       advance(s, 60);
+       return firstSample(s, 3, "number");
+     },
+     1},
+    {"the saving grows with the clock (energy detect on a down port: 465 mW)", nullptr,
+     [](sim::Sim &s) {
+       int64_t before = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15);
+       advance(s, 3600);
+       return read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15) - before;
+     },
+     465},
+    {"a port's clear takes its saving off the switch's", nullptr,
+     [](sim::Sim &s) {
+       int64_t before = globalSaving(s), port = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15);
+       ask(s, CALL(rpcclt_openapiGreenEthrIntfStatisticsClear), {15});
+       return before - port - globalSaving(s);
+     },
+     0},
+    {"counters hold while down and go on from there", nullptr,
+     [](sim::Sim &s) {
+       int64_t at = read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1);
+       play(s, R"({"at": 0, "event": "link-down", "port": 1}, {"at": 50, "event": "link-up", "port": 1})");
+       advance(s, 60);
+       return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) - at;
+     },
+     10 * 120000},
+    {"a wrap moves the received octets only, exactly when announced", nullptr,
+     [](sim::Sim &s) {
+       int64_t out = read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1);
+       play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7})");
+       advance(s, 7);
+       return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) + read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1) - out;
+     },
+     7 * 85000},
+};
+
+TEST(SimModel, EachConsequenceShowsAtItsMoment) {
+  for (const Consequence &c : kConsequences) {
+    sim::Sim s;
+    load(s, c.scenario ? c.scenario : sim::defaultScenario());
+    EXPECT_EQ(c.run(s), c.want) << c.name;
   }
 }
 

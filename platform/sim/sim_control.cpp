@@ -149,7 +149,10 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   }
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
-  return !model || modelFromJson(model, next.model, error);
+  if (model && !modelFromJson(model, next.model, error)) return false;
+  // A file may set a port's facts apart; its link follows them.
+  for (auto &[n, p] : next.model.ports) settleLink(next, p, p.settledMs);
+  return true;
 }
 
 // The simulated time a scenario may start at: the clock's own bound.

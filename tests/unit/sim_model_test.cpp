@@ -608,6 +608,8 @@ const Consequence kConsequences[] = {
        return read1(s, CALL(openapiIfLinkStateGet), 2) + read1(s, CALL(openapiIfLinkStateGet), 4);
      },
      2},
+    {"a port a scenario disables is down", R"({"model": {"ports": {"3": {"adminEnabled": false}}}})",
+     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 3); }, 1},
     {"enabling brings a port with a partner back up", nullptr,
      [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 0});

@@ -222,7 +222,9 @@ bool linkUp(const Sim &s, uint32_t ifNum);
 void settleLink(Sim &s, Port &p, int64_t atMs);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t counterAt(const Port &p, Counter which, int64_t atMs);
+uint64_t counterAt(const Port &p, Counter which, int64_t atMs);   // as the 32-bit counter reads
+uint64_t countedAt(const Port &p, Counter which, int64_t atMs);   // all counted, unwrapped
+int64_t wrapDueMs(const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
 int64_t drawMw(const Sim &s, const Port &p);
 // Mean watts saved per port while up with EEE, or down with energy detect.

@@ -123,9 +123,19 @@ int cableTestCall(Sim &s, Call &c) {
 
 }  // namespace
 
-uint64_t counterAt(const Port &p, Counter which, int64_t atMs) {
-  uint64_t v = p.counters[which] + (p.up ? grown(p.rates, which, atMs - p.settledMs) : 0);
-  return v % kCounterWrap;
+uint64_t counterAt(const Port &p, Counter which, int64_t atMs) { return countedAt(p, which, atMs) % kCounterWrap; }
+
+uint64_t countedAt(const Port &p, Counter which, int64_t atMs) {
+  return p.counters[which] + (p.up ? grown(p.rates, which, atMs - p.settledMs) : 0);
+}
+
+// When the announced wrap comes, as the port counts now; -1 once it came
+// or while the port does not count.
+int64_t wrapDueMs(const Port &p, int64_t nowMs) {
+  uint64_t counted = countedAt(p, kInOctets, nowMs);
+  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !p.up || !p.rates.inOctetsPerSec) return -1;
+  uint64_t left = p.wrapAtOctets - counted;
+  return nowMs + static_cast<int64_t>((left * 1000 + p.rates.inOctetsPerSec - 1) / p.rates.inOctetsPerSec);
 }
 
 void settleCounters(Sim &s, Port &p, int64_t atMs) {
@@ -148,7 +158,7 @@ void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs) {
   if (!p) return;
   settleCounters(s, *p, atMs);
   p->counters.fill(0);
-  p->wrapAtMs = -1;
+  p->wrapAtOctets = 0;
 }
 
 // Only the received octets move: they stand `secondsLeft` seconds of the
@@ -161,7 +171,7 @@ void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t 
   uint64_t before = p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft) % kCounterWrap;
   uint64_t target = (kCounterWrap - before) % kCounterWrap;
   p->counters[kInOctets] += (target + kCounterWrap - p->counters[kInOctets] % kCounterWrap) % kCounterWrap;
-  p->wrapAtMs = atMs + secondsLeft * 1000;
+  p->wrapAtOctets = p->counters[kInOctets] + p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft);
 }
 
 void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs) {

@@ -108,7 +108,7 @@ struct Port {
   TrafficRates rates;
   std::array<uint64_t, kCounterCount> counters{};
   int64_t settledMs = 0;
-  int64_t wrapAtMs = -1;  // an announced wrap of the received octets, -1 none
+  uint64_t wrapAtOctets = 0;  // the received octets an announced wrap comes at, 0 none
   // Power: draw up and down, and the saving (mW for ms) until `settledMs`.
   int64_t drawUpMw = 560, drawDownMw = 95;
   uint64_t savedMwh = 0;   // at the last clear or load, plus what was settled

@@ -103,7 +103,7 @@ void visit(Port &p, V &v) {
   v("rates", p.rates);
   v("counters", p.counters);
   v("settledMs", p.settledMs);
-  v("wrapAtMs", p.wrapAtMs);
+  v("wrapAtOctets", p.wrapAtOctets);
   v("drawUpMw", p.drawUpMw);
   v("drawDownMw", p.drawDownMw);
   v("savedMwh", p.savedMwh);

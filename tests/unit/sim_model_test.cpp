@@ -691,6 +691,17 @@ const Consequence kConsequences[] = {
        return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) + read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1) - out;
      },
      7 * 85000},
+    {"an announced wrap waits while the link is down", nullptr,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7},
+                  {"at": 2, "event": "link-down", "port": 1}, {"at": 12, "event": "link-up", "port": 1})");
+       advance(s, 12);
+       sim::catchUp(s);
+       for (const sim::PendingTimer &t : sim::pendingTimers(s))
+         if (t.what == "port 1 counters wrap") return t.atMs;
+       return int64_t{-1};
+     },
+     17000},
 };
 
 TEST(SimModel, EachConsequenceShowsAtItsMoment) {

@@ -159,8 +159,8 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
 constexpr double kMostClockMs = 1e12;
 
 // All or nothing: a scenario with any fault leaves the running one as it is.
-// "pending" is what `dump` adds of the running moment; a loaded scenario
-// starts at zero with its own timeline, so loading a dump passes it over.
+// "pending" is what `dump` adds to show what the clock still holds; a
+// loaded scenario runs its own timeline, so loading a dump passes it over.
 bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   Json file = parseStrictObject(json, "scenario", error);
   if (!file ||

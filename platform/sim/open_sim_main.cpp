@@ -1,5 +1,5 @@
 // open-sim: the simulated OpEN service and its control client.
-//   open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]
+//   open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]
 //   open-sim ctl [--socket PATH] COMMAND...
 //   open-sim default-scenario
 //   open-sim scenarios
@@ -11,6 +11,7 @@
 
 #include "sim/client_io.h"
 #include "sim/sim.h"
+#include "sim/sim_json.h"
 #include "sim/sim_server.h"
 #include "sim/sim_files.h"
 #include "sim/socket_path.h"
@@ -20,10 +21,10 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR]\n"
+  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n"
         "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
-        "                    | journal [--clear] | reset | dump | load FILE\n"
-        "                    | clock [pause | run | advance SECONDS] | play FILE\n"
+        "                    | delay CALL MS [COUNT] | journal [--clear] | reset | dump | load FILE\n"
+        "                    | clock [pause | run | advance SECONDS | next] | play FILE\n"
         "       open-sim default-scenario\n"
         "       open-sim scenarios\n",
         stderr);
@@ -52,8 +53,10 @@ const char *takeSocket(int *argc, char ***argv) {
 
 int serveCommand(int argc, char **argv) {
   const char *socket = nullptr, *scenarioFile = nullptr;
+  bool paused = false;
   for (int i = 0; i < argc; ++i) {
-    if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
+    if (strcmp(argv[i], "--paused") == 0) paused = true;
+    else if (strcmp(argv[i], "--socket") == 0 && i + 1 < argc) socket = argv[++i];
     else if (strcmp(argv[i], "--scenario") == 0 && i + 1 < argc) scenarioFile = argv[++i];
     else if (strcmp(argv[i], "--cli-dir") == 0 && i + 1 < argc) sim::setCliDir(argv[++i]);
     else return usage();
@@ -66,6 +69,9 @@ int serveCommand(int argc, char **argv) {
     return 1;
   }
   sim::Sim s;
+  // Paused before the load: the clock then stands where the scenario starts it,
+  // and reset and load keep it standing.
+  if (paused) sim::clockPause(s.clock);
   if (!sim::loadScenario(s, scenario, &error)) {
     fprintf(stderr, "open-sim: %s\n", error.c_str());
     return 1;
@@ -90,6 +96,13 @@ int ctlCommand(int argc, char **argv) {
     if (i == 1 && sendsFile && !readFile(argv[1], &word)) {
       fprintf(stderr, "open-sim: cannot read %s\n", argv[1]);
       return 1;
+    }
+    // The file travels as a text, which a zero byte would end early,
+    // hiding what follows it from the daemon's checks.
+    if (size_t zero = word.find('\0'); i == 1 && sendsFile && zero != std::string::npos) {
+      fprintf(stderr, "open-sim: %s: a zero byte at %s\n", strcmp(argv[0], "load") == 0 ? "scenario" : "timeline file",
+              sim::positionText(word, zero).c_str());
+      return 2;
     }
     cJSON_AddItemToArray(words.get(), cJSON_CreateString(word.c_str()));
   }
@@ -131,7 +144,7 @@ int main(int argc, char **argv) {
     return 0;
   }
   if (strcmp(argv[1], "default-scenario") == 0) {
-    fputs(sim::defaultScenario().c_str(), stdout);
+    fputs(sim::defaultSwitchDump().c_str(), stdout);
     fputc('\n', stdout);
     return 0;
   }

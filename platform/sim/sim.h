@@ -9,11 +9,13 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "open_api.h"
 #include "sim/sim_clock.h"
+#include "sim/sim_model.h"
 #include "sim/wire.h"
 
 namespace sim {
@@ -33,6 +35,21 @@ using Outputs = std::vector<Value>;
 Value num(int64_t n);
 Value text(std::string t);
 
+// An OpEN call as platform/open_calls.inc declares it: its name and its
+// parameter list, through which a rule reads inputs by name.
+struct CallId {
+  const char *name;
+  const char *params;
+};
+namespace calls {
+#define OPEN_CALL(name, params, args) inline constexpr CallId name{#name, #params};
+#include "open_calls.inc"
+#undef OPEN_CALL
+inline constexpr CallId openapiClientRegister{"openapiClientRegister",
+                                              "(const char *clientName, openapiClientHandle_t *client)"};
+inline constexpr CallId openapiClientTearDown{"openapiClientTearDown", "(openapiClientHandle_t *client)"};
+}  // namespace calls
+
 struct Arg {
   wire::Kind kind = wire::kInNum;
   uint8_t width = 4;
@@ -44,23 +61,44 @@ struct Arg {
   bool isInput() const { return kind == wire::kInNum || kind == wire::kInText || kind == wire::kInString; }
 };
 
+// The parameter names of a declared call after the client handle, in
+// order; the arguments of a call arrive in the same order.
+const std::vector<std::string> &parameterNames(const CallId &id);
+
 struct Call {
   std::string name;
   std::vector<Arg> args;
+  const CallId *id = nullptr;  // set once the call is known
+  const std::vector<std::string> *names = nullptr;  // the declared parameters, once looked up
+  size_t nextName = 0;  // rules mostly read and write the arguments in order
 
-  std::vector<const Arg *> inputs() const;
-  std::vector<Arg *> outputs();
   // Inputs joined by ",": numbers in decimal, texts as they are.
   std::string key() const;
   std::string keyOf(size_t firstInputs) const;
-  uint64_t in(size_t i) const;        // i-th input as a number
-  std::string inText(size_t i) const; // i-th input as text
-  void setOut(size_t i, uint64_t v);
-  void setOutText(size_t i, const std::string &t);
+  // An argument by its declared name; a rule naming a parameter its call
+  // does not have is a bug in the rule table, and stops the simulator.
+  Arg &arg(const char *param);
+  const Arg &arg(const char *param) const;
+  uint64_t in(const char *param) const { return arg(param).num; }
+  // The last declared parameter: the value a setter sets, or the one
+  // output of a getter.
+  Arg &last();
+  std::string text(const char *param) const;
+  void out(const char *param, uint64_t v);
+  void outText(const char *param, const std::string &t);
+  // The interface number input, whichever name the call gives it.
+  uint32_t port() const;
 };
 
 struct Fault {
   int result = 0;
+  int64_t remaining = -1;  // -1: every call from now on
+};
+
+// A call answered late (`ctl delay`), in the machine's time: a client's
+// time-out runs on that, not on the simulated clock.
+struct Delay {
+  int64_t ms = 0;
   int64_t remaining = -1;  // -1: every call from now on
 };
 
@@ -72,20 +110,25 @@ struct Interface {
 struct Sim;
 using Behavior = int (*)(Sim &, Call &);
 
-enum class Rule { Get, Set, Custom };
-
-// One line per OpEN call: how the simulator answers it.
+// One line per OpEN call: the declared call and how the simulator answers
+// it; a setter also names the getter whose answer it changes, so that an
+// override of that answer (`ctl set`) gives way to the setting.
 struct CallRule {
-  const char *name;
-  Rule rule;
-  const char *target;  // Set: the getter whose state it writes
-  uint8_t keyInputs;   // Set: how many leading inputs form the state key
-  Behavior custom;
+  const CallId *call;
+  Behavior answer;
+  const CallId *getter = nullptr;
 };
 
-#define SIM_GET(call) {#call, ::sim::Rule::Get, nullptr, 0, nullptr}
-#define SIM_SET(call, getter, keyInputs) {#call, ::sim::Rule::Set, #getter, keyInputs, nullptr}
-#define SIM_CUSTOM(call, fn) {#call, ::sim::Rule::Custom, nullptr, 0, fn}
+#define SIM_RULE(call, fn) {&::sim::calls::call, fn, nullptr}
+#define SIM_SETTER(call, getter, fn) {&::sim::calls::call, fn, &::sim::calls::getter}
+
+// A port's traffic from `atMs` on: rates in octets per second (-1 keeps
+// the current one) and a burst of received errors counted at that moment.
+struct TrafficChange {
+  int64_t inOctetsPerSec = -1;
+  int64_t outOctetsPerSec = -1;
+  int64_t inErrors = 0;
+};
 
 // One event of a timeline, at a moment of simulated time; which fields
 // count depends on the kind.
@@ -100,29 +143,38 @@ struct TimelineEvent {
   int64_t seconds = 0;            // counters-wrap: until the 32-bit counters wrap
   int64_t milliwatts = 0;         // power
   int64_t savedMwh = -1;          // power: cumulative saving, -1 to keep it
+  bool enable = false;            // admin
+  TrafficChange traffic;          // traffic
+  int number = 0;                 // its place in the timeline, from 1
+  std::string source;             // the event as written, for `dump`
+};
+
+// What the switch will do by itself at a known moment: D-Disable
+// recoveries, announced counter wraps, the next power-saving sample.
+struct PendingTimer {
+  int64_t atMs;
+  std::string what;
 };
 
 struct Sim {
   std::vector<Interface> interfaces;
-  std::map<std::string, std::map<std::string, Outputs>> state;
-  Json model{cJSON_CreateObject()};  // structured state of custom behaviours
+  Model model;
+  // Answers fixed by `ctl set`, by call and inputs ("*": any inputs); none
+  // marks inputs a setter has since set in the model.
+  std::map<std::string, std::map<std::string, std::optional<Outputs>>> overrides;
   std::map<std::string, Fault> faults;
+  std::map<std::string, Delay> delays;
   std::deque<std::string> journal;
   std::string scenario;  // the loaded scenario, for `reset`
   SimClock clock;        // zero at load
   std::vector<TimelineEvent> timeline;  // in time order
   size_t nextEvent = 0;                 // the first not yet applied
 
-  // The value stored for exactly these inputs, else the call's "*" value.
-  const Outputs *stored(const std::string &call, const std::string &key) const;
-  // Stores a call's answer; a "*" key replaces all of the call's values.
-  void put(const std::string &call, const std::string &key, Outputs v);
+  // The override for exactly these inputs, else the call's "*" one.
+  const Outputs *overridden(const std::string &call, const std::string &key) const;
+  // Fixes a call's answer; a "*" key replaces all of the call's overrides.
+  void override(const std::string &call, const std::string &key, Outputs v);
 };
-
-// The first number stored for a call's inputs, else `otherwise`.
-int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise = 0);
-// Whether the interface's link is up as openapiIfLinkStateGet answers it.
-bool linkUp(const Sim &s, uint32_t ifNum);
 
 // Call table, assembled from each group's lines.
 const CallRule *findRule(const std::string &name);
@@ -133,42 +185,83 @@ struct RuleGroup {
 extern const RuleGroup kRuleGroups[];
 extern const size_t kRuleGroupCount;
 
-// Answers one call: journal, faults, stored answers, then the rule.
+// Answers one call: journal, faults, overrides, then the model.
 int handleCall(Sim &s, Call &c);
 // Runs one `open-sim ctl` command; returns the exit status and its output.
 int handleControl(Sim &s, const std::vector<std::string> &words, std::string *out);
 
-// Applies the timeline's events and the timers due by the clock's time;
-// every call and control command asks first.
+// Applies the timeline's events and the switch's own timers due by the
+// clock's time, in time order; every call and control command asks first.
 void catchUp(Sim &s);
 // Reads a timeline (a JSON array of events) against the switch's ports;
 // times are seconds from `startMs`. False with one line naming what and
 // where.
 bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vector<TimelineEvent> *out,
                    std::string *error);
-// A JSON text's parse error as "broken JSON at line L, column C".
-std::string jsonError(const std::string &text);
+// What will happen by itself after the clock's time, soonest first: the
+// timeline's events still to come (`event` set) and the model's timers.
+struct Pending {
+  int64_t atMs = 0;
+  std::string what;
+  const TimelineEvent *event = nullptr;
+};
+std::vector<Pending> pendingAfterNow(const Sim &s);
+// How late to answer this call, in milliseconds (0: at once); counts the
+// call against a `ctl delay` COUNT.
+int64_t takeDelay(Sim &s, const std::string &call);
 
-// What events change, each at a moment of simulated time, in the group
-// that owns the state.
-void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);      // interfaces
-void holdCountedTraffic(Sim &s, uint32_t ifNum, int64_t atMs);         // counters, before a link change
-void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs);          // counters
+// --- the model's ports -------------------------------------------------------
+
+Port *findPort(Sim &s, uint64_t ifNum);
+const Port *findPort(const Sim &s, uint64_t ifNum);
+// Whether the interface's link is up: a port's, or a LAG's through its
+// members; other interfaces have no link.
+bool linkUp(const Sim &s, uint32_t ifNum);
+// Brings the port's link in line with its facts at `atMs`: counters and
+// savings are settled first, so that what was counted while up stays.
+void settleLink(Sim &s, Port &p, int64_t atMs);
+// Counters and savings counted up to `atMs` made part of the port's base.
+void settleCounters(Sim &s, Port &p, int64_t atMs);
+uint64_t counterAt(const Port &p, Counter which, int64_t atMs);   // as the 32-bit counter reads
+uint64_t countedAt(const Port &p, Counter which, int64_t atMs);   // all counted, unwrapped
+int64_t wrapDueMs(const Port &p, int64_t nowMs);
+uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
+int64_t drawMw(const Sim &s, const Port &p);
+// Mean watts saved per port while up with EEE, or down with energy detect.
+int64_t savingMw(const Sim &s, const Port &p);
+
+// What events and settings change, each at a moment of simulated time.
+void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);  // the partner comes or goes
+void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs);
+void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs);
 void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs);
-void removeTransceiver(Sim &s, uint32_t ifNum);                        // attributes
-void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media);
+void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs);
+void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs);
+void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs);
 bool knownMedia(const std::string &media);
-void setDisableReason(Sim &s, uint32_t ifNum, uint32_t reason);
-int disableReasonOf(const std::string &cause);  // system; 0 for no cause
+// A cause's place in the switch's cause table by its API or CLI name; -1
+// for none.
+int causeIndex(const std::string &name);
+int disableReasonOf(const std::string &cause);  // 0 for no cause
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
 void recoverDDisabled(Sim &s, int64_t uptoMs);
-void recordPmlViolation(Sim &s, const TimelineEvent &e);  // pml
-bool hasPowerEstimate(const Sim &s, uint32_t ifNum);    // green
-void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh);
+void recordPmlViolation(Sim &s, const TimelineEvent &e);
+bool hasPowerEstimate(const Sim &s, uint32_t ifNum);
+void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs);
+// Power-saving samples due up to `uptoMs`.
+void takeLpiSamples(Sim &s, int64_t uptoMs);
+
+// In time order: what the switch will do by itself at a known moment.
+std::vector<PendingTimer> pendingTimers(const Sim &s);
+// Whether the switch has this VLAN configured.
+bool vlanExists(const Sim &s, uint32_t vlan);
 
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
 std::string dumpScenario(const Sim &s);
+// The default switch as a scenario: its layout, seeded at load.
 std::string defaultScenario();
+// Every fact of the default switch at load, as `dump` shows it.
+std::string defaultSwitchDump();
 // The scenarios built in: one line each, name first; and one's text.
 std::string readyScenarioList();
 bool readyScenario(const std::string &name, std::string *text);
@@ -178,47 +271,69 @@ const Interface *firstOfType(const Sim &s, uint32_t type);
 const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after);
 const Interface *findInterface(const Sim &s, uint32_t ifNum);
 
-// The switch's shape, kept in the model ("layout") so that the groups
-// answer for the switch the scenario describes. Copper ports come first,
-// then the fibre ports; with a cage the fibre ports are the four 25G lanes
-// of one expandable port, else single 10G uplinks.
-struct SwitchLayout {
-  uint32_t copperPorts = 24;
-  uint32_t fibrePorts = 4;
-  uint32_t lags = 2;
-  bool cage = true;
-
-  uint32_t ports() const { return copperPorts + fibrePorts; }
-  uint32_t firstFibre() const { return copperPorts + 1; }
-  bool isFibre(uint64_t ifNum) const { return ifNum > copperPorts && ifNum <= ports(); }
-  bool inCage(uint64_t ifNum) const { return cage && isFibre(ifNum); }
-};
-SwitchLayout layoutOf(const Sim &s);
 // A scenario's text for a switch of this shape.
 std::string scenarioFor(const SwitchLayout &layout);
+// The switch of this shape as it stands at load, every fact seeded.
+void seedSwitch(Sim &s, const SwitchLayout &layout);
 
-// Per-group pieces of the default scenario and of the call table.
+// Each group's seed and its lines of the call table.
 void seedSystem(Sim &s);
 void seedInterfaces(Sim &s);
+void seedAttributes(Sim &s);
+void seedPml(Sim &s);
+void seedGreen(Sim &s);
+void seedInterfaceApp(Sim &s);
+void seedCounters(Sim &s);
 extern const CallRule kSystemRules[];
 extern const size_t kSystemRuleCount;
 extern const CallRule kInterfaceRules[];
 extern const size_t kInterfaceRuleCount;
-void seedAttributes(Sim &s);
 extern const CallRule kAttributeRules[];
 extern const size_t kAttributeRuleCount;
-void seedPml(Sim &s);
 extern const CallRule kPmlRules[];
 extern const size_t kPmlRuleCount;
-void seedGreen(Sim &s);
 extern const CallRule kGreenRules[];
 extern const size_t kGreenRuleCount;
-void seedInterfaceApp(Sim &s);
 extern const CallRule kInterfaceAppRules[];
 extern const size_t kInterfaceAppRuleCount;
-void seedCounters(Sim &s);
 extern const CallRule kCounterRules[];
 extern const size_t kCounterRuleCount;
+
+// Rules over one field of a port, by accessor: the call finds the port
+// by its interface number (OPEN_E_NOT_FOUND without one) and answers or
+// sets the field; a setter refuses values outside [Min, Max] with
+// OPEN_E_PARAM.
+template <class T>
+using PortField = T &(*)(Port &);
+#define SIM_PORT_FIELD(expr) (+[](::sim::Port &p) -> auto & { return p.expr; })
+
+template <PortField<uint32_t> F>
+int portGet(Sim &s, Call &c) {
+  Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.last().num = F(*p);
+  c.last().written = true;
+  return OPEN_E_NONE;
+}
+
+template <PortField<uint32_t> F, uint32_t Min = 0, uint32_t Max = UINT32_MAX>
+int portSet(Sim &s, Call &c) {
+  Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  uint64_t v = c.last().num;
+  if (v < Min || v > Max) return OPEN_E_PARAM;
+  F(*p) = static_cast<uint32_t>(v);
+  return OPEN_E_NONE;
+}
+
+template <PortField<std::string> F>
+int portTextGet(Sim &s, Call &c) {
+  Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.last().text = F(*p);
+  c.last().written = true;
+  return OPEN_E_NONE;
+}
 
 }  // namespace sim
 

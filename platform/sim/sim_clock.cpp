@@ -1,5 +1,8 @@
 #include "sim/sim_clock.h"
 
+#include <ctype.h>
+#include <math.h>
+#include <stdlib.h>
 #include <time.h>
 
 namespace sim {
@@ -35,6 +38,20 @@ void clockAdvance(SimClock &c, int64_t ms) {
   if (ms <= 0) return;
   if (c.paused) c.frozenMs += ms;
   else c.anchorMs -= ms;
+}
+
+bool parseDecimalSeconds(const char *text, int64_t *ms) {
+  int digits = 0, points = 0;
+  for (const char *p = text; *p; ++p) {
+    if (isdigit(static_cast<unsigned char>(*p))) ++digits;
+    else if (*p == '.') ++points;
+    else return false;
+  }
+  if (digits == 0 || points > 1) return false;
+  double seconds = strtod(text, nullptr);
+  if (seconds > 1e9) return false;
+  *ms = llround(seconds * 1000);
+  return true;
 }
 
 }  // namespace sim

@@ -2,10 +2,17 @@
 #include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
+
+#include <string.h>
 
 #include <algorithm>
+#include <set>
+
+#include "sim/sim_model_json.h"
 
 #include "sim/sim.h"
+#include "sim/sim_json.h"
 
 namespace sim {
 
@@ -20,16 +27,18 @@ static cJSON *valueToJson(const Value &v) {
   return v.isText ? cJSON_CreateString(v.text.c_str()) : cJSON_CreateNumber(static_cast<double>(v.num));
 }
 
+// Every whole number a JSON number holds exactly.
+constexpr double kMostExact = 9007199254740992.0;
+
 static bool jsonToValue(const cJSON *j, Value *v) {
   if (cJSON_IsString(j)) {
     *v = text(j->valuestring);
     return true;
   }
-  if (cJSON_IsNumber(j)) {
-    *v = num(static_cast<int64_t>(j->valuedouble));
-    return true;
-  }
-  return false;
+  int64_t n = 0;
+  if (readWhole(j, -kMostExact, kMostExact, &n) != NumberFault::None) return false;
+  *v = num(n);
+  return true;
 }
 
 // A number, a string, or an array of them (outputs in call order).
@@ -50,114 +59,136 @@ static bool jsonToOutputs(const cJSON *j, Outputs *out) {
   return true;
 }
 
+// The model, what `set` fixed (an answer a setter has since changed shows
+// as null), and the moment of the dump: loading it carries on from there.
 std::string dumpScenario(const Sim &s) {
   Json root(cJSON_CreateObject());
-  cJSON *ifs = cJSON_AddArrayToObject(root.get(), "interfaces");
-  for (const Interface &i : s.interfaces) {
-    cJSON *o = cJSON_CreateObject();
-    cJSON_AddNumberToObject(o, "ifNum", i.ifNum);
-    cJSON_AddNumberToObject(o, "type", i.type);
-    cJSON_AddItemToArray(ifs, o);
-  }
-  cJSON *state = cJSON_AddObjectToObject(root.get(), "state");
-  for (const auto &[call, keys] : s.state) {
-    cJSON *c = cJSON_AddObjectToObject(state, call.c_str());
+  cJSON_AddNumberToObject(root.get(), "clockMs", static_cast<double>(clockNowMs(s.clock)));
+  cJSON_AddItemToObject(root.get(), "model", modelToJson(s.model));
+  cJSON *overrides = cJSON_AddObjectToObject(root.get(), "overrides");
+  for (const auto &[call, keys] : s.overrides) {
+    cJSON *c = cJSON_AddObjectToObject(overrides, call.c_str());
     for (const auto &[key, outs] : keys) {
+      if (!outs) {
+        cJSON_AddNullToObject(c, key.c_str());
+        continue;
+      }
       cJSON *arr = cJSON_CreateArray();
-      for (const Value &v : outs) cJSON_AddItemToArray(arr, valueToJson(v));
+      for (const Value &v : *outs) cJSON_AddItemToArray(arr, valueToJson(v));
       cJSON_AddItemToObject(c, key.c_str(), arr);
     }
   }
-  cJSON_AddItemToObject(root.get(), "model", cJSON_Duplicate(s.model.get(), true));
   return printJson(root.get(), true);
 }
 
-static bool loadInterfaces(Sim &s, const cJSON *ifs, std::string *error) {
-  s.interfaces.clear();
-  const cJSON *o = nullptr;
-  cJSON_ArrayForEach(o, ifs) {
-    const cJSON *n = cJSON_GetObjectItemCaseSensitive(o, "ifNum");
-    const cJSON *t = cJSON_GetObjectItemCaseSensitive(o, "type");
-    if (!cJSON_IsNumber(n) || !cJSON_IsNumber(t)) {
-      *error = "every interface needs numeric \"ifNum\" and \"type\"";
+static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
+  s.overrides.clear();
+  if (overrides && !cJSON_IsObject(overrides)) {
+    *error = "scenario: \"overrides\" must be an object of calls";
+    return false;
+  }
+  const cJSON *call = nullptr;
+  cJSON_ArrayForEach(call, overrides) {
+    if (!findRule(call->string)) {
+      *error = std::string("scenario: unknown call \"") + call->string + "\" in \"overrides\"";
       return false;
     }
-    s.interfaces.push_back({static_cast<uint32_t>(n->valuedouble), static_cast<uint32_t>(t->valuedouble)});
-  }
-  std::sort(s.interfaces.begin(), s.interfaces.end(),
-            [](const Interface &a, const Interface &b) { return a.ifNum < b.ifNum; });
-  return true;
-}
-
-static bool loadState(Sim &s, const cJSON *state, std::string *error) {
-  s.state.clear();
-  const cJSON *call = nullptr;
-  cJSON_ArrayForEach(call, state) {
+    if (!cJSON_IsObject(call)) {
+      *error = std::string("scenario: the answers of ") + call->string + " must be an object of inputs";
+      return false;
+    }
     const cJSON *key = nullptr;
     cJSON_ArrayForEach(key, call) {
       Outputs v;
+      if (cJSON_IsNull(key)) {
+        s.overrides[call->string][key->string] = std::nullopt;
+        continue;
+      }
       if (!jsonToOutputs(key, &v)) {
-        *error = std::string("bad outputs for ") + call->string + " " + key->string;
+        *error = std::string("scenario: bad outputs for ") + call->string + " " + key->string +
+                 " (a whole number, a string or a list of them)";
         return false;
       }
-      s.state[call->string][key->string] = std::move(v);
+      s.overrides[call->string][key->string] = std::move(v);
     }
   }
   return true;
 }
 
-static Json parseObject(const std::string &json, const char *what, std::string *error) {
-  Json root(cJSON_Parse(json.c_str()));
-  if (!root) *error = std::string(what) + ": " + jsonError(json);
-  else if (!cJSON_IsObject(root.get())) *error = std::string(what) + " is not a JSON object";
-  else return root;
-  return nullptr;
-}
-
-static void replaceItem(cJSON *object, const cJSON *item) {
-  cJSON_DeleteItemFromObjectCaseSensitive(object, item->string);
-  cJSON_AddItemToObject(object, item->string, cJSON_Duplicate(item, true));
-}
-
-// A file that names no interfaces runs on the default switch: the model
-// sections it carries replace the default's, and the call answers it
-// carries replace the default's for those inputs.
-static Json withDefaultSwitch(Json root) {
-  if (cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces")) return root;
-  Json base(cJSON_Parse(defaultScenario().c_str()));
-  cJSON *model = cJSON_GetObjectItemCaseSensitive(base.get(), "model");
-  cJSON *state = cJSON_GetObjectItemCaseSensitive(base.get(), "state");
-  const cJSON *own = nullptr, *key = nullptr;
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "model")) replaceItem(model, own);
-  cJSON_ArrayForEach(own, cJSON_GetObjectItemCaseSensitive(root.get(), "state")) {
-    cJSON *call = cJSON_GetObjectItemCaseSensitive(state, own->string);
-    if (!call) call = cJSON_AddObjectToObject(state, own->string);
-    cJSON_ArrayForEach(key, own) replaceItem(call, key);
+// A file's top level: only the keys it may hold, none twice (a timeline's
+// events say themselves where a key comes twice, with the event's number).
+static bool checkTopLevel(const cJSON *root, const char *what, const std::vector<std::string> &keys,
+                          std::string *error) {
+  if (const char *twice = duplicateKey(root)) {
+    *error = std::string(what) + ": duplicate key \"" + twice + "\"";
+    return false;
   }
-  return base;
+  for (const cJSON *m = root->child; m; m = m->next) {
+    std::string path, key;
+    if (std::find(keys.begin(), keys.end(), m->string) == keys.end()) {
+      *error = std::string(what) + ": unknown key \"" + m->string + "\"";
+      return false;
+    }
+    if (strcmp(m->string, "timeline") != 0 && findDuplicateKey(m, &path, &key)) {
+      *error = std::string(what) + ": duplicate key \"" + key + "\" in \"" + m->string + "\"" + path;
+      return false;
+    }
+  }
+  return true;
 }
+
+// The switch a file describes: its layout seeded (the default switch's
+// without one), then the model's sections it carries over that.
+static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
+  const cJSON *model = cJSON_GetObjectItemCaseSensitive(file, "model");
+  const cJSON *layoutJson = cJSON_GetObjectItemCaseSensitive(model, "layout");
+  SwitchLayout layout;
+  if (model && !cJSON_IsObject(model)) {
+    *error = "scenario: \"model\" must be an object";
+    return false;
+  }
+  if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
+  seedSwitch(next, layout);
+  if (model && !modelFromJson(model, next.model, error)) return false;
+  // A file may set a port's facts apart; its link follows them.
+  for (auto &[n, p] : next.model.ports) settleLink(next, p, p.settledMs);
+  return true;
+}
+
+// The simulated time a scenario may start at: the clock's own bound.
+constexpr double kMostClockMs = 1e12;
 
 // All or nothing: a scenario with any fault leaves the running one as it is.
+// "pending" is what `dump` adds to show what the clock still holds; a
+// loaded scenario runs its own timeline, so loading a dump passes it over.
 bool loadScenario(Sim &s, const std::string &json, std::string *error) {
-  Json file = parseObject(json, "scenario", error);
-  if (!file) return false;
-  const cJSON *timeline = cJSON_GetObjectItemCaseSensitive(file.get(), "timeline");
-  Json root = withDefaultSwitch(Json(cJSON_Duplicate(file.get(), true)));
+  Json file = parseStrictObject(json, "scenario", error);
+  if (!file ||
+      !checkTopLevel(file.get(), "scenario", {"model", "overrides", "timeline", "clockMs", "pending"}, error))
+    return false;
+  int64_t clockMs = 0;
+  NumberFault f = readWhole(cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs"), 0, kMostClockMs, &clockMs);
+  if (f != NumberFault::None && f != NumberFault::Missing) {
+    *error = "scenario: " + numberFaultText("clockMs", f, 0, kMostClockMs);
+    return false;
+  }
+  // The timeline is checked against the switch the file describes, whole.
   Sim next;
-  const cJSON *model = cJSON_GetObjectItemCaseSensitive(root.get(), "model");
-  if (!loadInterfaces(next, cJSON_GetObjectItemCaseSensitive(root.get(), "interfaces"), error) ||
-      !loadState(next, cJSON_GetObjectItemCaseSensitive(root.get(), "state"), error) ||
-      !parseTimeline(next, timeline, 0, &next.timeline, error))
+  if (!switchOf(file.get(), next, error) ||
+      !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
+      !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
     return false;
   s.interfaces = std::move(next.interfaces);
-  s.state = std::move(next.state);
-  s.model.reset(cJSON_IsObject(model) ? cJSON_Duplicate(model, true) : cJSON_CreateObject());
+  s.model = std::move(next.model);
+  s.overrides = std::move(next.overrides);
   s.timeline = std::move(next.timeline);
   s.nextEvent = 0;
   s.faults.clear();
+  s.delays.clear();
   s.journal.clear();
   s.scenario = json;
   clockRestart(s.clock);
+  clockAdvance(s.clock, clockMs);
   return true;
 }
 
@@ -182,7 +213,7 @@ static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
     *out = "VALUE must be a number, a string or an array of them\n";
     return 2;
   }
-  s.put(w[1], w[2], std::move(v));
+  s.override(w[1], w[2], std::move(v));
   return 0;
 }
 
@@ -210,18 +241,21 @@ static int ctlJournal(Sim &s, const std::vector<std::string> &w, std::string *ou
   return 0;
 }
 
-// Starts a file's timeline now, on the switch as it is; the file holds
-// {"timeline": [...]} (anything else in it is not read).
+// Starts a file's timeline now, on the switch as it is, in place of the
+// one running; the file holds {"timeline": [...]} and nothing else, and an
+// empty list stops the running one.
 static int ctlPlay(Sim &s, const std::vector<std::string> &w, std::string *out) {
   std::string error;
   if (w.size() != 2) {
     *out = "usage: play FILE\n";
     return 2;
   }
-  Json file = parseObject(w[1], "timeline file", &error);
+  Json file = parseStrictObject(w[1], "timeline file", &error);
+  const cJSON *timeline = file ? cJSON_GetObjectItemCaseSensitive(file.get(), "timeline") : nullptr;
+  if (file && !checkTopLevel(file.get(), "timeline file", {"timeline"}, &error)) timeline = nullptr;
+  else if (file && !timeline) error = "timeline file: no \"timeline\"";
   std::vector<TimelineEvent> events;
-  if (!file || !parseTimeline(s, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), clockNowMs(s.clock),
-                              &events, &error)) {
+  if (!timeline || !parseTimeline(s, timeline, clockNowMs(s.clock), &events, &error)) {
     *out = "open-sim: " + error + "\n";
     return 2;
   }
@@ -241,32 +275,117 @@ static int ctlLoad(Sim &s, const std::vector<std::string> &w, std::string *out) 
   return 0;
 }
 
-// "pause", "run", "advance SECONDS" (fractions allowed), or nothing to
-// print the simulated time.
+static std::string secondsText(int64_t ms) {
+  char text[32];
+  snprintf(text, sizeof text, "%.3f", static_cast<double>(ms) / 1000);
+  return text;
+}
+
+// Moves the clock to the soonest thing pending and names each thing due
+// then; with nothing pending the clock stays, and the status says so.
+static int ctlClockNext(Sim &s, std::string *out) {
+  std::vector<Pending> pending = pendingAfterNow(s);
+  int64_t now = clockNowMs(s.clock);
+  if (pending.empty()) {
+    *out = "nothing pending; the clock stays at " + secondsText(now) + "\n";
+    return 1;
+  }
+  int64_t at = pending.front().atMs;
+  clockAdvance(s.clock, at - now);
+  catchUp(s);
+  for (const Pending &p : pending)
+    if (p.atMs == at) *out += secondsText(at) + " " + p.what + "\n";
+  return 0;
+}
+
+static const char kClockUsage[] = "usage: clock [pause | run | advance SECONDS | next]\n";
+
+// "pause", "run", "advance SECONDS", "next", or nothing to print the
+// simulated time.
 static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out) {
   if (w.size() == 1) {
-    char line[64];
-    snprintf(line, sizeof line, "%s %.3f\n", s.clock.paused ? "paused" : "running",
-             static_cast<double>(clockNowMs(s.clock)) / 1000);
-    *out = line;
+    *out = std::string(s.clock.paused ? "paused " : "running ") + secondsText(clockNowMs(s.clock)) + "\n";
     return 0;
   }
   if (w.size() == 2 && w[1] == "pause") return clockPause(s.clock), 0;
   if (w.size() == 2 && w[1] == "run") return clockRun(s.clock), 0;
-  char *end = nullptr;
-  double seconds = w.size() == 3 && w[1] == "advance" ? strtod(w[2].c_str(), &end) : -1;
-  if (!end || *end != '\0' || !(seconds >= 0 && seconds <= 1e9)) {
-    *out = "usage: clock [pause | run | advance SECONDS]\n";
+  if (w.size() == 2 && w[1] == "next") return ctlClockNext(s, out);
+  if (w.size() != 3 || w[1] != "advance") {
+    *out = kClockUsage;
     return 2;
   }
-  clockAdvance(s.clock, static_cast<int64_t>(seconds * 1000 + 0.5));
+  int64_t ms = 0;
+  if (!parseDecimalSeconds(w[2].c_str(), &ms)) {
+    *out = "open-sim: clock advance takes decimal seconds from 0 to 1000000000 (as 2.5), not \"" + w[2] + "\"\n";
+    return 2;
+  }
+  clockAdvance(s.clock, ms);
+  return 0;
+}
+
+// The longest a call may be held: longer than any client waits.
+constexpr long long kMostDelayMs = 3600000;
+
+// "delay CALL MS [COUNT]": the next COUNT calls (all, without it) of CALL
+// are answered MS milliseconds late; MS 0 ends a delay.
+static int ctlDelay(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  long long ms = 0, count = -1;
+  if (w.size() < 3 || w.size() > 4 || !parseInt(w[2], &ms) || ms < 0 || ms > kMostDelayMs ||
+      (w.size() == 4 && (!parseInt(w[3], &count) || count < 1))) {
+    *out = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
+    return 2;
+  }
+  if (!findRule(w[1])) {
+    *out = "open-sim: unknown call \"" + w[1] + "\"\n";
+    return 2;
+  }
+  if (ms == 0) s.delays.erase(w[1]);
+  else s.delays[w[1]] = {ms, count};
+  return 0;
+}
+
+int64_t takeDelay(Sim &s, const std::string &call) {
+  auto d = s.delays.find(call);
+  if (d == s.delays.end()) return 0;
+  int64_t ms = d->second.ms;
+  if (d->second.remaining > 0 && --d->second.remaining == 0) s.delays.erase(d);
+  return ms;
+}
+
+// The timeline's events still to come, each as written but "at" the
+// simulated time it applies, and the model's timers.
+static cJSON *pendingJson(const Sim &s) {
+  cJSON *p = cJSON_CreateObject();
+  cJSON_AddNumberToObject(p, "now", static_cast<double>(clockNowMs(s.clock)) / 1000);
+  cJSON_AddBoolToObject(p, "paused", s.clock.paused);
+  cJSON *events = cJSON_AddArrayToObject(p, "timeline"), *timers = cJSON_AddArrayToObject(p, "timers");
+  for (const Pending &item : pendingAfterNow(s)) {
+    cJSON *at = cJSON_CreateNumber(static_cast<double>(item.atMs) / 1000);
+    if (item.event) {
+      cJSON *o = cJSON_Parse(item.event->source.c_str());
+      cJSON_ReplaceItemInObjectCaseSensitive(o, "at", at);
+      cJSON_AddItemToArray(events, o);
+      continue;
+    }
+    cJSON *o = cJSON_CreateObject();
+    cJSON_AddItemToObject(o, "at", at);
+    cJSON_AddStringToObject(o, "what", item.what.c_str());
+    cJSON_AddItemToArray(timers, o);
+  }
+  return p;
+}
+
+static int ctlDump(const Sim &s, std::string *out) {
+  Json root(cJSON_Parse(dumpScenario(s).c_str()));
+  cJSON_AddItemToObject(root.get(), "pending", pendingJson(s));
+  *out = printJson(root.get(), true) + "\n";
   return 0;
 }
 
 int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   out->clear();
   if (w.empty()) {
-    *out = "usage: set|fail|journal|reset|dump|load|clock|play\n";
+    *out = "usage: set|fail|delay|journal|reset|dump|load|clock|play\n";
     return 2;
   }
   const std::string &cmd = w[0];
@@ -277,10 +396,8 @@ int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   if (cmd == "load") return ctlLoad(s, w, out);
   if (cmd == "clock") return ctlClock(s, w, out);
   if (cmd == "play") return ctlPlay(s, w, out);
-  if (cmd == "dump" && w.size() == 1) {
-    *out = dumpScenario(s) + "\n";
-    return 0;
-  }
+  if (cmd == "delay") return ctlDelay(s, w, out);
+  if (cmd == "dump" && w.size() == 1) return ctlDump(s, out);
   if (cmd == "reset" && w.size() == 1) {
     std::string error, scenario = s.scenario;
     return loadScenario(s, scenario, &error) ? 0 : 1;

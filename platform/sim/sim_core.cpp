@@ -1,5 +1,6 @@
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <unordered_map>
 
@@ -20,20 +21,6 @@ Value text(std::string t) {
   return v;
 }
 
-std::vector<const Arg *> Call::inputs() const {
-  std::vector<const Arg *> v;
-  for (const Arg &a : args)
-    if (a.isInput()) v.push_back(&a);
-  return v;
-}
-
-std::vector<Arg *> Call::outputs() {
-  std::vector<Arg *> v;
-  for (Arg &a : args)
-    if (!a.isInput()) v.push_back(&a);
-  return v;
-}
-
 static std::string inputText(const Arg &a) {
   return a.kind == wire::kInNum ? std::to_string(a.num) : a.text;
 }
@@ -51,55 +38,105 @@ std::string Call::keyOf(size_t firstInputs) const {
 
 std::string Call::key() const { return keyOf(args.size()); }
 
-uint64_t Call::in(size_t i) const {
-  auto in = inputs();
-  return i < in.size() ? in[i]->num : 0;
+// "(openapiClientHandle_t *client, uint32_t ifNum, uint32_t *state)" gives
+// {"ifNum", "state"}: each parameter's last word, the handle left out.
+static std::vector<std::string> namesOf(const char *params) {
+  std::vector<std::string> names;
+  std::string all(params), one;
+  for (char ch : all.substr(1, all.size() - 2) + ",") {
+    if (ch != ',') {
+      one += ch;
+      continue;
+    }
+    size_t end = one.find_last_not_of(" ");
+    size_t begin = one.find_last_of(" *", end);
+    std::string name = one.substr(begin + 1, end - begin);
+    if (name != "client") names.push_back(name);
+    one.clear();
+  }
+  return names;
 }
 
-std::string Call::inText(size_t i) const {
-  auto in = inputs();
-  return i < in.size() ? inputText(*in[i]) : std::string();
+const std::vector<std::string> &parameterNames(const CallId &id) {
+  static std::unordered_map<const CallId *, std::vector<std::string>> known;
+  auto it = known.find(&id);
+  if (it == known.end()) it = known.emplace(&id, namesOf(id.params)).first;
+  return it->second;
 }
 
-void Call::setOut(size_t i, uint64_t v) {
-  auto out = outputs();
-  if (i >= out.size()) return;
-  out[i]->num = v;
-  out[i]->written = true;
+// A request that left out a declared argument reads it as zero and drops
+// what is written to it, as a client that sent no buffer gets nothing.
+Arg &Call::arg(const char *param) {
+  static thread_local Arg missing;
+  if (!names) names = &parameterNames(*id);
+  for (size_t k = 0, n = names->size(); k < n; ++k) {
+    size_t i = (nextName + k) % n;
+    if ((*names)[i] != param) continue;
+    nextName = i + 1;
+    if (i < args.size()) return args[i];
+    missing = Arg();
+    return missing;
+  }
+  fprintf(stderr, "open-sim: %s has no parameter %s\n", name.c_str(), param);
+  abort();
 }
 
-void Call::setOutText(size_t i, const std::string &t) {
-  auto out = outputs();
-  if (i >= out.size()) return;
-  out[i]->text = t;
-  out[i]->written = true;
+Arg &Call::last() { return arg(parameterNames(*id).back().c_str()); }
+
+const Arg &Call::arg(const char *param) const { return const_cast<Call *>(this)->arg(param); }
+
+std::string Call::text(const char *param) const { return inputText(arg(param)); }
+
+void Call::out(const char *param, uint64_t v) {
+  Arg &a = arg(param);
+  a.num = v;
+  a.written = true;
 }
 
-const Outputs *Sim::stored(const std::string &call, const std::string &key) const {
-  auto c = state.find(call);
-  if (c == state.end()) return nullptr;
+void Call::outText(const char *param, const std::string &t) {
+  Arg &a = arg(param);
+  a.text = t;
+  a.written = true;
+}
+
+// The interface number is the first parameter of every call about one.
+uint32_t Call::port() const {
+  const std::vector<std::string> &declared = parameterNames(*id);
+  if (!declared.empty() && (declared[0] == "ifNum" || declared[0] == "intIfNum"))
+    return args.empty() ? 0 : static_cast<uint32_t>(args[0].num);
+  fprintf(stderr, "open-sim: %s names no interface\n", name.c_str());
+  abort();
+}
+
+const Outputs *Sim::overridden(const std::string &call, const std::string &key) const {
+  auto c = overrides.find(call);
+  if (c == overrides.end()) return nullptr;
   auto k = c->second.find(key);
   if (k == c->second.end()) k = c->second.find("*");
-  return k == c->second.end() ? nullptr : &k->second;
+  return k == c->second.end() || !k->second ? nullptr : &*k->second;
 }
 
-void Sim::put(const std::string &call, const std::string &key, Outputs v) {
-  auto &keys = state[call];
+void Sim::override(const std::string &call, const std::string &key, Outputs v) {
+  auto &keys = overrides[call];
   // A "*" value is the call's answer for every input from now on, so the
-  // values stored for single inputs before it go; those stored after it
-  // (by `set` or by a setter) win over it again.
+  // values fixed for single inputs before it go; those fixed after it (by
+  // `set` or by a setter) win over it again.
   if (key == "*") keys.clear();
   keys[key] = std::move(v);
 }
 
-int64_t storedNum(const Sim &s, const std::string &call, const std::string &key, int64_t otherwise) {
-  const Outputs *v = s.stored(call, key);
-  return v && !v->empty() ? v->front().num : otherwise;
+Port *findPort(Sim &s, uint64_t ifNum) {
+  auto p = s.model.ports.find(static_cast<uint32_t>(ifNum));
+  return p == s.model.ports.end() || p->first != ifNum ? nullptr : &p->second;
 }
 
-// Link state 0 is up; an interface without one is down.
+const Port *findPort(const Sim &s, uint64_t ifNum) { return findPort(const_cast<Sim &>(s), ifNum); }
+
 bool linkUp(const Sim &s, uint32_t ifNum) {
-  return storedNum(s, "openapiIfLinkStateGet", std::to_string(ifNum), 1) == 0;
+  if (const Port *p = findPort(s, ifNum)) return p->up;
+  for (const auto &[n, p] : s.model.ports)
+    if (p.lagMember == ifNum && p.up) return true;
+  return false;
 }
 
 const Interface *findInterface(const Sim &s, uint32_t ifNum) {
@@ -125,7 +162,7 @@ const CallRule *findRule(const std::string &name) {
     auto *m = new std::unordered_map<std::string, const CallRule *>();
     for (size_t g = 0; g < kRuleGroupCount; ++g)
       for (size_t i = 0; i < kRuleGroups[g].count; ++i)
-        (*m)[kRuleGroups[g].rules[i].name] = &kRuleGroups[g].rules[i];
+        (*m)[kRuleGroups[g].rules[i].call->name] = &kRuleGroups[g].rules[i];
     return m;
   }();
   auto it = index->find(name);
@@ -140,7 +177,9 @@ static void packRecord(Arg *record, const Outputs &v) {
 }
 
 static void writeStored(Call &c, const Outputs &v) {
-  auto out = c.outputs();
+  std::vector<Arg *> out;
+  for (Arg &a : c.args)
+    if (!a.isInput()) out.push_back(&a);
   for (size_t i = 0; i < out.size() && i < v.size(); ++i) {
     if (out[i]->kind == wire::kOutText) {
       out[i]->text = v[i].isText ? v[i].text : std::to_string(v[i].num);
@@ -222,15 +261,14 @@ static bool takeFault(Sim &s, const std::string &name, int *result) {
   return true;
 }
 
-static int applySet(Sim &s, Call &c, const CallRule &r) {
-  std::string key = c.keyOf(r.keyInputs);
-  if (r.keyInputs > 0 && !s.stored(r.target, key)) return -29;
-  Outputs v;
-  auto in = c.inputs();
-  for (size_t i = r.keyInputs; i < in.size(); ++i)
-    v.push_back(in[i]->kind == wire::kInNum ? num(static_cast<int64_t>(in[i]->num)) : text(in[i]->text));
-  s.put(r.target, key, std::move(v));
-  return 0;
+// A setting made through the call wins over an earlier override of what
+// its getter answers for the same inputs.
+static void giveWayToSetting(Sim &s, const Call &c, const CallRule &r) {
+  auto fixed = s.overrides.find(r.getter->name);
+  if (fixed == s.overrides.end()) return;
+  size_t inputs = 0;
+  for (const Arg &a : c.args) inputs += a.isInput();
+  fixed->second[c.keyOf(inputs ? inputs - 1 : 0)] = std::nullopt;
 }
 
 int handleCall(Sim &s, Call &c) {
@@ -240,14 +278,15 @@ int handleCall(Sim &s, Call &c) {
   if (takeFault(s, c.name, &result)) return result;
 
   const CallRule *r = findRule(c.name);
-  if (!r) return -28;
-  if (r->rule == Rule::Set) return applySet(s, c, *r);
-  if (const Outputs *v = s.stored(c.name, c.key())) {
+  if (!r) return OPEN_E_UNAVAIL;
+  c.id = r->call;
+  if (const Outputs *v = s.overridden(c.name, c.key())) {
     writeStored(c, *v);
-    return 0;
+    return OPEN_E_NONE;
   }
-  if (r->rule == Rule::Custom) return r->custom(s, c);
-  return -29;
+  result = r->answer(s, c);
+  if (result == OPEN_E_NONE && r->getter) giveWayToSetting(s, c, *r);
+  return result;
 }
 
 }  // namespace sim

@@ -1,161 +1,97 @@
-// Traffic counters that grow on the ports carrying traffic and clear on a
-// reset; port numbering (unit/slot/port), routing VLAN interfaces and the
-// copper cable test.
-#include <algorithm>
-
+// Traffic counters that grow while a port's link is up and hold while it
+// is down, clear on a reset and wrap at 32 bits; port numbering
+// (unit/slot/port), routing VLAN interfaces and the copper cable test.
 #include "sim/sim.h"
 
 namespace sim {
 
 namespace {
 
-// The switch copies hardware statistics every two seconds, so a read
-// shortly after a clear still shows zeros.
-constexpr int64_t kSnapshotMs = 2000;
 // The counters were last cleared this long before the scenario starts.
 constexpr int64_t kClearedBeforeLoadMs = (2 * 3600 + 17 * 60) * 1000LL;
 constexpr uint64_t kCounterWrap = 1ULL << 32;
+constexpr uint64_t kMwMsPerMwh = 3600 * 1000;
 
-// Traffic of one port: bytes per second each way, average frame sizes,
-// and how many received frames in a million arrive damaged.
+// The traffic of the ports with a device plugged in, and for how long the
+// port shut by a protection feature had counted before it went down.
 struct TrafficProfile {
-  uint32_t ifNum;
-  uint64_t inBytesPerSec, outBytesPerSec;
-  uint64_t inAvgFrame, outAvgFrame;
-  uint64_t inErrorsPerMillion;
-  int64_t frozenMs;  // traffic seen before the link went down; 0 for none
+  uint32_t ifNum;  // 0: the first fibre port, wherever it is
+  TrafficRates rates;
+  int64_t countedMs;
 };
 
 const TrafficProfile kProfiles[] = {
-    {1, 120000, 85000, 820, 610, 1, 0},       // uplink to the core
-    {2, 42000, 96000, 540, 900, 2, 0},        // office access point
-    {3, 6500, 9800, 310, 420, 0, 0},          // desktop
-    {5, 2300, 3100, 180, 240, 0, 0},          // printer
-    {7, 9000, 4000, 300, 200, 900, 380000},   // shut down by a protection feature
-    {8, 15000, 11000, 650, 500, 60, 0},       // long cable run, some damaged frames
-    {25, 350000, 310000, 1400, 1350, 0, 0},   // storage array
+    {1, {120000, 85000, 820, 610, 1}, kClearedBeforeLoadMs},      // uplink to the core
+    {2, {42000, 96000, 540, 900, 2}, kClearedBeforeLoadMs},       // office access point
+    {3, {6500, 9800, 310, 420, 0}, kClearedBeforeLoadMs},         // desktop
+    {5, {2300, 3100, 180, 240, 0}, kClearedBeforeLoadMs},         // printer
+    {7, {9000, 4000, 300, 200, 900}, 380000},                     // shut down by a protection feature
+    {8, {15000, 11000, 650, 500, 60}, kClearedBeforeLoadMs},      // long cable run, some damaged frames
+    {0, {350000, 310000, 1400, 1350, 0}, kClearedBeforeLoadMs},   // storage array
 };
 
-enum class Counter {
-  InOctets,
-  InUcast,
-  InDiscards,
-  InErrors,
-  InUnknownProtos,
-  OutOctets,
-  OutUcast,
-  OutDiscards,
-  OutErrors,
-};
-
-// What a port without a profile carries once a timeline brings it up.
-const TrafficProfile kQuietProfile = {0, 3000, 2500, 400, 400, 0, 0};
-
-const TrafficProfile *profileOf(uint32_t ifNum) {
-  for (const TrafficProfile &p : kProfiles)
-    if (p.ifNum == ifNum) return &p;
-  return nullptr;
-}
-
-// A port whose link a timeline changed keeps what it had counted then
-// ("heldMs") and counts on from "sinceMs" only while its link is up.
-// Absent until a first change, so that reading leaves the model as it was.
-cJSON *heldTraffic(Sim &s, bool create = false) {
-  cJSON *h = cJSON_GetObjectItemCaseSensitive(s.model.get(), "heldTraffic");
-  return h || !create ? h : cJSON_AddObjectToObject(s.model.get(), "heldTraffic");
-}
-
-const cJSON *heldOf(Sim &s, uint32_t ifNum) {
-  return cJSON_GetObjectItemCaseSensitive(heldTraffic(s), std::to_string(ifNum).c_str());
-}
-
-void setHeld(Sim &s, uint32_t ifNum, int64_t heldMs, int64_t sinceMs) {
-  cJSON *h = heldTraffic(s, true);
-  std::string key = std::to_string(ifNum);
-  cJSON_DeleteItemFromObjectCaseSensitive(h, key.c_str());
-  cJSON *o = cJSON_AddObjectToObject(h, key.c_str());
-  cJSON_AddNumberToObject(o, "heldMs", static_cast<double>(heldMs));
-  cJSON_AddNumberToObject(o, "sinceMs", static_cast<double>(sinceMs));
-}
-
-const TrafficProfile *trafficOf(Sim &s, uint32_t ifNum) {
-  const TrafficProfile *p = profileOf(ifNum);
-  return p ? p : heldOf(s, ifNum) ? &kQuietProfile : nullptr;
-}
-
-int64_t msSinceLoad(const Sim &s) { return clockNowMs(s.clock); }
-
-cJSON *resetTimes(Sim &s) {
-  cJSON *r = cJSON_GetObjectItemCaseSensitive(s.model.get(), "counterResets");
-  return r ? r : cJSON_AddObjectToObject(s.model.get(), "counterResets");
-}
-
-void markReset(Sim &s, uint32_t ifNum, int64_t atMs) {
-  cJSON *r = resetTimes(s);
-  std::string key = std::to_string(ifNum);
-  cJSON_DeleteItemFromObjectCaseSensitive(heldTraffic(s), key.c_str());
-  cJSON_DeleteItemFromObjectCaseSensitive(r, key.c_str());
-  cJSON_AddNumberToObject(r, key.c_str(), static_cast<double>(atMs));
-}
-
-// Milliseconds of traffic the counters hold at `nowMs`, in whole snapshots.
-int64_t countedMs(Sim &s, uint32_t ifNum, const TrafficProfile &p, int64_t nowMs) {
-  if (const cJSON *held = heldOf(s, ifNum)) {
-    int64_t ms = static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(held, "heldMs")->valuedouble);
-    int64_t since = static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(held, "sinceMs")->valuedouble);
-    if (linkUp(s, ifNum) && nowMs > since) ms += (nowMs - since) / kSnapshotMs * kSnapshotMs;
-    return ms;
-  }
-  const cJSON *reset = cJSON_GetObjectItemCaseSensitive(resetTimes(s), std::to_string(p.ifNum).c_str());
-  bool cleared = cJSON_IsNumber(reset);
-  if (!linkUp(s, p.ifNum)) return cleared ? 0 : p.frozenMs;
-  int64_t since = cleared ? static_cast<int64_t>(reset->valuedouble) : 0;
-  int64_t running = nowMs - since;
-  if (running < 0) running = 0;
-  return (cleared ? 0 : kClearedBeforeLoadMs) + running / kSnapshotMs * kSnapshotMs;
-}
-
-uint64_t counterValue(const TrafficProfile &p, Counter which, int64_t ms) {
-  uint64_t inOctets = p.inBytesPerSec * static_cast<uint64_t>(ms) / 1000;
-  uint64_t outOctets = p.outBytesPerSec * static_cast<uint64_t>(ms) / 1000;
-  // About 3% of the frames are broadcast or multicast.
-  uint64_t inUcast = inOctets / p.inAvgFrame * 97 / 100;
-  uint64_t outUcast = outOctets / p.outAvgFrame * 97 / 100;
+// What `ms` of traffic at these rates adds to one counter. About 3% of the
+// frames are broadcast or multicast.
+uint64_t grown(const TrafficRates &r, Counter which, int64_t ms) {
+  if (ms <= 0) return 0;
+  uint64_t inOctets = r.inOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
+  uint64_t outOctets = r.outOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
+  uint64_t inUcast = r.inAvgFrame ? inOctets / r.inAvgFrame * 97 / 100 : 0;
+  uint64_t outUcast = r.outAvgFrame ? outOctets / r.outAvgFrame * 97 / 100 : 0;
   switch (which) {
-    case Counter::InOctets: return inOctets;
-    case Counter::InUcast: return inUcast;
-    case Counter::InDiscards: return inUcast / 250000;
-    case Counter::InErrors: return inUcast * p.inErrorsPerMillion / 1000000;
-    case Counter::InUnknownProtos: return inUcast / 40000;
-    case Counter::OutOctets: return outOctets;
-    case Counter::OutUcast: return outUcast;
-    case Counter::OutDiscards: return outUcast / 120000;
-    case Counter::OutErrors: return outUcast * p.inErrorsPerMillion / 20000000;
+    case kInOctets: return inOctets;
+    case kInUcast: return inUcast;
+    case kInDiscards: return inUcast / 250000;
+    case kInErrors: return inUcast * r.inErrorsPerMillion / 1000000;
+    case kInUnknownProtos: return inUcast / 40000;
+    case kOutOctets: return outOctets;
+    case kOutUcast: return outUcast;
+    case kOutDiscards: return outUcast / 120000;
+    case kOutErrors: return outUcast * r.inErrorsPerMillion / 20000000;
+    case kCounterCount: break;
   }
   return 0;
 }
 
 template <Counter Which>
 int counterCall(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!findInterface(s, ifNum)) return -29;
-  const TrafficProfile *p = trafficOf(s, ifNum);
-  // The hardware counters are 32 bits wide and wrap.
-  c.setOut(0, p ? counterValue(*p, Which, countedMs(s, ifNum, *p, msSinceLoad(s))) % kCounterWrap : 0);
-  return 0;
+  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
+  const Port *p = findPort(s, c.port());
+  c.out("value", p ? counterAt(*p, Which, clockNowMs(s.clock)) : 0);
+  return OPEN_E_NONE;
 }
 
 int resetOneCall(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!findInterface(s, ifNum)) return -29;
-  markReset(s, ifNum, msSinceLoad(s));
-  return 0;
+  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
+  resetPortCounters(s, c.port(), clockNowMs(s.clock));
+  return OPEN_E_NONE;
 }
 
 int resetAllCall(Sim &s, Call &) {
-  int64_t now = msSinceLoad(s);
-  for (const Interface &i : s.interfaces) markReset(s, i.ifNum, now);
-  return 0;
+  for (auto &[n, p] : s.model.ports) resetPortCounters(s, n, clockNowMs(s.clock));
+  return OPEN_E_NONE;
+}
+
+int unitSlotPortCall(Sim &s, Call &c) {
+  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
+  c.out("unit", 1);
+  c.out("slot", 0);
+  c.out("port", c.port());
+  return OPEN_E_NONE;
+}
+
+// The routing interfaces follow the switch's VLANs in order.
+int routingInterfaceCall(Sim &s, Call &c) {
+  size_t nth = 0;
+  while (nth < s.model.vlans.size() && s.model.vlans[nth] != c.in("vlanId")) ++nth;
+  if (nth == s.model.vlans.size()) return OPEN_E_NOT_FOUND;
+  for (const Interface &i : s.interfaces) {
+    if (i.type != OPEN_INTF_TYPE_VLAN || nth >= s.model.vlans.size()) continue;
+    if (nth-- > 0) continue;
+    c.out("ifNum", i.ifNum);
+    return OPEN_E_NONE;
+  }
+  return OPEN_E_NOT_FOUND;
 }
 
 struct CableResult {
@@ -171,58 +107,109 @@ const CableResult kCables[] = {
 };
 constexpr uint32_t kNoCable = 7;
 
-void seedCableTest(Sim &s, uint32_t port) {
-  CableResult r = {port, layoutOf(s).isFibre(port) ? 0 : kNoCable, 0, 0, 0, 0};
+int cableTestCall(Sim &s, Call &c) {
+  const Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  CableResult r = {p->ifNum, p->fibre ? 0 : kNoCable, 0, 0, 0, 0};
   for (const CableResult &known : kCables)
-    if (known.ifNum == port) r = known;
-  s.put("rpcclt_openapiCableStatusGet", std::to_string(port),
-        {num(r.status), num(r.lengthKnown), num(r.shortest), num(r.longest), num(r.failureAt)});
+    if (known.ifNum == p->ifNum && !p->fibre) r = known;
+  c.out("status", r.status);
+  c.out("lengthKnown", r.lengthKnown);
+  c.out("shortestLength", r.shortest);
+  c.out("longestLength", r.longest);
+  c.out("cableFailureLength", r.failureAt);
+  return OPEN_E_NONE;
 }
 
 }  // namespace
 
-void holdCountedTraffic(Sim &s, uint32_t ifNum, int64_t atMs) {
-  const TrafficProfile *p = profileOf(ifNum);
-  setHeld(s, ifNum, p ? countedMs(s, ifNum, *p, atMs) : 0, atMs);
+uint64_t counterAt(const Port &p, Counter which, int64_t atMs) { return countedAt(p, which, atMs) % kCounterWrap; }
+
+uint64_t countedAt(const Port &p, Counter which, int64_t atMs) {
+  return p.counters[which] + (p.up ? grown(p.rates, which, atMs - p.settledMs) : 0);
 }
 
-void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs) { markReset(s, ifNum, atMs); }
+// When the announced wrap comes, as the port counts now; -1 once it came
+// or while the port does not count.
+int64_t wrapDueMs(const Port &p, int64_t nowMs) {
+  uint64_t counted = countedAt(p, kInOctets, nowMs);
+  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !p.up || !p.rates.inOctetsPerSec) return -1;
+  uint64_t left = p.wrapAtOctets - counted;
+  return nowMs + static_cast<int64_t>((left * 1000 + p.rates.inOctetsPerSec - 1) / p.rates.inOctetsPerSec);
+}
 
-// The received-octets counter, the fastest, wraps `secondsLeft` seconds
-// after `atMs` while the link stays up.
+void settleCounters(Sim &s, Port &p, int64_t atMs) {
+  if (atMs <= p.settledMs) return;
+  if (p.up)
+    for (int c = 0; c < kCounterCount; ++c) p.counters[c] += grown(p.rates, static_cast<Counter>(c), atMs - p.settledMs);
+  p.savedMwMs += static_cast<uint64_t>(savingMw(s, p)) * static_cast<uint64_t>(atMs - p.settledMs);
+  p.savedMwh += p.savedMwMs / kMwMsPerMwh;
+  p.savedMwMs %= kMwMsPerMwh;
+  p.settledMs = atMs;
+}
+
+uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs) {
+  uint64_t ms = atMs > p.settledMs ? static_cast<uint64_t>(atMs - p.settledMs) : 0;
+  return p.savedMwh + (p.savedMwMs + static_cast<uint64_t>(savingMw(s, p)) * ms) / kMwMsPerMwh;
+}
+
+void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs) {
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  settleCounters(s, *p, atMs);
+  p->counters.fill(0);
+  p->wrapAtOctets = 0;
+}
+
+// Only the received octets move: they stand `secondsLeft` seconds of the
+// port's traffic below the 32-bit wrap, so that they wrap exactly then
+// while the link stays up.
 void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs) {
-  setHeld(s, ifNum, 0, atMs);  // a port without a profile counts from here on
-  const TrafficProfile &p = *trafficOf(s, ifNum);
-  int64_t toWrapMs = static_cast<int64_t>(kCounterWrap * 1000 / p.inBytesPerSec);
-  setHeld(s, ifNum, std::max<int64_t>(0, toWrapMs - secondsLeft * 1000), atMs);
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  settleCounters(s, *p, atMs);
+  uint64_t before = p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft) % kCounterWrap;
+  uint64_t target = (kCounterWrap - before) % kCounterWrap;
+  p->counters[kInOctets] += (target + kCounterWrap - p->counters[kInOctets] % kCounterWrap) % kCounterWrap;
+  p->wrapAtOctets = p->counters[kInOctets] + p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft);
+}
+
+void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs) {
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  settleCounters(s, *p, atMs);
+  if (t.inOctetsPerSec >= 0) p->rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
+  if (t.outOctetsPerSec >= 0) p->rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
+  p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
 }
 
 const CallRule kCounterRules[] = {
-    SIM_CUSTOM(rpcclt_openapiIfInOctetsGet, counterCall<Counter::InOctets>),
-    SIM_CUSTOM(rpcclt_openapiIfInUcastPktsGet, counterCall<Counter::InUcast>),
-    SIM_CUSTOM(rpcclt_openapiIfInDiscardsGet, counterCall<Counter::InDiscards>),
-    SIM_CUSTOM(rpcclt_openapiIfInErrorsGet, counterCall<Counter::InErrors>),
-    SIM_CUSTOM(rpcclt_openapiIfInUnknownProtosGet, counterCall<Counter::InUnknownProtos>),
-    SIM_CUSTOM(rpcclt_openapiIfOutOctetsGet, counterCall<Counter::OutOctets>),
-    SIM_CUSTOM(rpcclt_openapiIfOutUcastPktsGet, counterCall<Counter::OutUcast>),
-    SIM_CUSTOM(rpcclt_openapiIfOutDiscardsGet, counterCall<Counter::OutDiscards>),
-    SIM_CUSTOM(rpcclt_openapiIfOutErrorsGet, counterCall<Counter::OutErrors>),
-    SIM_CUSTOM(rpcclt_openapiInterfaceStatsReset, resetOneCall),
-    SIM_CUSTOM(rpcclt_openapiResetAllInterfacesStats, resetAllCall),
-    SIM_GET(rpcclt_openapiHashIntfUnitSlotPortGet),
-    SIM_GET(rpcclt_openapiRtrVlanIntfIfNumGet),
-    SIM_GET(rpcclt_openapiCableStatusGet),
+    SIM_RULE(rpcclt_openapiIfInOctetsGet, counterCall<kInOctets>),
+    SIM_RULE(rpcclt_openapiIfInUcastPktsGet, counterCall<kInUcast>),
+    SIM_RULE(rpcclt_openapiIfInDiscardsGet, counterCall<kInDiscards>),
+    SIM_RULE(rpcclt_openapiIfInErrorsGet, counterCall<kInErrors>),
+    SIM_RULE(rpcclt_openapiIfInUnknownProtosGet, counterCall<kInUnknownProtos>),
+    SIM_RULE(rpcclt_openapiIfOutOctetsGet, counterCall<kOutOctets>),
+    SIM_RULE(rpcclt_openapiIfOutUcastPktsGet, counterCall<kOutUcast>),
+    SIM_RULE(rpcclt_openapiIfOutDiscardsGet, counterCall<kOutDiscards>),
+    SIM_RULE(rpcclt_openapiIfOutErrorsGet, counterCall<kOutErrors>),
+    SIM_RULE(rpcclt_openapiInterfaceStatsReset, resetOneCall),
+    SIM_RULE(rpcclt_openapiResetAllInterfacesStats, resetAllCall),
+    SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, unitSlotPortCall),
+    SIM_RULE(rpcclt_openapiRtrVlanIntfIfNumGet, routingInterfaceCall),
+    SIM_RULE(rpcclt_openapiCableStatusGet, cableTestCall),
 };
 const size_t kCounterRuleCount = sizeof kCounterRules / sizeof kCounterRules[0];
 
+// Every port carries quiet traffic once linked; the profiled ones what
+// their device sends, counted since the last clear.
 void seedCounters(Sim &s) {
-  for (const Interface &i : s.interfaces) {
-    if (i.type != OPEN_INTF_TYPE_PHY) continue;
-    s.put("rpcclt_openapiHashIntfUnitSlotPortGet", std::to_string(i.ifNum), {num(1), num(0), num(i.ifNum)});
-    seedCableTest(s, i.ifNum);
+  for (const TrafficProfile &t : kProfiles) {
+    Port *p = findPort(s, t.ifNum ? t.ifNum : s.model.layout.firstFibre());
+    if (!p) continue;
+    p->rates = t.rates;
+    for (int c = 0; c < kCounterCount; ++c) p->counters[c] = grown(t.rates, static_cast<Counter>(c), t.countedMs);
   }
-  s.put("rpcclt_openapiRtrVlanIntfIfNumGet", "1", {num(700)});
-  s.put("rpcclt_openapiRtrVlanIntfIfNumGet", "10", {num(701)});
 }
 
 }  // namespace sim

@@ -18,12 +18,14 @@ constexpr uint32_t kRemoteIndex = 1;  // the one LLDP neighbour of each linked p
 constexpr uint32_t kLocalTwsys = 17;
 constexpr uint32_t kPartnerTwsys = 30;
 
-// History: five-minute samples from 1 March 2024 on. The uplink has kept
-// weeks of them; the other ports were cleared a few hours ago.
+// History: five-minute samples. The uplink has kept weeks of them, from
+// 1 March 2024 on, up to load; the other ports were cleared three hours
+// before load.
 constexpr uint32_t kHistoryEpoch = 1709251200;
 constexpr uint32_t kHistoryStep = 300;
 constexpr uint32_t kUplinkSamples = 5000;
 constexpr uint32_t kRecentSamples = 36;
+constexpr uint32_t kSwitchTimeAtLoad = kHistoryEpoch + kUplinkSamples * kHistoryStep;
 constexpr uint32_t kSampleIntervalMax = 36000;
 constexpr uint32_t kMaxSamplesMax = 8192;
 
@@ -31,56 +33,70 @@ constexpr uint32_t kMaxSamplesMax = 8192;
 // 4 hours, 12 minutes and 5 seconds.
 constexpr int64_t kStatsAgeAtLoad = 3 * 86400 + 4 * 3600 + 12 * 60 + 5;
 
-std::string key(uint64_t n) { return std::to_string(n); }
+// What EEE saves on a linked copper port, and so adds to its draw without.
+constexpr int64_t kEeeSavingMw = 120;
 
-cJSON *green(Sim &s) {
-  cJSON *g = cJSON_GetObjectItemCaseSensitive(s.model.get(), "green");
-  return g ? g : cJSON_AddObjectToObject(s.model.get(), "green");
+bool eeeActive(const Sim &s, const Port &p) {
+  return p.up && p.greenCapable && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
+}
+bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
+bool energyDetectOn(const Sim &s, const Port &p) {
+  return p.greenCapable && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
 }
 
-cJSON *section(Sim &s, const char *name) {
-  cJSON *g = green(s);
-  cJSON *sec = cJSON_GetObjectItemCaseSensitive(g, name);
-  return sec ? sec : cJSON_AddObjectToObject(g, name);
+Port *greenPort(Sim &s, uint64_t ifNum) {
+  Port *p = findPort(s, ifNum);
+  return p && p->greenCapable ? p : nullptr;
 }
 
-bool inList(Sim &s, const char *list, uint32_t ifNum) {
-  const cJSON *p = nullptr;
-  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) {
-    if (cJSON_IsNumber(p) && static_cast<uint32_t>(p->valuedouble) == ifNum) return true;
+// The green ports ascend, so "next" is the first number above `after`.
+int walkGreen(Sim &s, uint64_t after, Call &c) {
+  for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
+    if (!it->second.greenCapable) continue;
+    c.out("intIfNum", it->first);
+    return OPEN_E_NONE;
   }
-  return false;
+  return OPEN_E_NOT_FOUND;
 }
 
-bool isGreenPort(Sim &s, uint32_t ifNum) { return inList(s, "ports", ifNum); }
-bool isEeePort(Sim &s, uint32_t ifNum) { return inList(s, "eeePorts", ifNum); }
-
-// The list is kept ascending, so "next" is the first number above `after`.
-int walkList(Sim &s, const char *list, uint32_t after, Call &c) {
-  const cJSON *p = nullptr;
-  cJSON_ArrayForEach(p, cJSON_GetObjectItemCaseSensitive(green(s), list)) {
-    if (!cJSON_IsNumber(p) || static_cast<uint32_t>(p->valuedouble) <= after) continue;
-    c.setOut(0, static_cast<uint32_t>(p->valuedouble));
-    return 0;
-  }
-  return -29;
-}
-
-int greenFirst(Sim &s, Call &c) { return walkList(s, "ports", 0, c); }
-int greenNext(Sim &s, Call &c) { return walkList(s, "ports", static_cast<uint32_t>(c.in(0)), c); }
-int eeeFirst(Sim &s, Call &c) { return walkList(s, "eeePorts", 0, c); }
-int eeeNext(Sim &s, Call &c) { return walkList(s, "eeePorts", static_cast<uint32_t>(c.in(0)), c); }
+int greenFirst(Sim &s, Call &c) { return walkGreen(s, 0, c); }
+int greenNext(Sim &s, Call &c) { return walkGreen(s, c.in("prevIfNum"), c); }
 
 // Questions about an interface the switch does not have find nothing.
-int answerMembership(Sim &s, Call &c, bool (*member)(Sim &, uint32_t)) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!findInterface(s, ifNum)) return -29;
-  c.setOut(0, member(s, ifNum) ? 1 : 0);
-  return 0;
+int isGreenIntf(Sim &s, Call &c) {
+  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
+  c.out(parameterNames(*c.id).back().c_str(), greenPort(s, c.port()) ? 1 : 0);
+  return OPEN_E_NONE;
 }
 
-int isGreenIntf(Sim &s, Call &c) { return answerMembership(s, c, isGreenPort); }
-int isEeeIntf(Sim &s, Call &c) { return answerMembership(s, c, isEeePort); }
+template <PortField<uint32_t> F>
+int greenGet(Sim &s, Call &c) {
+  return greenPort(s, c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
+}
+
+template <PortField<uint32_t> F>
+int greenSet(Sim &s, Call &c) {
+  Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  // A saving that changes rate counts what it saved until now first.
+  settleCounters(s, *p, clockNowMs(s.clock));
+  return portSet<F>(s, c);
+}
+
+// Switch-wide values: the whole model is the accessor's to choose from.
+template <uint32_t &(*F)(Model &)>
+int switchGet(Sim &s, Call &c) {
+  c.out(parameterNames(*c.id).back().c_str(), F(s.model));
+  return OPEN_E_NONE;
+}
+
+template <uint32_t &(*F)(Model &)>
+int switchSet(Sim &s, Call &c) {
+  for (auto &[n, p] : s.model.ports) settleCounters(s, p, clockNowMs(s.clock));
+  F(s.model) = static_cast<uint32_t>(c.last().num);
+  return OPEN_E_NONE;
+}
+#define SIM_SWITCH_FIELD(expr) (+[](::sim::Model &m) -> uint32_t & { return m.expr; })
 
 // Reasons, as the reply table numbers them.
 enum Reason : uint32_t {
@@ -115,36 +131,30 @@ struct OprStatus {
 };
 
 // Energy detect powers a port down while no link partner is sensed.
-OprStatus energyDetectStatus(Sim &s, uint32_t ifNum) {
-  if (!isGreenPort(s, ifNum)) return {false, kFiberPort};
-  bool admin = storedNum(s, "rpcclt_openapiGreenEthrEnergyDetectAdminModeGet", key(ifNum)) == 1 &&
-               storedNum(s, "rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet", "") == 1;
-  if (!admin) return {false, kAdminDown};
-  if (linkUp(s, ifNum)) return {false, kLinkUp};
+OprStatus energyDetectStatus(Sim &s, const Port &p) {
+  if (!energyDetectOn(s, p)) return {false, kAdminDown};
+  if (p.up) return {false, kLinkUp};
   return {true, kNoEnergy};
 }
 
 // Short reach lowers transmit power on short cables; the patch cables of
 // ports 1 and 2 measure short, the rest run to the floor.
-OprStatus shortReachStatus(Sim &s, uint32_t ifNum) {
-  if (!isGreenPort(s, ifNum)) return {false, kFiberPort};
-  if (storedNum(s, "rpcclt_openapiGreenEthrShrtRchForceAdminModeGet", key(ifNum)) == 1) return {true, kForced};
-  bool autoMode = storedNum(s, "rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet", key(ifNum)) == 1 &&
-                  storedNum(s, "rpcclt_openapiGreenEthrGlobalShortReachModeGet", "") == 1;
-  if (!autoMode) return {false, kAdminDown};
-  if (!linkUp(s, ifNum)) return {false, kLinkDown};
-  return ifNum <= 2 ? OprStatus{true, kShortCable} : OprStatus{false, kLongCable};
+OprStatus shortReachStatus(Sim &s, const Port &p) {
+  if (p.green.shortReachForced == 1) return {true, kForced};
+  if (p.green.shortReachAuto != 1 || s.model.green.shortReach != 1) return {false, kAdminDown};
+  if (!p.up) return {false, kLinkDown};
+  return p.ifNum <= 2 ? OprStatus{true, kShortCable} : OprStatus{false, kLongCable};
 }
 
-int answerStatus(Sim &s, Call &c, OprStatus (*status)(Sim &, uint32_t), bool asText) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  const Interface *i = findInterface(s, ifNum);
-  if (!i) return -29;
-  OprStatus st = i->type == OPEN_INTF_TYPE_PHY ? status(s, ifNum) : OprStatus{false, kNotAttached};
-  c.setOut(0, st.active ? 1 : 0);
-  if (asText) c.setOutText(1, reasonText(st.reason));
-  else c.setOut(1, st.reason);
-  return 0;
+int answerStatus(Sim &s, Call &c, OprStatus (*status)(Sim &, const Port &), bool asText) {
+  const Interface *i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  const Port *p = findPort(s, c.port());
+  OprStatus st = !p ? OprStatus{false, kNotAttached} : !p->greenCapable ? OprStatus{false, kFiberPort} : status(s, *p);
+  c.out("status", st.active ? 1 : 0);
+  if (asText) c.outText("reason", reasonText(st.reason));
+  else c.out("reason", st.reason);
+  return OPEN_E_NONE;
 }
 
 int energyDetectOpr(Sim &s, Call &c) { return answerStatus(s, c, energyDetectStatus, false); }
@@ -152,356 +162,444 @@ int energyDetectOprText(Sim &s, Call &c) { return answerStatus(s, c, energyDetec
 int shortReachOpr(Sim &s, Call &c) { return answerStatus(s, c, shortReachStatus, false); }
 int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachStatus, true); }
 
-// Counters age from load; a clear makes the port's age zero now.
-int64_t statsAge(Sim &s, uint32_t ifNum) {
-  const cJSON *age = cJSON_GetObjectItemCaseSensitive(section(s, "statsAge"), key(ifNum).c_str());
-  return clockNowSeconds(s.clock) + (cJSON_IsNumber(age) ? static_cast<int64_t>(age->valuedouble) : 0);
-}
-
-void restartStatsAge(Sim &s, uint32_t ifNum) {
-  cJSON *ages = section(s, "statsAge");
-  cJSON_DeleteItemFromObjectCaseSensitive(ages, key(ifNum).c_str());
-  cJSON_AddNumberToObject(ages, key(ifNum).c_str(), static_cast<double>(-clockNowSeconds(s.clock)));
-}
+int64_t statsAge(const Sim &s, const Port &p) { return clockNowSeconds(s.clock) - p.green.statsClearedS; }
 
 int timeSinceReset(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isEeePort(s, ifNum)) return -29;
-  c.setOut(0, static_cast<uint64_t>(statsAge(s, ifNum)));
-  return 0;
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.out("seconds", static_cast<uint64_t>(statsAge(s, *p)));
+  return OPEN_E_NONE;
 }
 
 int timeSinceResetSplit(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isEeePort(s, ifNum)) return -29;
-  uint64_t t = static_cast<uint64_t>(statsAge(s, ifNum));
-  c.setOut(0, t / 86400);
-  c.setOut(1, t % 86400 / 3600);
-  c.setOut(2, t % 3600 / 60);
-  c.setOut(3, t % 60);
-  return 0;
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  uint64_t t = static_cast<uint64_t>(statsAge(s, *p));
+  c.out("days", t / 86400);
+  c.out("hours", t % 86400 / 3600);
+  c.out("minutes", t % 3600 / 60);
+  c.out("seconds", t % 60);
+  return OPEN_E_NONE;
 }
-
-const char *const kEeeCounters[] = {
-    "rpcclt_openapiGreenEthrEeeTxEventsGet",
-    "rpcclt_openapiGreenEthrEeeRxEventsGet",
-    "rpcclt_openapiGreenEthrEeeTxDurationGet",
-    "rpcclt_openapiGreenEthrEeeRxDurationGet",
-};
 
 int eeeStatisticsClear(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isEeePort(s, ifNum)) return -29;
-  for (const char *counter : kEeeCounters) {
-    const Outputs *old = s.stored(counter, key(ifNum));
-    s.put(counter, key(ifNum), Outputs(old ? old->size() : 1, num(0)));
-  }
-  restartStatsAge(s, ifNum);
-  return 0;
+  Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  GreenPort &g = p->green;
+  g.txEvents = g.rxEvents = 0;
+  g.txDuration[0] = g.txDuration[1] = g.rxDuration[0] = g.rxDuration[1] = 0;
+  g.statsClearedS = clockNowSeconds(s.clock);
+  return OPEN_E_NONE;
 }
 
-// A partner's value for one LLDP record; seeded for any time mark.
+template <uint64_t GreenPort::*Count>
+int eeeEvents(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.out("count", p->green.*Count);
+  return OPEN_E_NONE;
+}
+
+template <uint64_t (GreenPort::*Duration)[2]>
+int eeeDuration(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.out("high", (p->green.*Duration)[0]);
+  c.out("low", (p->green.*Duration)[1]);
+  return OPEN_E_NONE;
+}
+
+// What the link partner told over LLDP: only while linked with EEE on both
+// ends (`Ready`), or while EEE runs on the link (`Enable`).
+template <bool Ready>
+int dllState(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.out("value", Ready ? lowPowerIdle(s, *p) : eeeActive(s, *p));
+  return OPEN_E_NONE;
+}
+
+int localTwsys(Sim &s, Call &c) {
+  if (!greenPort(s, c.port())) return OPEN_E_NOT_FOUND;
+  c.out("twsys", kLocalTwsys);
+  return OPEN_E_NONE;
+}
+
+// A partner's value for its one LLDP record, whatever the time mark.
+template <bool Echo>
 int remoteValue(Sim &s, Call &c) {
-  const Outputs *v = s.stored(c.name, key(c.in(0)) + "," + key(c.in(1)) + ",*");
-  if (!v || v->empty()) return -29;
-  c.setOut(0, static_cast<uint64_t>((*v)[0].num));
-  return 0;
+  const Port *p = greenPort(s, c.port());
+  if (!p || !lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
+  c.out("twsys", Echo ? kLocalTwsys : kPartnerTwsys);
+  return OPEN_E_NONE;
+}
+
+int localSummary(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  bool enabled = eeeActive(s, *p), ready = lowPowerIdle(s, *p);
+  uint32_t echo = ready ? kPartnerTwsys : 0;
+  c.out("twSysTx", kLocalTwsys);
+  c.out("twSysTxEcho", echo);
+  c.out("twSysRx", kLocalTwsys);
+  c.out("twSysRxEcho", echo);
+  c.out("twSysTxFallback", kLocalTwsys);
+  c.out("txDllEnabled", enabled);
+  c.out("txDllReady", ready);
+  c.out("rxDllEnabled", enabled);
+  c.out("rxDllReady", ready);
+  return OPEN_E_NONE;
+}
+
+int remoteSummary(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p || !lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
+  c.out("twSysTx", kPartnerTwsys);
+  c.out("twSysTxEcho", kLocalTwsys);
+  c.out("twSysRx", kPartnerTwsys);
+  c.out("twSysRxEcho", kLocalTwsys);
+  c.out("twSysTxFallback", kPartnerTwsys);
+  return OPEN_E_NONE;
+}
+
+int totalLpiTime(Sim &s, Call &c) {
+  c.out("lpiTotalTime", s.model.green.totalLpiTime);
+  return OPEN_E_NONE;
+}
+
+int featuresSupported(Sim &s, Call &c) {
+  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
+  c.outText("features", s.model.green.features);
+  return OPEN_E_NONE;
+}
+
+// --- power -----------------------------------------------------------------
+
+int intfCurrentPower(Sim &s, Call &c) {
+  const Port *p = findPort(s, c.port());
+  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
+  c.out("pwrConsumption", static_cast<uint64_t>(drawMw(s, *p)));
+  return OPEN_E_NONE;
+}
+
+int intfCumulativeSaving(Sim &s, Call &c) {
+  const Port *p = findPort(s, c.port());
+  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
+  c.out("pwrSaving", savedMwhAt(s, *p, clockNowMs(s.clock)));
+  return OPEN_E_NONE;
+}
+
+// The switch's draw is that of all its ports; its saving that of the
+// ports with an estimate.
+int globalCurrentPower(Sim &s, Call &c) {
+  int64_t total = 0;
+  for (const auto &[n, p] : s.model.ports) total += drawMw(s, p);
+  c.out("pwrConsumption", static_cast<uint64_t>(total));
+  return OPEN_E_NONE;
+}
+
+int globalCumulativeSaving(Sim &s, Call &c) {
+  uint64_t total = 0;
+  for (const auto &[n, p] : s.model.ports)
+    if (p.powerEstimate) total += savedMwhAt(s, p, clockNowMs(s.clock));
+  c.out("pwrSaving", total);
+  return OPEN_E_NONE;
 }
 
 int intfStatisticsClear(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isGreenPort(s, ifNum)) return -29;
-  s.put("rpcclt_openapiGreenPwrEstIntfCumSavingGet", key(ifNum), {num(0)});
-  return 0;
-}
-
-int setBounded(Sim &s, Call &c, const char *getter, uint32_t most) {
-  uint64_t v = c.in(0);
-  if (v < 1 || v > most) return -22;
-  s.put(getter, "", {num(static_cast<int64_t>(v))});
-  return 0;
-}
-
-int sampleIntervalSet(Sim &s, Call &c) {
-  return setBounded(s, c, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", kSampleIntervalMax);
-}
-int maxSamplesSet(Sim &s, Call &c) {
-  return setBounded(s, c, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet", kMaxSamplesMax);
+  Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  settleCounters(s, *p, clockNowMs(s.clock));
+  p->savedMwh = 0;
+  p->savedMwMs = 0;
+  return OPEN_E_NONE;
 }
 
 // --- LPI history -----------------------------------------------------------
-// Samples are generated from the port and position, so a long history
-// costs nothing to keep; the model holds how many each port had at load,
-// and one more is taken every sample interval of simulated time.
 
-int64_t samplesTaken(Sim &s) {
-  int64_t minutes = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", "", kHistoryStep / 60);
-  return clockNowSeconds(s.clock) / (std::max<int64_t>(1, minutes) * 60);
-}
-
-uint32_t historyCount(Sim &s, uint32_t ifNum) {
-  const cJSON *n = cJSON_GetObjectItemCaseSensitive(section(s, "history"), key(ifNum).c_str());
-  if (!cJSON_IsNumber(n)) return 0;
-  int64_t most = storedNum(s, "rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet", "", kMaxSamplesMax);
-  return static_cast<uint32_t>(std::clamp<int64_t>(static_cast<int64_t>(n->valuedouble) + samplesTaken(s), 0, most));
-}
+int64_t sampleStepMs(const Sim &s) { return static_cast<int64_t>(s.model.green.sampleIntervalMin) * 60000; }
 
 // Idle links sleep most of the night and less in office hours.
-uint16_t lpiPercent(bool up, uint32_t ifNum, uint32_t index) {
-  if (!up) return 0;
-  uint32_t hourOfDay = index * kHistoryStep / 3600 % 24;
+uint16_t lpiPercent(bool idle, uint32_t ifNum, uint32_t index, uint32_t time) {
+  if (!idle) return 0;
+  uint32_t hourOfDay = time / 3600 % 24;
   uint32_t base = hourOfDay >= 8 && hourOfDay < 18 ? 35 : 80;
   return static_cast<uint16_t>(base + (index * 7 + ifNum * 13) % 15);
 }
 
-open_pwr_sav_sample_t sampleAt(Sim &s, uint32_t ifNum, uint32_t index) {
-  open_pwr_sav_sample_t r = {};
-  bool up = linkUp(s, ifNum);
-  uint64_t sum = 0;
-  for (uint32_t i = 0; i <= index; ++i) sum += lpiPercent(up, ifNum, i);
-  r.sampleNo = static_cast<uint16_t>(index + 1);
-  r.sampleTime = kHistoryEpoch + index * kHistoryStep;
-  r.percentLpiTime = lpiPercent(up, ifNum, index);
-  r.percentLpiTimeTotal = static_cast<uint16_t>(sum / (index + 1));
+void addSample(GreenPort &g, uint32_t maxSamples, bool idle, uint32_t ifNum, uint32_t time) {
+  LpiSample r;
+  r.percent = lpiPercent(idle, ifNum, g.lpiTaken, time);
+  g.lpiSum += r.percent;
+  ++g.lpiTaken;
+  r.number = static_cast<uint16_t>(g.lpiTaken);
+  r.time = time;
+  r.percentTotal = static_cast<uint16_t>(g.lpiSum / g.lpiTaken);
+  g.history.push_back(r);
+  while (g.history.size() > maxSamples) g.history.pop_front();
+}
+
+void trimHistory(Sim &s) {
+  for (auto &[n, p] : s.model.ports)
+    while (p.green.history.size() > s.model.green.maxSamples) p.green.history.pop_front();
+}
+
+int sampleIntervalSet(Sim &s, Call &c) {
+  uint64_t v = c.in("sampleInterval");
+  if (v < 1 || v > kSampleIntervalMax) return OPEN_E_PARAM;
+  s.model.green.sampleIntervalMin = static_cast<uint32_t>(v);
+  s.model.green.nextSampleMs = clockNowMs(s.clock) + sampleStepMs(s);
+  return OPEN_E_NONE;
+}
+
+// A smaller maximum keeps the newest samples.
+int maxSamplesSet(Sim &s, Call &c) {
+  uint64_t v = c.in("maxSamples");
+  if (v < 1 || v > kMaxSamplesMax) return OPEN_E_PARAM;
+  s.model.green.maxSamples = static_cast<uint32_t>(v);
+  trimHistory(s);
+  return OPEN_E_NONE;
+}
+
+void writeSample(Arg &a, const Port &p, size_t index) {
+  const LpiSample &r = p.green.history[index];
+  open_pwr_sav_sample_t out = {};
+  out.sampleNo = r.number;
+  out.sampleTime = r.time;
+  out.percentLpiTime = r.percent;
+  out.percentLpiTimeTotal = r.percentTotal;
   // The cursor names the port and the position of the following sample.
-  r.next = index + 1 < historyCount(s, ifNum) ? (static_cast<uint64_t>(ifNum) << 32) | (index + 1) : 0;
-  return r;
+  out.next = index + 1 < p.green.history.size() ? (static_cast<uint64_t>(p.ifNum) << 32) | (index + 1) : 0;
+  a.text.assign(reinterpret_cast<const char *>(&out), sizeof out);
+  a.written = true;
 }
 
-Arg *recordArg(Call &c) {
-  for (Arg *a : c.outputs())
-    if (a->kind == wire::kInOutBlob && a->text.size() == sizeof(open_pwr_sav_sample_t)) return a;
-  return nullptr;
-}
-
-int answerSample(Call &c, const open_pwr_sav_sample_t &r) {
-  Arg *a = recordArg(c);
-  if (!a) return -22;
-  a->text.assign(reinterpret_cast<const char *>(&r), sizeof r);
-  a->written = true;
-  return 0;
+int answerSample(Call &c, const Port &p, size_t index) {
+  Arg &a = c.arg("sample");
+  if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
+  writeSample(a, p, index);
+  return OPEN_E_NONE;
 }
 
 int historyFirst(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isEeePort(s, ifNum) || historyCount(s, ifNum) == 0) return -29;
-  return answerSample(c, sampleAt(s, ifNum, 0));
+  const Port *p = greenPort(s, c.port());
+  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, 0);
 }
 
 int historyNext(Sim &s, Call &c) {
-  Arg *a = recordArg(c);
-  if (!a) return -22;
+  Arg &a = c.arg("sample");
+  if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
   open_pwr_sav_sample_t r = {};
-  memcpy(&r, a->text.data(), sizeof r);
-  uint32_t ifNum = static_cast<uint32_t>(r.next >> 32), index = static_cast<uint32_t>(r.next);
-  if (r.next == 0 || !isEeePort(s, ifNum) || index >= historyCount(s, ifNum)) return -29;
-  return answerSample(c, sampleAt(s, ifNum, index));
+  memcpy(&r, a.text.data(), sizeof r);
+  const Port *p = greenPort(s, r.next >> 32);
+  size_t index = static_cast<uint32_t>(r.next);
+  if (r.next == 0 || !p || index >= p->green.history.size()) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, index);
 }
 
 // The sample after the one numbered `curSample`; 0 asks for the first.
 int historyNextSample(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  uint16_t cur = static_cast<uint16_t>(c.in(1));
-  uint32_t count = historyCount(s, ifNum);
-  if (!isEeePort(s, ifNum) || count == 0) return -29;
-  if (cur == 0) return answerSample(c, sampleAt(s, ifNum, 0));
-  for (uint32_t i = 0; i + 1 < count; ++i)
-    if (static_cast<uint16_t>(i + 1) == cur) return answerSample(c, sampleAt(s, ifNum, i + 1));
-  return -29;
+  const Port *p = greenPort(s, c.port());
+  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  uint64_t cur = c.in("curSample");
+  if (cur == 0) return answerSample(c, *p, 0);
+  for (size_t i = 0; i + 1 < p->green.history.size(); ++i)
+    if (p->green.history[i].number == cur) return answerSample(c, *p, i + 1);
+  return OPEN_E_NOT_FOUND;
 }
 
+// Counted from now: the samples taken so far are gone.
 int historyClear(Sim &s, Call &c) {
-  uint32_t ifNum = static_cast<uint32_t>(c.in(0));
-  if (!isEeePort(s, ifNum)) return -29;
-  cJSON *h = section(s, "history");
-  cJSON_DeleteItemFromObjectCaseSensitive(h, key(ifNum).c_str());
-  // Counted from now: the samples taken so far are gone.
-  cJSON_AddNumberToObject(h, key(ifNum).c_str(), static_cast<double>(-samplesTaken(s)));
-  return 0;
+  Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  p->green.history.clear();
+  p->green.lpiSum = 0;
+  p->green.lpiTaken = 0;
+  return OPEN_E_NONE;
 }
 
 // --- default scenario ------------------------------------------------------
 
-void seedLists(Sim &s) {
-  cJSON *ports = cJSON_AddArrayToObject(green(s), "ports");
-  cJSON *eee = cJSON_AddArrayToObject(green(s), "eeePorts");
-  cJSON *history = section(s, "history");
-  cJSON *ages = section(s, "statsAge");
-  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
-    cJSON_AddItemToArray(ports, cJSON_CreateNumber(p));
-    cJSON_AddItemToArray(eee, cJSON_CreateNumber(p));
-    cJSON_AddNumberToObject(history, key(p).c_str(), p == 1 ? kUplinkSamples : kRecentSamples);
-    cJSON_AddNumberToObject(ages, key(p).c_str(), static_cast<double>(kStatsAgeAtLoad));
+// The uplink's weeks of samples up to load; the three hours before load
+// on the other ports.
+void seedHistory(Sim &s, Port &p) {
+  uint32_t count = p.ifNum == 1 ? kUplinkSamples : kRecentSamples;
+  for (uint32_t i = 0; i < count; ++i)
+    addSample(p.green, s.model.green.maxSamples, eeeActive(s, p), p.ifNum,
+              kSwitchTimeAtLoad - (count - i) * kHistoryStep);
+}
+
+// Desk ports 13-24 power down while nobody is plugged in; the partner on
+// port 8 does not speak EEE over LLDP.
+void seedGreenPort(Sim &s, Port &p) {
+  GreenPort &g = p.green;
+  uint32_t n = p.ifNum;
+  g.energyDetect = n >= 13 ? 1 : 0;
+  g.partnerEee = n != 8;
+  g.statsClearedS = -kStatsAgeAtLoad;
+  if (p.up) {
+    g.txEvents = 184000 + n * 1711;
+    g.rxEvents = 176500 + n * 1493;
+    g.txDuration[0] = g.rxDuration[0] = 1;
+    g.txDuration[1] = 5 + n * 200000000ULL;
+    g.rxDuration[1] = 9 + n * 180000000ULL;
   }
+  seedHistory(s, p);
 }
 
-// Desk ports 13-24 power down while nobody is plugged in.
-void seedGreenModes(Sim &s, uint32_t p) {
-  s.put("rpcclt_openapiGreenEthrEnergyDetectAdminModeGet", key(p), {num(p >= 13 ? 1 : 0)});
-  s.put("rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet", key(p), {num(0)});
-  s.put("rpcclt_openapiGreenEthrShrtRchForceAdminModeGet", key(p), {num(0)});
-}
-
-void seedEeePort(Sim &s, uint32_t p) {
-  std::string k = key(p);
-  bool up = linkUp(s, p);
-  bool dll = up && p != 8;  // the partner on port 8 does not speak EEE over LLDP
-  s.put("rpcclt_openapiGreenEthrEeeAdminModeGet", k, {num(1)});
-  s.put("rpcclt_openapiGreenEthrEeeTxIdleTimeGet", k, {num(100)});
-  s.put("rpcclt_openapiGreenEthrEeeTxWakeTimeGet", k, {num(kLocalTwsys)});
-  s.put("rpcclt_openapiGreenEthrEeeTxEventsGet", k, {num(up ? 184000 + p * 1711 : 0)});
-  s.put("rpcclt_openapiGreenEthrEeeRxEventsGet", k, {num(up ? 176500 + p * 1493 : 0)});
-  s.put("rpcclt_openapiGreenEthrEeeTxDurationGet", k, {num(up ? 1 : 0), num(up ? 5 + p * 200000000 : 0)});
-  s.put("rpcclt_openapiGreenEthrEeeRxDurationGet", k, {num(up ? 1 : 0), num(up ? 9 + p * 180000000 : 0)});
-  for (const char *c : {"rpcclt_openapiGreenEthrEeeTxDllEnableGet", "rpcclt_openapiGreenEthrEeeRxDllEnableGet"})
-    s.put(c, k, {num(up ? 1 : 0)});
-  for (const char *c : {"rpcclt_openapiGreenEthrEeeTxDllReadyGet", "rpcclt_openapiGreenEthrEeeRxDllReadyGet"})
-    s.put(c, k, {num(dll ? 1 : 0)});
-  for (const char *c : {"rpcclt_openapiGreenEthrEeeTxTwsysGet", "rpcclt_openapiGreenEthrEeeRxTwsysGet",
-                        "rpcclt_openapiGreenEthrEeeFbTwsysGet", "rpcclt_openapiGreenEthrEeeEchoTxTwsysGet",
-                        "rpcclt_openapiGreenEthrEeeEchoRxTwsysGet"})
-    s.put(c, k, {num(kLocalTwsys)});
-  int64_t echo = dll ? kPartnerTwsys : 0;
-  s.put("rpcclt_openapiGreenEthrEeeLocalSummaryGet", k,
-        {num(kLocalTwsys), num(echo), num(kLocalTwsys), num(echo), num(kLocalTwsys), num(up ? 1 : 0), num(dll ? 1 : 0),
-         num(up ? 1 : 0), num(dll ? 1 : 0)});
-  if (!dll) return;
-  s.put("rpcclt_openapiGreenEthrEeeRemoteSummaryGet", k,
-        {num(kPartnerTwsys), num(kLocalTwsys), num(kPartnerTwsys), num(kLocalTwsys), num(kPartnerTwsys)});
-  std::string remote = k + "," + key(kRemoteIndex) + ",*";
-  s.put("rpcclt_openapiGreenEthrEeeRemTxTwsysGet", remote, {num(kPartnerTwsys)});
-  s.put("rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet", remote, {num(kLocalTwsys)});
-  s.put("rpcclt_openapiGreenEthrEeeRemRxTwsysGet", remote, {num(kPartnerTwsys)});
-  s.put("rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet", remote, {num(kLocalTwsys)});
-  s.put("rpcclt_openapiGreenEthrEeeRemFbTwsysGet", remote, {num(kPartnerTwsys)});
-}
-
-// Milliwatts now and milliwatt-hours saved since the last clear.
-void seedPower(Sim &s) {
-  int64_t total = 0, saved = 0;
-  SwitchLayout layout = layoutOf(s);
-  for (uint32_t p = 1; p <= layout.ports(); ++p) {
-    bool up = linkUp(s, p);
-    int64_t mw = layout.isFibre(p) ? (up ? 1150 : 300) : (up ? 560 : 95);
-    total += mw;
-    if (layout.isFibre(p)) continue;
-    int64_t cum = up ? 4200 + p * 37 : 9800 + p * 53;
-    saved += cum;
-    s.put("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(p), {num(mw)});
-    s.put("rpcclt_openapiGreenPwrEstIntfCumSavingGet", key(p), {num(cum)});
-  }
-  s.put("rpcclt_openapiGreenPwrEstGlobalCurPwrGet", "", {num(total)});
-  s.put("rpcclt_openapiGreenPwrEstGlobalCumSavingGet", "", {num(saved)});
-  s.put("rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet", "", {num(38)});
+// Milliwatts drawn up and down, and milliwatt-hours saved since the last
+// clear.
+void seedPower(Port &p) {
+  p.drawUpMw = p.fibre ? 1150 : 560;
+  p.drawDownMw = p.fibre ? 300 : 95;
+  p.powerEstimate = !p.fibre;
+  p.savedMwh = p.fibre ? 0 : p.up ? 4200 + p.ifNum * 37 : 9800 + p.ifNum * 53;
 }
 
 }  // namespace
 
-bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
-  return s.stored("rpcclt_openapiGreenPwrEstIntfCurPwrGet", key(ifNum)) != nullptr;
+int64_t drawMw(const Sim &s, const Port &p) {
+  if (!p.up) return p.drawDownMw;
+  return p.drawUpMw + (p.greenCapable && !eeeActive(s, p) ? kEeeSavingMw : 0);
 }
 
-// The switch-wide figures are the ports' sums, so they move with a port.
-void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh) {
-  auto move = [&s, ifNum](const char *port, const char *global, int64_t value) {
-    int64_t old = storedNum(s, port, key(ifNum));
-    s.put(port, key(ifNum), {num(value)});
-    s.put(global, "", {num(storedNum(s, global, "") + value - old)});
-  };
-  move("rpcclt_openapiGreenPwrEstIntfCurPwrGet", "rpcclt_openapiGreenPwrEstGlobalCurPwrGet", milliwatts);
-  if (savedMwh >= 0)
-    move("rpcclt_openapiGreenPwrEstIntfCumSavingGet", "rpcclt_openapiGreenPwrEstGlobalCumSavingGet", savedMwh);
+int64_t savingMw(const Sim &s, const Port &p) {
+  if (!p.powerEstimate) return 0;
+  if (p.up) return eeeActive(s, p) ? kEeeSavingMw : 0;
+  return energyDetectOn(s, p) ? std::max<int64_t>(0, p.drawUpMw - p.drawDownMw) : 0;
+}
+
+bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
+  const Port *p = findPort(s, ifNum);
+  return p && p->powerEstimate;
+}
+
+// A reading of the port's draw in the state it is in now.
+void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs) {
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  settleCounters(s, *p, atMs);
+  int64_t eee = p->up && p->greenCapable && !eeeActive(s, *p) ? kEeeSavingMw : 0;
+  (p->up ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
+  if (savedMwh < 0) return;
+  p->savedMwh = static_cast<uint64_t>(savedMwh);
+  p->savedMwMs = 0;
+}
+
+// Every EEE port takes a sample each interval (none with an interval of
+// 0, which only a scenario sets); after a long jump only the
+// last `maxSamples` are kept, so only those are made.
+void takeLpiSamples(Sim &s, int64_t uptoMs) {
+  Green &g = s.model.green;
+  int64_t step = sampleStepMs(s);
+  if (step <= 0 || g.nextSampleMs > uptoMs) return;
+  int64_t due = (uptoMs - g.nextSampleMs) / step + 1;
+  int64_t skipped = std::max<int64_t>(0, due - g.maxSamples);
+  for (auto &[n, p] : s.model.ports) {
+    if (!p.greenCapable) continue;
+    p.green.lpiTaken += static_cast<uint32_t>(skipped);
+    for (int64_t k = skipped; k < due; ++k) {
+      int64_t at = g.nextSampleMs + k * step;
+      addSample(p.green, g.maxSamples, eeeActive(s, p), n, kSwitchTimeAtLoad + static_cast<uint32_t>(at / 1000));
+    }
+  }
+  g.nextSampleMs += due * step;
 }
 
 const CallRule kGreenRules[] = {
-    SIM_CUSTOM(rpcclt_openapiGreenEthrValidIntfFirstGet, greenFirst),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrValidIntfNextGet, greenNext),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrIsValidIntfType, isGreenIntf),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrIsIntfEEECapable, isEeeIntf),
-    SIM_SET(rpcclt_openapiGreenEthrEnergyDetectModeSet, rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, 1),
-    SIM_SET(rpcclt_openapiGreenEthrShrtRchAutoModeSet, rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, 1),
-    SIM_SET(rpcclt_openapiGreenEthrShrtRchForceModeSet, rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, 1),
-    SIM_GET(rpcclt_openapiGreenEthrEnergyDetectAdminModeGet),
-    SIM_GET(rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet),
-    SIM_GET(rpcclt_openapiGreenEthrShrtRchForceAdminModeGet),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, energyDetectOpr),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrShrtRchOprStatusGet, shortReachOpr),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, energyDetectOprText),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, shortReachOprText),
-    SIM_GET(rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet),
-    SIM_SET(rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet, 0),
-    SIM_GET(rpcclt_openapiGreenEthrGlobalShortReachModeGet),
-    SIM_SET(rpcclt_openapiGreenEthrGlobalShortReachModeSet, rpcclt_openapiGreenEthrGlobalShortReachModeGet, 0),
+    SIM_RULE(rpcclt_openapiGreenEthrValidIntfFirstGet, greenFirst),
+    SIM_RULE(rpcclt_openapiGreenEthrValidIntfNextGet, greenNext),
+    SIM_RULE(rpcclt_openapiGreenEthrIsValidIntfType, isGreenIntf),
+    SIM_RULE(rpcclt_openapiGreenEthrIsIntfEEECapable, isGreenIntf),
+    SIM_SETTER(rpcclt_openapiGreenEthrEnergyDetectModeSet, rpcclt_openapiGreenEthrEnergyDetectAdminModeGet,
+               greenSet<SIM_PORT_FIELD(green.energyDetect)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrShrtRchAutoModeSet, rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet,
+               greenSet<SIM_PORT_FIELD(green.shortReachAuto)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrShrtRchForceModeSet, rpcclt_openapiGreenEthrShrtRchForceAdminModeGet,
+               greenSet<SIM_PORT_FIELD(green.shortReachForced)>),
+    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, greenGet<SIM_PORT_FIELD(green.energyDetect)>),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, greenGet<SIM_PORT_FIELD(green.shortReachAuto)>),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, greenGet<SIM_PORT_FIELD(green.shortReachForced)>),
+    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, energyDetectOpr),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusGet, shortReachOpr),
+    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, energyDetectOprText),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, shortReachOprText),
+    SIM_RULE(rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet, switchGet<SIM_SWITCH_FIELD(green.energyDetect)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet,
+               switchSet<SIM_SWITCH_FIELD(green.energyDetect)>),
+    SIM_RULE(rpcclt_openapiGreenEthrGlobalShortReachModeGet, switchGet<SIM_SWITCH_FIELD(green.shortReach)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrGlobalShortReachModeSet, rpcclt_openapiGreenEthrGlobalShortReachModeGet,
+               switchSet<SIM_SWITCH_FIELD(green.shortReach)>),
 
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeIsValidIntf, isEeeIntf),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeValidIntfFirstGet, eeeFirst),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeValidIntfNextGet, eeeNext),
-    SIM_GET(rpcclt_openapiGreenEthrEeeAdminModeGet),
-    SIM_SET(rpcclt_openapiGreenEthrEeeAdminModeSet, rpcclt_openapiGreenEthrEeeAdminModeGet, 1),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxIdleTimeGet),
-    SIM_SET(rpcclt_openapiGreenEthrEeeTxIdleTimeSet, rpcclt_openapiGreenEthrEeeTxIdleTimeGet, 1),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxWakeTimeGet),
-    SIM_SET(rpcclt_openapiGreenEthrEeeTxWakeTimeSet, rpcclt_openapiGreenEthrEeeTxWakeTimeGet, 1),
-    SIM_GET(rpcclt_openapiGreenEthrGlobalEeeAdminModeGet),
-    SIM_SET(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, 0),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxEventsGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxDurationGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRxEventsGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRxDurationGet),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceReset),
-    SIM_CUSTOM(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxDllEnableGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxDllReadyGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRxDllEnableGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRxDllReadyGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeTxTwsysGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRxTwsysGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeFbTwsysGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, remoteValue),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeRemFbTwsysGet, remoteValue),
-    SIM_GET(rpcclt_openapiGreenEthrEeeLocalSummaryGet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeRemoteSummaryGet),
-    SIM_GET(rpcclt_openapiGreenEthrFeaturesSupportedGet),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeIsValidIntf, isGreenIntf),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfFirstGet, greenFirst),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfNextGet, greenNext),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeAdminModeGet, greenGet<SIM_PORT_FIELD(green.eeeAdmin)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrEeeAdminModeSet, rpcclt_openapiGreenEthrEeeAdminModeGet,
+               greenSet<SIM_PORT_FIELD(green.eeeAdmin)>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxIdleTimeGet, greenGet<SIM_PORT_FIELD(green.txIdleTime)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrEeeTxIdleTimeSet, rpcclt_openapiGreenEthrEeeTxIdleTimeGet,
+               greenSet<SIM_PORT_FIELD(green.txIdleTime)>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxWakeTimeGet, greenGet<SIM_PORT_FIELD(green.txWakeTime)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrEeeTxWakeTimeSet, rpcclt_openapiGreenEthrEeeTxWakeTimeGet,
+               greenSet<SIM_PORT_FIELD(green.txWakeTime)>),
+    SIM_RULE(rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, switchGet<SIM_SWITCH_FIELD(green.eee)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, rpcclt_openapiGreenEthrGlobalEeeAdminModeGet,
+               switchSet<SIM_SWITCH_FIELD(green.eee)>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, eeeEvents<&GreenPort::txEvents>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, eeeDuration<&GreenPort::txDuration>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, eeeEvents<&GreenPort::rxEvents>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, eeeDuration<&GreenPort::rxDuration>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceReset),
+    SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, dllState<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, dllState<true>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, dllState<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, dllState<true>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue<true>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, remoteValue<true>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemFbTwsysGet, remoteValue<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeLocalSummaryGet, localSummary),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, remoteSummary),
+    SIM_RULE(rpcclt_openapiGreenEthrFeaturesSupportedGet, featuresSupported),
 
-    SIM_GET(rpcclt_openapiGreenPwrEstIntfCurPwrGet),
-    SIM_GET(rpcclt_openapiGreenPwrEstGlobalCurPwrGet),
-    SIM_GET(rpcclt_openapiGreenPwrEstIntfCumSavingGet),
-    SIM_GET(rpcclt_openapiGreenPwrEstGlobalCumSavingGet),
-    SIM_GET(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrIntfStatisticsClear, intfStatisticsClear),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, sampleIntervalSet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, maxSamplesSet),
-    SIM_GET(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet),
-    SIM_CUSTOM(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet, historyFirst),
-    SIM_CUSTOM(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet, historyNext),
-    SIM_CUSTOM(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, historyNextSample),
-    SIM_CUSTOM(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, historyClear),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, intfCurrentPower),
+    SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCurPwrGet, globalCurrentPower),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, intfCumulativeSaving),
+    SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCumSavingGet, globalCumulativeSaving),
+    SIM_RULE(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, switchGet<SIM_SWITCH_FIELD(green.savingPercent)>),
+    SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, intfStatisticsClear),
+    SIM_SETTER(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet,
+               rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, sampleIntervalSet),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
+             switchGet<SIM_SWITCH_FIELD(green.sampleIntervalMin)>),
+    SIM_SETTER(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet,
+               rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, maxSamplesSet),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, switchGet<SIM_SWITCH_FIELD(green.maxSamples)>),
+    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet, historyFirst),
+    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet, historyNext),
+    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, historyNextSample),
+    SIM_RULE(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, historyClear),
 };
 const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 
 void seedGreen(Sim &s) {
-  seedLists(s);
-  for (uint32_t p = 1; p <= layoutOf(s).copperPorts; ++p) {
-    seedGreenModes(s, p);
-    seedEeePort(s, p);
+  s.model.green = Green();
+  for (auto &[n, p] : s.model.ports) {
+    p.greenCapable = !p.fibre;
+    seedPower(p);
+    if (p.greenCapable) seedGreenPort(s, p);
   }
-  s.put("rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet", "", {num(1)});
-  s.put("rpcclt_openapiGreenEthrGlobalShortReachModeGet", "", {num(0)});
-  s.put("rpcclt_openapiGreenEthrGlobalEeeAdminModeGet", "", {num(1)});
-  s.put("rpcclt_openapiGreenEthrEeeTotalLpiTimeGet", "", {num(5843211)});
-  s.put("rpcclt_openapiGreenEthrFeaturesSupportedGet", key(kStackUnit),
-        {text("Energy-Detect Short-Reach EEE EEE-LPI-History Power-Estimates")});
-  s.put("rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet", "", {num(kHistoryStep / 60)});
-  s.put("rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet", "", {num(kMaxSamplesMax)});
-  seedPower(s);
 }
 
 }  // namespace sim

@@ -12,60 +12,68 @@ constexpr size_t kTimeRangeNameMax = 31;
 constexpr uint32_t kLedColorMax = 7;  // 0 off, then red, green, blue, yellow, cyan, magenta, white
 constexpr uint32_t kBrightnessMax = 100;
 
-std::string key(uint64_t n) { return std::to_string(n); }
+bool hasLed(uint32_t ifNum) { return ifNum <= kLedPorts; }
 
 // Names longer than the switch keeps are refused, not cut.
 int timeRangeSet(Sim &s, Call &c) {
-  std::string port = key(c.in(0));
-  if (!s.stored("rpcclt_openapiInterfaceAppTimeRangeGet", port)) return -29;
-  std::string name = c.inText(1);
-  if (name.size() > kTimeRangeNameMax) return -22;
-  s.put("rpcclt_openapiInterfaceAppTimeRangeGet", port, {text(name)});
-  return 0;
+  Port *p = findPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  std::string name = c.text("timeRange");
+  if (name.size() > kTimeRangeNameMax) return OPEN_E_PARAM;
+  p->settings.timeRange = name;
+  return OPEN_E_NONE;
 }
 
-int setPortBounded(Sim &s, Call &c, const char *getter, uint32_t most) {
-  std::string port = key(c.in(0));
-  if (!s.stored(getter, port)) return -29;
-  if (c.in(1) > most) return -22;
-  s.put(getter, port, {num(static_cast<int64_t>(c.in(1)))});
-  return 0;
+int ledSupport(Sim &s, Call &c) {
+  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
+  c.out("supported", hasLed(c.port()) ? 1 : 0);
+  return OPEN_E_NONE;
 }
 
-int ledColorSet(Sim &s, Call &c) {
-  return setPortBounded(s, c, "rpcclt_openapiInterfaceAppPortRGBLedColorGet", kLedColorMax);
+template <PortField<uint32_t> F>
+int ledGet(Sim &s, Call &c) {
+  return hasLed(c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
 }
-int ledBrightnessSet(Sim &s, Call &c) {
-  return setPortBounded(s, c, "rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet", kBrightnessMax);
+
+template <PortField<uint32_t> F, uint32_t Max>
+int ledSet(Sim &s, Call &c) {
+  return hasLed(c.port()) ? portSet<F, 0, Max>(s, c) : OPEN_E_NOT_FOUND;
+}
+
+int ledModeGet(Sim &s, Call &c) {
+  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
+  c.out("mode", s.model.ledMode);
+  return OPEN_E_NONE;
+}
+
+int ledModeSet(Sim &s, Call &c) {
+  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
+  s.model.ledMode = static_cast<uint32_t>(c.in("mode"));
+  return OPEN_E_NONE;
 }
 
 }  // namespace
 
 const CallRule kInterfaceAppRules[] = {
-    SIM_GET(rpcclt_openapiInterfaceAppTimeRangeGet),
-    SIM_CUSTOM(rpcclt_openapiInterfaceAppTimeRangeSet, timeRangeSet),
-    SIM_SET(rpcclt_openapiInterfaceAppRGBLedColorModeSet, rpcclt_openapiInterfaceAppRGBLedColorModeGet, 1),
-    SIM_GET(rpcclt_openapiInterfaceAppRGBLedColorModeGet),
-    SIM_GET(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet),
-    SIM_CUSTOM(rpcclt_openapiInterfaceAppPortRGBLedColorSet, ledColorSet),
-    SIM_GET(rpcclt_openapiInterfaceAppPortRGBLedColorGet),
-    SIM_CUSTOM(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet, ledBrightnessSet),
-    SIM_GET(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet),
+    SIM_RULE(rpcclt_openapiInterfaceAppTimeRangeGet, portTextGet<SIM_PORT_FIELD(settings.timeRange)>),
+    SIM_SETTER(rpcclt_openapiInterfaceAppTimeRangeSet, rpcclt_openapiInterfaceAppTimeRangeGet, timeRangeSet),
+    SIM_SETTER(rpcclt_openapiInterfaceAppRGBLedColorModeSet, rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeSet),
+    SIM_RULE(rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeGet),
+    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, ledSupport),
+    SIM_SETTER(rpcclt_openapiInterfaceAppPortRGBLedColorSet, rpcclt_openapiInterfaceAppPortRGBLedColorGet,
+               (ledSet<SIM_PORT_FIELD(settings.ledColor), kLedColorMax>)),
+    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorGet, ledGet<SIM_PORT_FIELD(settings.ledColor)>),
+    SIM_SETTER(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet,
+               rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet,
+               (ledSet<SIM_PORT_FIELD(settings.ledBrightness), kBrightnessMax>)),
+    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet, ledGet<SIM_PORT_FIELD(settings.ledBrightness)>),
 };
 const size_t kInterfaceAppRuleCount = sizeof kInterfaceAppRules / sizeof kInterfaceAppRules[0];
 
+// The guest-room ports follow the office-hours schedule.
 void seedInterfaceApp(Sim &s) {
-  for (uint32_t p = 1; p <= layoutOf(s).ports(); ++p) {
-    std::string k = key(p);
-    // The guest-room ports follow the office-hours schedule.
-    s.put("rpcclt_openapiInterfaceAppTimeRangeGet", k, {text(p >= 9 && p <= 12 ? "office-hours" : "")});
-    bool led = p <= kLedPorts;
-    s.put("rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet", k, {num(led ? 1 : 0)});
-    if (!led) continue;
-    s.put("rpcclt_openapiInterfaceAppPortRGBLedColorGet", k, {num(2)});
-    s.put("rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet", k, {num(80)});
-  }
-  s.put("rpcclt_openapiInterfaceAppRGBLedColorModeGet", key(kStackUnit), {num(1)});
+  for (auto &[n, p] : s.model.ports) p.settings.timeRange = n >= 9 && n <= 12 ? "office-hours" : "";
+  s.model.ledMode = 1;
 }
 
 }  // namespace sim

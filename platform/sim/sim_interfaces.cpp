@@ -1,5 +1,6 @@
-// The switch's interfaces: 24 copper and 4 fibre ports, the CPU, two LAGs
-// and routing interfaces on VLANs 1 and 10, with their identity state.
+// The switch's interfaces: its copper and fibre ports, the CPU, the LAGs
+// and routing interfaces on VLANs 1 and 10, with their identity, and the
+// link of each port as its facts make it.
 #include <stdio.h>
 
 #include "sim/sim.h"
@@ -14,29 +15,39 @@ struct RoutingVlan {
 };
 constexpr RoutingVlan kRoutingVlans[] = {{1, 700}, {10, 701}};
 
+// The switch had been up this long when the scenario was loaded, so a
+// change under a timeline is stamped after every seeded one.
+constexpr int64_t kUptimeAtLoadS = 90000;
+constexpr uint32_t kMacTextSize = 18;
+constexpr uint32_t kDescriptionSize = 255;
+
+// Link state 0 is up; operational state 2 is D-Disabled.
+constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
+constexpr uint32_t kOprDown = 0, kOprUp = 1, kOprDiagDisabled = 2;
+
 int firstOfTypeCall(Sim &s, Call &c) {
-  const Interface *i = firstOfType(s, static_cast<uint32_t>(c.in(0)));
-  if (!i) return -29;
-  c.setOut(0, i->ifNum);
-  return 0;
+  const Interface *i = firstOfType(s, static_cast<uint32_t>(c.in("ifType")));
+  if (!i) return OPEN_E_NOT_FOUND;
+  c.out("ifNum", i->ifNum);
+  return OPEN_E_NONE;
 }
 
 int nextOfTypeCall(Sim &s, Call &c) {
-  const Interface *i = nextOfType(s, static_cast<uint32_t>(c.in(0)), static_cast<uint32_t>(c.in(1)));
-  if (!i) return -29;
-  c.setOut(0, i->ifNum);
-  return 0;
+  const Interface *i = nextOfType(s, static_cast<uint32_t>(c.in("ifType")), static_cast<uint32_t>(c.in("ifNum")));
+  if (!i) return OPEN_E_NOT_FOUND;
+  c.out("nextIfNum", i->ifNum);
+  return OPEN_E_NONE;
 }
 
 // Nothing is ever pending deletion here; the walk visits every interface.
 int nextChangedCall(Sim &s, Call &c) {
   for (const Interface &i : s.interfaces) {
-    if (i.ifNum <= c.in(0)) continue;
-    c.setOut(0, i.ifNum);
-    c.setOut(1, 0);
-    return 0;
+    if (i.ifNum <= c.in("ifNum")) continue;
+    c.out("nextIfNum", i.ifNum);
+    c.out("deletePending", 0);
+    return OPEN_E_NONE;
   }
-  return -29;
+  return OPEN_E_NOT_FOUND;
 }
 
 std::string ifName(const Interface &i) {
@@ -48,80 +59,158 @@ std::string ifName(const Interface &i) {
   return name;
 }
 
-void seedIdentity(Sim &s, const Interface &i, uint32_t storagePort) {
-  std::string key = std::to_string(i.ifNum);
-  bool phy = i.type == OPEN_INTF_TYPE_PHY;
-  // A handful of ports have a cable plugged in, the storage array on the
-  // first fibre port; port 7 was shut down by a protection feature.
-  bool up = phy && (i.ifNum <= 3 || i.ifNum == 5 || i.ifNum == 8 || i.ifNum == storagePort);
-  char mac[32];
-  snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i.ifNum >> 8, i.ifNum & 0xFF);
+// Every interface answers these; `answer` fills the named output.
+template <uint64_t (*Answer)(const Sim &, const Interface &)>
+int identityNum(Sim &s, Call &c) {
+  const Interface *i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  c.out(parameterNames(*c.id).back().c_str(), Answer(s, *i));
+  return OPEN_E_NONE;
+}
 
-  s.put("openapiIfNameGet", key, {text(ifName(i))});
-  s.put("rpcclt_openapiIfNumGet", ifName(i), {num(i.ifNum)});
-  s.put("openapiIfTypeGet", key, {num(i.type)});
-  s.put("openapiIfLinkStateGet", key, {num(up ? 0 : 1)});
-  s.put("openapiIfOprStateGet", key, {num(i.ifNum == 7 ? 2 : up ? 1 : 0)});
-  s.put("rpcclt_openapiIfActiveStateGet", key, {num(up ? 1 : 0)});
-  s.put("rpcclt_openapiIfLastChangeGet", key, {num(up ? 86400 + i.ifNum * 37 : 0)});
-  s.put("rpcclt_openapiusmDbIfIndexGet", key, {num(phy ? i.ifNum : 100000 + i.ifNum)});
-  s.put("rpcclt_openapiConfigIdMaskOffsetGet", key, {num(i.ifNum)});
-  s.put("rpcclt_openapiIfMacAddrSizeGet", key, {num(18)});
-  s.put("rpcclt_openapiIfMacAddrGet", key, {text(mac)});
-  s.put("rpcclt_openapiIfDescrSizeGet", key, {num(255)});
-  s.put("rpcclt_openapiIfStatusGet", key, {num(i.type == OPEN_INTF_TYPE_VLAN || phy || i.ifNum == kFirstLag ? 1 : 0)});
-  const char *descr = i.ifNum == 1 ? "Uplink to core" : i.ifNum == 2 ? "Office access point" : i.ifNum == storagePort ? "Storage array" : "";
-  s.put("rpcclt_openapiIfDescrGet", key, {text(descr)});
+uint64_t typeOf(const Sim &, const Interface &i) { return i.type; }
+uint64_t linkStateOf(const Sim &s, const Interface &i) { return linkUp(s, i.ifNum) ? kLinkUp : kLinkDown; }
+uint64_t activeStateOf(const Sim &s, const Interface &i) { return linkUp(s, i.ifNum) ? 1 : 0; }
+uint64_t oprStateOf(const Sim &s, const Interface &i) {
+  const Port *p = findPort(s, i.ifNum);
+  if (p && p->disableReason) return kOprDiagDisabled;
+  return linkUp(s, i.ifNum) ? kOprUp : kOprDown;
+}
+uint64_t lastChangeOf(const Sim &s, const Interface &i) {
+  const Port *p = findPort(s, i.ifNum);
+  return p ? static_cast<uint64_t>(p->lastChangeS) : 0;
+}
+uint64_t ifIndexOf(const Sim &, const Interface &i) { return i.type == OPEN_INTF_TYPE_PHY ? i.ifNum : 100000 + i.ifNum; }
+uint64_t maskOffsetOf(const Sim &, const Interface &i) { return i.ifNum; }
+uint64_t macSizeOf(const Sim &, const Interface &) { return kMacTextSize; }
+uint64_t descrSizeOf(const Sim &, const Interface &) { return kDescriptionSize; }
+// Ports, routing interfaces and LAGs with members are attached.
+uint64_t statusOf(const Sim &s, const Interface &i) {
+  if (i.type == OPEN_INTF_TYPE_PHY || i.type == OPEN_INTF_TYPE_VLAN) return 1;
+  for (const auto &[n, p] : s.model.ports)
+    if (p.lagMember == i.ifNum) return 1;
+  return 0;
+}
+
+int nameCall(Sim &s, Call &c) {
+  const Interface *i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  c.outText("name", ifName(*i));
+  return OPEN_E_NONE;
+}
+
+int macCall(Sim &s, Call &c) {
+  const Interface *i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  char mac[32];
+  snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i->ifNum >> 8, i->ifNum & 0xFF);
+  c.outText("macAddr", mac);
+  return OPEN_E_NONE;
+}
+
+// Only ports carry a description; the others have none to show.
+int descrCall(Sim &s, Call &c) {
+  const Interface *i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  const Port *p = findPort(s, i->ifNum);
+  c.outText("descr", p ? p->settings.description : "");
+  return OPEN_E_NONE;
+}
+
+int numByNameCall(Sim &s, Call &c) {
+  std::string name = c.text("name");
+  for (const Interface &i : s.interfaces) {
+    if (ifName(i) != name) continue;
+    c.out("ifNum", i.ifNum);
+    return OPEN_E_NONE;
+  }
+  return OPEN_E_NOT_FOUND;
 }
 
 }  // namespace
 
 const CallRule kInterfaceRules[] = {
-    SIM_CUSTOM(openapiIfFirstGet, firstOfTypeCall),
-    SIM_CUSTOM(openapiIfNextGet, nextOfTypeCall),
-    SIM_CUSTOM(openapiIfNextChangedGet, nextChangedCall),
-    SIM_GET(openapiIfNameGet),
-    SIM_GET(openapiIfTypeGet),
-    SIM_GET(openapiIfLinkStateGet),
-    SIM_GET(openapiIfOprStateGet),
-    SIM_GET(rpcclt_openapiIfActiveStateGet),
-    SIM_GET(rpcclt_openapiIfLastChangeGet),
-    SIM_GET(rpcclt_openapiusmDbIfIndexGet),
-    SIM_GET(rpcclt_openapiConfigIdMaskOffsetGet),
-    SIM_GET(rpcclt_openapiIfMacAddrSizeGet),
-    SIM_GET(rpcclt_openapiIfMacAddrGet),
-    SIM_GET(rpcclt_openapiIfDescrSizeGet),
-    SIM_GET(rpcclt_openapiIfDescrGet),
-    SIM_GET(rpcclt_openapiIfStatusGet),
-    SIM_GET(rpcclt_openapiIfNumGet),
+    SIM_RULE(openapiIfFirstGet, firstOfTypeCall),
+    SIM_RULE(openapiIfNextGet, nextOfTypeCall),
+    SIM_RULE(openapiIfNextChangedGet, nextChangedCall),
+    SIM_RULE(openapiIfNameGet, nameCall),
+    SIM_RULE(openapiIfTypeGet, identityNum<typeOf>),
+    SIM_RULE(openapiIfLinkStateGet, identityNum<linkStateOf>),
+    SIM_RULE(openapiIfOprStateGet, identityNum<oprStateOf>),
+    SIM_RULE(rpcclt_openapiIfActiveStateGet, identityNum<activeStateOf>),
+    SIM_RULE(rpcclt_openapiIfLastChangeGet, identityNum<lastChangeOf>),
+    SIM_RULE(rpcclt_openapiusmDbIfIndexGet, identityNum<ifIndexOf>),
+    SIM_RULE(rpcclt_openapiConfigIdMaskOffsetGet, identityNum<maskOffsetOf>),
+    SIM_RULE(rpcclt_openapiIfMacAddrSizeGet, identityNum<macSizeOf>),
+    SIM_RULE(rpcclt_openapiIfMacAddrGet, macCall),
+    SIM_RULE(rpcclt_openapiIfDescrSizeGet, identityNum<descrSizeOf>),
+    SIM_RULE(rpcclt_openapiIfDescrGet, descrCall),
+    SIM_RULE(rpcclt_openapiIfStatusGet, identityNum<statusOf>),
+    SIM_RULE(rpcclt_openapiIfNumGet, numByNameCall),
 };
 const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
 
-// The switch had been up this long when the scenario was loaded, so a
-// change under a timeline is stamped after every seeded one.
-constexpr int64_t kUptimeAtLoad = 90000;
-
-// What the link state is read from, in every group that reads it, plus
-// the traffic the counters held until now.
-void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
-  if (linkUp(s, ifNum) == up) return;
-  holdCountedTraffic(s, ifNum, atMs);
-  std::string key = std::to_string(ifNum);
-  s.put("openapiIfLinkStateGet", key, {num(up ? 0 : 1)});
-  s.put("openapiIfOprStateGet", key, {num(up ? 1 : 0)});
-  s.put("rpcclt_openapiIfActiveStateGet", key, {num(up ? 1 : 0)});
-  s.put("rpcclt_openapiIfLastChangeGet", key, {num(kUptimeAtLoad + atMs / 1000)});
-  s.put("openapiIfDuplexGet", key, {num(up ? 1 : 2)});
+void settleLink(Sim &s, Port &p, int64_t atMs) {
+  bool up = p.adminEnabled && p.partner && p.medium != 0 && p.disableReason == 0;
+  if (up == p.up) return;
+  settleCounters(s, p, atMs);
+  p.up = up;
+  p.lastChangeS = kUptimeAtLoadS + atMs / 1000;
 }
 
+// The partner comes or goes; whether the link follows is the port's to say.
+void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  p->partner = up;
+  settleLink(s, *p, atMs);
+}
+
+void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs) {
+  Port *p = findPort(s, ifNum);
+  if (!p) return;
+  p->adminEnabled = enabled;
+  settleLink(s, *p, atMs);
+}
+
+bool vlanExists(const Sim &s, uint32_t vlan) {
+  for (uint32_t v : s.model.vlans)
+    if (v == vlan) return true;
+  return false;
+}
+
+// A handful of ports have a cable plugged in, the storage array on the
+// first fibre port; port 7 was shut down by a protection feature (its
+// cable is still there).
 void seedInterfaces(Sim &s) {
-  SwitchLayout layout = layoutOf(s);
+  const SwitchLayout &layout = s.model.layout;
   s.interfaces.clear();
-  for (uint32_t p = 1; p <= layout.ports(); ++p) s.interfaces.push_back({p, OPEN_INTF_TYPE_PHY});
+  s.model.ports.clear();
+  for (uint32_t n = 1; n <= layout.ports(); ++n) {
+    s.interfaces.push_back({n, OPEN_INTF_TYPE_PHY});
+    Port &p = s.model.ports[n];
+    p.ifNum = n;
+    p.fibre = layout.isFibre(n);
+    p.medium = p.fibre ? 2 : 1;
+    p.partner = n <= 3 || n == 5 || n == 7 || n == 8 || n == layout.firstFibre();
+    p.up = p.partner && n != 7;
+    p.lastChangeS = p.up ? 86400 + n * 37 : 0;
+  }
   s.interfaces.push_back({layout.ports() + 1, OPEN_INTF_TYPE_CPU});
   for (uint32_t l = 0; l < layout.lags; ++l) s.interfaces.push_back({kFirstLag + l, OPEN_INTF_TYPE_LAG});
-  for (const RoutingVlan &v : kRoutingVlans) s.interfaces.push_back({v.ifNum, OPEN_INTF_TYPE_VLAN});
-  for (const Interface &i : s.interfaces) seedIdentity(s, i, layout.firstFibre());
+  s.model.vlans.clear();
+  for (const RoutingVlan &v : kRoutingVlans) {
+    s.interfaces.push_back({v.ifNum, OPEN_INTF_TYPE_VLAN});
+    s.model.vlans.push_back(v.vlan);
+  }
+  // Each LAG bundles two copper ports, counted down from the fourth-last.
+  for (uint32_t l = 0; l < layout.lags && 3 + 2 * l + 1 < layout.copperPorts; ++l) {
+    findPort(s, layout.copperPorts - 3 - 2 * l)->lagMember = kFirstLag + l;
+    findPort(s, layout.copperPorts - 2 - 2 * l)->lagMember = kFirstLag + l;
+  }
+  findPort(s, 1)->settings.description = "Uplink to core";
+  findPort(s, 2)->settings.description = "Office access point";
+  findPort(s, layout.firstFibre())->settings.description = "Storage array";
 }
 
 }  // namespace sim

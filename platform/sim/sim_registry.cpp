@@ -1,4 +1,6 @@
-// The whole call table and the default scenario, one entry per group.
+// The whole call table and the seeding of a switch, one entry per group.
+#include <stdio.h>
+
 #include "sim/sim.h"
 
 namespace sim {
@@ -14,31 +16,11 @@ const RuleGroup kRuleGroups[] = {
 };
 const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
 
-static uint32_t layoutField(const cJSON *layout, const char *name, uint32_t otherwise) {
-  const cJSON *v = cJSON_GetObjectItemCaseSensitive(layout, name);
-  return cJSON_IsNumber(v) ? static_cast<uint32_t>(v->valuedouble) : otherwise;
-}
-
-SwitchLayout layoutOf(const Sim &s) {
-  const cJSON *l = cJSON_GetObjectItemCaseSensitive(s.model.get(), "layout");
-  SwitchLayout out;
-  if (!l) return out;
-  out.copperPorts = layoutField(l, "copperPorts", out.copperPorts);
-  out.fibrePorts = layoutField(l, "fibrePorts", out.fibrePorts);
-  out.lags = layoutField(l, "lags", out.lags);
-  out.cage = !cJSON_IsFalse(cJSON_GetObjectItemCaseSensitive(l, "cage"));
-  return out;
-}
-
-std::string defaultScenario() { return scenarioFor(SwitchLayout{}); }
-
-std::string scenarioFor(const SwitchLayout &layout) {
-  Sim s;
-  cJSON *l = cJSON_AddObjectToObject(s.model.get(), "layout");
-  cJSON_AddNumberToObject(l, "copperPorts", layout.copperPorts);
-  cJSON_AddNumberToObject(l, "fibrePorts", layout.fibrePorts);
-  cJSON_AddNumberToObject(l, "lags", layout.lags);
-  cJSON_AddBoolToObject(l, "cage", layout.cage);
+// The groups in the order their facts build on each other: the ports and
+// their links first.
+void seedSwitch(Sim &s, const SwitchLayout &layout) {
+  s.model = Model();
+  s.model.layout = layout;
   seedSystem(s);
   seedInterfaces(s);
   seedAttributes(s);
@@ -46,7 +28,25 @@ std::string scenarioFor(const SwitchLayout &layout) {
   seedGreen(s);
   seedInterfaceApp(s);
   seedCounters(s);
+}
+
+std::string defaultScenario() { return scenarioFor(SwitchLayout{}); }
+
+// As at load: the clock at zero.
+std::string defaultSwitchDump() {
+  Sim s;
+  clockRestart(s.clock);
+  clockPause(s.clock);
+  seedSwitch(s, SwitchLayout{});
   return dumpScenario(s);
+}
+
+std::string scenarioFor(const SwitchLayout &layout) {
+  char text[200];
+  snprintf(text, sizeof text,
+           "{\"model\": {\"layout\": {\"copperPorts\": %u, \"fibrePorts\": %u, \"lags\": %u, \"cage\": %s}}}\n",
+           layout.copperPorts, layout.fibrePorts, layout.lags, layout.cage ? "true" : "false");
+  return text;
 }
 
 }  // namespace sim

@@ -8,13 +8,10 @@ namespace sim {
 
 namespace {
 
-// Every cause must be listed, in the switch's order, for the recovery
-// table to show them all.
-#define RECOVERY(interval, enabledCause)                                                                         \
-  R"("errdisable": {"interval": )" #interval R"(, "causes": {"dhcp-rate-limit": false, "arp-inspection": false, )" \
-  R"("bcast-storm": false, "mcast-storm": false, "ucast-storm": false, "bpduguard": )" enabledCause               \
-  R"(, "bpdustorm": false, "mac-locking": )" enabledCause R"(, "denial-of-service": false, "link-flap": false, )" \
-  R"("udld": false, "loop-protect": false}})"
+// Auto-recovery on for BPDU guard and MAC locking; the other causes stay
+// as the switch has them.
+#define RECOVERY(interval) \
+  R"("errdisable": {"interval": )" #interval R"(, "causes": {"bpduguard": true, "pml": true}})"
 
 const char kUplinkFlap[] = R"({"timeline": [
   {"at": 5, "event": "link-down", "port": 1},
@@ -27,11 +24,11 @@ const char kUplinkFlap[] = R"({"timeline": [
   {"at": 125, "event": "link-up", "port": 1}
 ]})";
 
-const char kDDisableRecovery[] = R"({"model": {)" RECOVERY(60, "true") R"(}, "timeline": [
+const char kDDisableRecovery[] = R"({"model": {)" RECOVERY(60) R"(}, "timeline": [
   {"at": 10, "event": "ddisable", "port": 3, "cause": "bpduguard"}
 ]})";
 
-const char kPmlViolation[] = R"({"model": {)" RECOVERY(120, "true") R"(}, "timeline": [
+const char kPmlViolation[] = R"({"model": {)" RECOVERY(120) R"(}, "timeline": [
   {"at": 10, "event": "pml-violation", "port": 2, "macs": ["00:1E:C9:AA:00:01"], "vlan": 1},
   {"at": 20, "event": "pml-violation", "port": 2, "macs": ["00:1E:C9:AA:00:02", "00:1E:C9:AA:00:03"], "vlan": 1},
   {"at": 30, "event": "pml-violation", "port": 3, "macs": ["00:1B:21:3A:4F:99"], "vlan": 10}

@@ -1,5 +1,8 @@
 // open-sim's event loop: many client processes at once on one Unix socket,
-// each request answered in full before the next is read.
+// each request answered in full before the next is read. A call held back
+// by `ctl delay` holds back only its own connection: its reply waits, and
+// that client's later requests wait behind it, while every other client is
+// answered as usual.
 #include "sim/sim_server.h"
 
 #include <errno.h>
@@ -11,6 +14,8 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 #include "sim/client_io.h"
 
@@ -111,21 +116,27 @@ std::vector<std::string> decodeWords(const Call &c) {
   return words;
 }
 
-std::string answer(Sim &s, const std::string &frame) {
+// The reply, and how long to hold it: the call is answered from the state
+// as it arrives, only sent late.
+std::string answer(Sim &s, const std::string &frame, int64_t *delayMs) {
   Call c;
-  if (!decodeCall(frame, &c)) return encodeControlReply(-22, "malformed request\n");
+  *delayMs = 0;
+  if (!decodeCall(frame, &c)) return encodeControlReply(OPEN_E_PARAM, "malformed request\n");
   if (c.name == wire::kControlCall) {
     std::string out;
     int status = handleControl(s, decodeWords(c), &out);
     return encodeControlReply(status, out);
   }
   int result = handleCall(s, c);
+  *delayMs = takeDelay(s, c.name);
   return encodeReply(result, c);
 }
 
 struct Client {
   int fd;
   std::string in;
+  std::string held;  // a delayed reply
+  int64_t dueMs = 0; // when to send it, in machine time
 };
 
 int listenOn(const char *path) {
@@ -150,23 +161,50 @@ int listenOn(const char *path) {
   return fd;
 }
 
-// Reads what is available; answers every complete frame. False when the
-// client is gone or misbehaves.
+// Answers the complete frames read so far, until one is held. False when
+// the client misbehaves or is gone.
+bool answerFrames(Sim &s, Client &c) {
+  while (c.held.empty() && c.in.size() >= 4) {
+    uint32_t len = 0;
+    memcpy(&len, c.in.data(), 4);
+    if (len > wire::kMaxFrame) return false;
+    if (c.in.size() < 4 + len) break;
+    int64_t delayMs = 0;
+    std::string reply = answer(s, c.in.substr(4, len), &delayMs);
+    c.in.erase(0, 4 + len);
+    if (delayMs > 0) {
+      c.held = std::move(reply);
+      c.dueMs = machineMonotonicMs() + delayMs;
+    } else if (!simSendAll(c.fd, reply.data(), reply.size())) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Reads what is available and answers it.
 bool serviceClient(Sim &s, Client &c) {
   char buf[65536];
   ssize_t k = recv(c.fd, buf, sizeof buf, MSG_DONTWAIT);
   if (k == 0 || (k < 0 && errno != EAGAIN && errno != EINTR)) return false;
   if (k > 0) c.in.append(buf, static_cast<size_t>(k));
-  while (c.in.size() >= 4) {
-    uint32_t len = 0;
-    memcpy(&len, c.in.data(), 4);
-    if (len > wire::kMaxFrame) return false;
-    if (c.in.size() < 4 + len) break;
-    std::string reply = answer(s, c.in.substr(4, len));
-    c.in.erase(0, 4 + len);
-    if (!simSendAll(c.fd, reply.data(), reply.size())) return false;
-  }
-  return true;
+  return answerFrames(s, c);
+}
+
+// Sends a held reply that is due, then goes on with what waited behind it.
+bool releaseHeld(Sim &s, Client &c, int64_t nowMs) {
+  if (c.held.empty() || c.dueMs > nowMs) return true;
+  std::string reply = std::move(c.held);
+  c.held.clear();
+  return simSendAll(c.fd, reply.data(), reply.size()) && answerFrames(s, c);
+}
+
+// Until the next held reply is due, at most the loop's usual half second.
+int pollTimeoutMs(const std::vector<Client> &clients, int64_t nowMs) {
+  int64_t wait = 500;
+  for (const Client &c : clients)
+    if (!c.held.empty()) wait = std::min(wait, std::max<int64_t>(0, c.dueMs - nowMs));
+  return static_cast<int>(wait);
 }
 
 }  // namespace
@@ -187,12 +225,19 @@ int serve(Sim &s, const char *path) {
   std::vector<pollfd> fds;
   while (!gStop) {
     fds.assign(1, {lfd, POLLIN, 0});
-    for (const Client &c : clients) fds.push_back({c.fd, POLLIN, 0});
-    if (poll(fds.data(), fds.size(), 500) < 0 && errno != EINTR) break;
+    // A client whose reply is held is not read: its next request waits.
+    for (const Client &c : clients) fds.push_back({c.fd, static_cast<short>(c.held.empty() ? POLLIN : 0), 0});
+    if (poll(fds.data(), fds.size(), pollTimeoutMs(clients, machineMonotonicMs())) < 0 && errno != EINTR) break;
+    int64_t now = machineMonotonicMs();
     for (size_t i = fds.size(); i-- > 1;) {
-      if (!fds[i].revents) continue;
-      if (!serviceClient(s, clients[i - 1])) {
-        close(clients[i - 1].fd);
+      Client &c = clients[i - 1];
+      // A client gone while its reply is held (one that timed out) is
+      // dropped: its hang-up would otherwise wake the loop until the reply
+      // is due.
+      bool gone = !c.held.empty() && (fds[i].revents & (POLLHUP | POLLERR));
+      bool ok = !gone && (c.held.empty() ? !fds[i].revents || serviceClient(s, c) : releaseHeld(s, c, now));
+      if (!ok) {
+        close(c.fd);
         clients.erase(clients.begin() + static_cast<long>(i - 1));
       }
     }
@@ -202,7 +247,7 @@ int serve(Sim &s, const char *path) {
         // A client that stops reading must not stall everyone else.
         timeval tv = {2, 0};
         setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &tv, sizeof tv);
-        clients.push_back({fd, {}});
+        clients.push_back({fd, {}, {}, 0});
       }
     }
   }

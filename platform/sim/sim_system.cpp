@@ -9,36 +9,14 @@
 
 #include "sim/sim.h"
 #include "sim/sim_files.h"
+#include "switch_facts.h"
 
 namespace sim {
 
 namespace {
 
-// Each cause of auto-recovery, in the order the switch lists them, with
-// the disable reason a port shut by that feature reports.
-struct RecoveryCause {
-  const char *name;
-  uint32_t reason;
-};
-const RecoveryCause kRecoveryCauses[] = {
-    {"dhcp-rate-limit", 6}, {"arp-inspection", 7},     {"bcast-storm", 8}, {"mcast-storm", 9},
-    {"ucast-storm", 10},    {"bpduguard", 4},          {"bpdustorm", 5},   {"mac-locking", 14},
-    {"denial-of-service", 15}, {"link-flap", 16},      {"udld", 2},        {"loop-protect", 13},
-};
 constexpr char kShowRecovery[] = "show errdisable recovery";
-
-cJSON *errdisable(Sim &s) {
-  cJSON *e = cJSON_GetObjectItemCaseSensitive(s.model.get(), "errdisable");
-  if (!e) {
-    e = cJSON_AddObjectToObject(s.model.get(), "errdisable");
-    cJSON_AddNumberToObject(e, "interval", 300);
-  }
-  if (!cJSON_GetObjectItemCaseSensitive(e, "causes")) {
-    cJSON *causes = cJSON_AddObjectToObject(e, "causes");
-    for (const RecoveryCause &c : kRecoveryCauses) cJSON_AddFalseToObject(causes, c.name);
-  }
-  return e;
-}
+constexpr size_t kCauseCount = std::size(facts::kDDisableCauses);
 
 std::vector<std::string> splitLines(const std::string &text) {
   std::vector<std::string> lines;
@@ -56,98 +34,75 @@ std::string trim(const std::string &s) {
   return s.substr(b, s.find_last_not_of(" \t") - b + 1);
 }
 
-// Ports shut by a cause: {"port": {"cause", "atMs", "wasUp"}}; absent
-// until the first trip, so that a scenario without one dumps as before.
-cJSON *tripped(Sim &s, bool create = false) {
-  cJSON *e = errdisable(s);
-  cJSON *t = cJSON_GetObjectItemCaseSensitive(e, "tripped");
-  return t || !create ? t : cJSON_AddObjectToObject(e, "tripped");
+bool recovers(const Sim &s, const Port &p) {
+  const std::vector<bool> &causes = s.model.errdisable.recovers;
+  return p.disableReason && p.cause >= 0 && static_cast<size_t>(p.cause) < causes.size() && causes[p.cause];
 }
 
-int64_t intervalMs(Sim &s) {
-  return static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(errdisable(s), "interval")->valuedouble) * 1000;
-}
-
-bool recovers(Sim &s, const cJSON *trip) {
-  const cJSON *cause = cJSON_GetObjectItemCaseSensitive(trip, "cause");
-  cJSON *causes = cJSON_GetObjectItemCaseSensitive(errdisable(s), "causes");
-  return cJSON_IsString(cause) && cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(causes, cause->valuestring));
-}
-
-int64_t tripAtMs(const cJSON *trip) {
-  return static_cast<int64_t>(cJSON_GetObjectItemCaseSensitive(trip, "atMs")->valuedouble);
+// One interval after the trip, the interval in force now; not before the
+// cause was set to recover, nor before the interval was set.
+int64_t recoveryAtMs(const Sim &s, const Port &p) {
+  const Errdisable &e = s.model.errdisable;
+  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause], e.intervalSetAtMs});
 }
 
 // The earliest moment a shut port comes back, or -1 when none will.
-int64_t nextRecoveryMs(Sim &s) {
+int64_t nextRecoveryMs(const Sim &s) {
   int64_t next = -1;
-  const cJSON *trip = nullptr;
-  cJSON_ArrayForEach(trip, tripped(s)) {
-    int64_t at = tripAtMs(trip) + intervalMs(s);
-    if (recovers(s, trip) && (next < 0 || at < next)) next = at;
-  }
+  for (const auto &[n, p] : s.model.ports)
+    if (recovers(s, p) && (next < 0 || recoveryAtMs(s, p) < next)) next = recoveryAtMs(s, p);
   return next;
 }
 
 // With no port waiting to recover, the countdown runs round the interval.
-long secondsLeft(Sim &s, bool anyEnabled, int interval) {
+long secondsLeft(const Sim &s, bool anyEnabled) {
   int64_t next = nextRecoveryMs(s), now = clockNowMs(s.clock);
-  if (next >= 0) return static_cast<long>(std::max<int64_t>(0, next - now) + 999) / 1000;
-  int64_t elapsed = now / 1000;
-  return anyEnabled && interval > 0 ? interval - static_cast<long>(elapsed % interval) : 0;
+  if (next >= 0) return static_cast<long>((std::max<int64_t>(0, next - now) + 999) / 1000);
+  long interval = static_cast<long>(s.model.errdisable.intervalS);
+  return anyEnabled && interval > 0 ? interval - static_cast<long>(now / 1000 % interval) : 0;
 }
 
-std::string recoveryShowText(Sim &s) {
-  cJSON *e = errdisable(s);
-  int interval = cJSON_GetObjectItemCaseSensitive(e, "interval")->valueint;
-  cJSON *causes = cJSON_GetObjectItemCaseSensitive(e, "causes");
+std::string recoveryShowText(const Sim &s) {
+  const Errdisable &e = s.model.errdisable;
   bool anyEnabled = false;
   std::string rows;
   char line[160];
-  const cJSON *c = nullptr;
-  cJSON_ArrayForEach(c, causes) {
-    anyEnabled |= cJSON_IsTrue(c);
-    snprintf(line, sizeof line, "%-28s %s\n", c->string, cJSON_IsTrue(c) ? "Enabled" : "Disabled");
+  for (size_t i = 0; i < kCauseCount; ++i) {
+    anyEnabled |= e.recovers[i];
+    snprintf(line, sizeof line, "%-28s %s\n", facts::kDDisableCauses[i].cli, e.recovers[i] ? "Enabled" : "Disabled");
     rows += line;
   }
-  long timeLeft = secondsLeft(s, anyEnabled, interval);
-
   std::string out;
-  snprintf(line, sizeof line, "Time left for Auto-recovery from D-Disable state..... %ld\n\n", timeLeft);
+  snprintf(line, sizeof line, "Time left for Auto-recovery from D-Disable state..... %ld\n\n", secondsLeft(s, anyEnabled));
   out += line;
   out += "Errdisable Cause             Auto-recovery Status\n";
   out += "---------------------------- --------------------\n";
   out += rows;
-  snprintf(line, sizeof line, "Timeout for Auto-recovery from D-Disable state....... %d\n", interval);
+  snprintf(line, sizeof line, "Timeout for Auto-recovery from D-Disable state....... %u\n", e.intervalS);
   out += line;
   return out;
 }
 
 int cliShow(Sim &s, Call &c) {
-  std::string command = c.inText(0), file = c.inText(1);
+  std::string command = c.text("command"), file = c.text("fileName");
   // `ctl set` fixes a command's text whatever file name the caller picks.
   std::string body;
-  if (const Outputs *fixed = s.stored(c.name, command); fixed && !fixed->empty()) body = (*fixed)[0].text;
+  if (const Outputs *fixed = s.overridden(c.name, command); fixed && !fixed->empty()) body = (*fixed)[0].text;
   else if (command == kShowRecovery) body = recoveryShowText(s);
-  else return -28;
-  return writeCliFile(file, body) ? 0 : -1;
+  else return OPEN_E_UNAVAIL;
+  return writeCliFile(file, body) ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
 int cliCompress(Sim &, Call &c) {
   std::string script;
-  if (!readCliFile(c.inText(0), &script)) return -1;
+  if (!readCliFile(c.text("source"), &script)) return OPEN_E_FAIL;
   std::string packed;
   for (const std::string &line : splitLines(script))
     if (!trim(line).empty()) packed += trim(line) + "\n";
-  return writeCliFile(c.inText(1), packed) ? 0 : -1;
+  return writeCliFile(c.text("destination"), packed) ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
-bool isRecoveryCause(const std::string &name) {
-  if (name == "all") return true;
-  for (const RecoveryCause &c : kRecoveryCauses)
-    if (name == c.name) return true;
-  return false;
-}
+bool isRecoveryCause(const std::string &name) { return name == "all" || causeIndex(name) >= 0; }
 
 // One accepted configuration line, checked before anything is applied so
 // that a script with a bad line changes nothing.
@@ -182,15 +137,17 @@ bool parseConfigLine(const std::string &raw, ConfigLine *out) {
 }
 
 void applyConfigLine(Sim &s, const ConfigLine &l) {
-  cJSON *e = errdisable(s);
+  Errdisable &e = s.model.errdisable;
   if (l.kind == ConfigLine::Interval) {
-    cJSON_ReplaceItemInObjectCaseSensitive(e, "interval", cJSON_CreateNumber(static_cast<double>(l.interval)));
-    return;
+    e.intervalS = static_cast<uint32_t>(l.interval);
+    e.intervalSetAtMs = clockNowMs(s.clock);
   }
   if (l.kind != ConfigLine::Cause) return;
-  cJSON *causes = cJSON_GetObjectItemCaseSensitive(e, "causes");
-  for (cJSON *c = causes->child; c; c = c->next)
-    if (l.cause == "all" || l.cause == c->string) c->type = (c->type & ~0xFF) | (l.enable ? cJSON_True : cJSON_False);
+  for (size_t i = 0; i < kCauseCount; ++i) {
+    if (l.cause != "all" && static_cast<int>(i) != causeIndex(l.cause)) continue;
+    if (l.enable && !e.recovers[i]) e.enabledAtMs[i] = clockNowMs(s.clock);
+    e.recovers[i] = l.enable;
+  }
 }
 
 void journalScript(Sim &s, const std::vector<std::string> &lines) {
@@ -206,78 +163,110 @@ void journalScript(Sim &s, const std::vector<std::string> &lines) {
 
 int cliApply(Sim &s, Call &c) {
   std::string script;
-  if (!readCliFile(c.inText(0), &script)) return -1;
+  if (!readCliFile(c.text("input"), &script)) return OPEN_E_FAIL;
   std::vector<std::string> lines = splitLines(script);
   journalScript(s, lines);
 
   std::vector<ConfigLine> parsed(lines.size());
   for (size_t i = 0; i < lines.size(); ++i) {
     if (!parseConfigLine(lines[i], &parsed[i])) {
-      writeCliFile(c.inText(1), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
-      return -1;
+      writeCliFile(c.text("output"), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
+      return OPEN_E_FAIL;
     }
   }
   for (const ConfigLine &l : parsed) applyConfigLine(s, l);
-  return writeCliFile(c.inText(1), "Configuration applied.\n") ? 0 : -1;
+  // A port whose cause now recovers, and whose time is up, comes back.
+  recoverDDisabled(s, clockNowMs(s.clock));
+  return writeCliFile(c.text("output"), "Configuration applied.\n") ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
-int succeed(Sim &, Call &) { return 0; }
+int succeed(Sim &, Call &) { return OPEN_E_NONE; }
+
+int osVersionCall(Sim &s, Call &c) {
+  c.outText("version", s.model.osVersion);
+  return OPEN_E_NONE;
+}
+
+// The record's four fields, in order.
+int apiVersionCall(Sim &s, Call &c) {
+  Arg &record = c.arg("version");
+  for (size_t f = 0; f < s.model.apiVersion.size() && (f + 1) * 4 <= record.text.size(); ++f) {
+    int32_t field = static_cast<int32_t>(s.model.apiVersion[f]);
+    record.text.replace(f * 4, 4, reinterpret_cast<const char *>(&field), 4);
+  }
+  record.written = true;
+  return OPEN_E_NONE;
+}
 
 }  // namespace
 
+int causeIndex(const std::string &name) {
+  for (size_t i = 0; i < kCauseCount; ++i) {
+    const facts::DDisableCause &c = facts::kDDisableCauses[i];
+    if ((c.api && name == c.api) || name == c.cli) return static_cast<int>(i);
+  }
+  return -1;
+}
+
 int disableReasonOf(const std::string &cause) {
-  for (const RecoveryCause &c : kRecoveryCauses)
-    if (cause == c.name) return static_cast<int>(c.reason);
-  return 0;
+  int i = causeIndex(cause);
+  return i < 0 ? 0 : static_cast<int>(facts::kDDisableCauses[i].reason);
 }
 
+// Every trip shuts the port anew and restarts its countdown.
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs) {
-  bool wasUp = linkUp(s, ifNum);
-  setLinkState(s, ifNum, false, atMs);
-  std::string key = std::to_string(ifNum);
-  s.put("openapiIfOprStateGet", key, {num(2)});
-  setDisableReason(s, ifNum, static_cast<uint32_t>(disableReasonOf(cause)));
-  cJSON *t = tripped(s, true);
-  cJSON_DeleteItemFromObjectCaseSensitive(t, key.c_str());
-  cJSON *trip = cJSON_AddObjectToObject(t, key.c_str());
-  cJSON_AddStringToObject(trip, "cause", cause.c_str());
-  cJSON_AddNumberToObject(trip, "atMs", static_cast<double>(atMs));
-  cJSON_AddBoolToObject(trip, "wasUp", wasUp);
+  Port *p = findPort(s, ifNum);
+  if (!p || causeIndex(cause) < 0) return;
+  p->disableReason = static_cast<uint32_t>(disableReasonOf(cause));
+  p->cause = causeIndex(cause);
+  p->tripAtMs = atMs;
+  settleLink(s, *p, atMs);
 }
 
-// A port comes back one interval after its trip, if its cause is set to
-// recover by then; the interval in force when asked counts.
+// A port comes back one interval after its trip (the interval in force
+// now), as soon as its cause is set to recover; one whose time was up
+// before its cause was enabled comes back when asked.
 void recoverDDisabled(Sim &s, int64_t uptoMs) {
-  cJSON *t = tripped(s);
-  for (cJSON *trip = t ? t->child : nullptr, *next = nullptr; trip; trip = next) {
-    next = trip->next;
-    int64_t at = tripAtMs(trip) + intervalMs(s);
-    if (!recovers(s, trip) || at > uptoMs) continue;
-    uint32_t ifNum = static_cast<uint32_t>(strtoul(trip->string, nullptr, 10));
-    setDisableReason(s, ifNum, 0);
-    bool up = cJSON_IsTrue(cJSON_GetObjectItemCaseSensitive(trip, "wasUp"));
-    setLinkState(s, ifNum, up, at);
-    s.put("openapiIfOprStateGet", std::to_string(ifNum), {num(up ? 1 : 0)});
-    cJSON_DeleteItemFromObjectCaseSensitive(t, trip->string);
+  // Every call asks first: without a cause set to recover, nothing can.
+  const std::vector<bool> &causes = s.model.errdisable.recovers;
+  if (std::find(causes.begin(), causes.end(), true) == causes.end()) return;
+  for (auto &[n, p] : s.model.ports) {
+    if (!recovers(s, p) || recoveryAtMs(s, p) > uptoMs) continue;
+    int64_t at = recoveryAtMs(s, p);
+    p.disableReason = 0;
+    p.cause = -1;
+    settleLink(s, p, at);
   }
 }
 
+std::vector<PendingTimer> pendingTimers(const Sim &s) {
+  std::vector<PendingTimer> out;
+  int64_t now = clockNowMs(s.clock);
+  for (const auto &[n, p] : s.model.ports) {
+    if (recovers(s, p))
+      out.push_back({std::max(now, recoveryAtMs(s, p)), "port " + std::to_string(n) + " recovers from D-Disable"});
+    if (int64_t wrap = wrapDueMs(p, now); wrap >= 0) out.push_back({wrap, "port " + std::to_string(n) + " counters wrap"});
+  }
+  if (s.model.green.sampleIntervalMin > 0) out.push_back({s.model.green.nextSampleMs, "power-saving history sample"});
+  std::stable_sort(out.begin(), out.end(), [](const PendingTimer &a, const PendingTimer &b) { return a.atMs < b.atMs; });
+  return out;
+}
+
 const CallRule kSystemRules[] = {
-    SIM_CUSTOM(openapiClientRegister, succeed),
-    SIM_CUSTOM(openapiClientTearDown, succeed),
-    SIM_CUSTOM(rpcclt_openapiConnectivityCheck, succeed),
-    SIM_GET(rpcclt_openapiNetworkOSVersionGet),
-    SIM_GET(rpcclt_openapiApiVersionGet),
-    SIM_CUSTOM(rpcclt_openapiCliShowExecuteToFile, cliShow),
-    SIM_CUSTOM(rpcclt_openapiTxtCfgCompress, cliCompress),
-    SIM_CUSTOM(rpcclt_openapiTxtCfgApply, cliApply),
+    SIM_RULE(openapiClientRegister, succeed),
+    SIM_RULE(openapiClientTearDown, succeed),
+    SIM_RULE(rpcclt_openapiConnectivityCheck, succeed),
+    SIM_RULE(rpcclt_openapiNetworkOSVersionGet, osVersionCall),
+    SIM_RULE(rpcclt_openapiApiVersionGet, apiVersionCall),
+    SIM_RULE(rpcclt_openapiCliShowExecuteToFile, cliShow),
+    SIM_RULE(rpcclt_openapiTxtCfgCompress, cliCompress),
+    SIM_RULE(rpcclt_openapiTxtCfgApply, cliApply),
 };
 const size_t kSystemRuleCount = sizeof kSystemRules / sizeof kSystemRules[0];
 
 void seedSystem(Sim &s) {
-  s.put("rpcclt_openapiNetworkOSVersionGet", "", {text("4.2.1.7")});
-  s.put("rpcclt_openapiApiVersionGet", "", {num(1), num(27), num(0), num(4)});
-  errdisable(s);
+  s.model.errdisable.recovers.assign(kCauseCount, false);
+  s.model.errdisable.enabledAtMs.assign(kCauseCount, 0);
 }
 
 }  // namespace sim

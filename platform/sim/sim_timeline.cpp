@@ -1,11 +1,16 @@
 // Timelines: events at moments of simulated time, checked whole before any
 // is taken, then applied in order as the clock reaches them.
 #include <ctype.h>
+#include <math.h>
 #include <stdio.h>
+#include <string.h>
+#include <strings.h>
 
 #include <algorithm>
 
 #include "sim/sim.h"
+#include "sim/sim_json.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -15,19 +20,30 @@ constexpr int64_t kDefaultSecondsToWrap = 10;
 // Bounds that keep every conversion to an integer defined.
 constexpr double kMostSeconds = 1e9;
 constexpr double kMostNumber = 4294967295.0;
+// Above any port's line rate (400G is 5e10 octets a second), and exact in
+// a JSON number.
+constexpr double kMostOctetsPerSec = 1e12;
+constexpr int kMostFields = 3;
 
 using Check = bool (*)(const Sim &, const cJSON *, TimelineEvent *, std::string *);
 using Apply = void (*)(Sim &, const TimelineEvent &);
 
 const cJSON *member(const cJSON *o, const char *name) { return cJSON_GetObjectItemCaseSensitive(o, name); }
 
-bool inRange(const cJSON *n, double most) { return cJSON_IsNumber(n) && n->valuedouble >= 0 && n->valuedouble <= most; }
-
 bool wellFormedMac(const std::string &t) {
   if (t.size() != 17) return false;
   for (size_t i = 0; i < t.size(); ++i)
     if (i % 3 == 2 ? t[i] != ':' && t[i] != '-' : !isxdigit(static_cast<unsigned char>(t[i]))) return false;
   return true;
+}
+
+// A whole-number field between the bounds; `optional` lets it be absent.
+bool wholeField(const cJSON *o, const char *name, double least, double most, bool optional, int64_t *v,
+                std::string *error) {
+  NumberFault f = readWhole(member(o, name), least, most, v);
+  if (f == NumberFault::None || (f == NumberFault::Missing && optional)) return true;
+  *error = numberFaultText(name, f, least, most);
+  return false;
 }
 
 bool checkPortOnly(const Sim &, const cJSON *, TimelineEvent *, std::string *) { return true; }
@@ -40,52 +56,77 @@ bool checkMedia(const Sim &, const cJSON *o, TimelineEvent *e, std::string *erro
   return false;
 }
 
+// The API's name of a cause, or the CLI's as an alias; the model keeps
+// the CLI's, which every cause has.
 bool checkCause(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
   const cJSON *c = member(o, "cause");
-  e->cause = cJSON_IsString(c) ? c->valuestring : "";
-  if (disableReasonOf(e->cause)) return true;
-  *error = "unknown cause \"" + e->cause + "\"";
+  if (!cJSON_IsString(c)) {
+    *error = "needs \"cause\", the name of a D-Disable cause";
+    return false;
+  }
+  for (const facts::DDisableCause &cause : facts::kDDisableCauses) {
+    if ((cause.api && strcmp(c->valuestring, cause.api) == 0) || strcmp(c->valuestring, cause.cli) == 0) {
+      e->cause = cause.cli;
+      return true;
+    }
+  }
+  *error = "unknown cause \"" + std::string(c->valuestring) + "\"";
   return false;
 }
 
-bool checkMacs(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
-  const cJSON *m = nullptr, *vlan = member(o, "vlan");
-  cJSON_ArrayForEach(m, member(o, "macs")) {
+bool checkMacs(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
+  const cJSON *macs = member(o, "macs"), *m = nullptr;
+  if (!cJSON_IsArray(macs) || !macs->child) {
+    *error = "needs \"macs\", a list of addresses";
+    return false;
+  }
+  cJSON_ArrayForEach(m, macs) {
     if (!cJSON_IsString(m) || !wellFormedMac(m->valuestring)) {
       *error = "bad MAC address in \"macs\"";
       return false;
     }
     e->macs.push_back(m->valuestring);
   }
-  if (e->macs.empty() || !inRange(vlan, 4093) || vlan->valuedouble < 1) {
-    *error = "needs \"macs\" (a list of addresses) and \"vlan\" (1-4093)";
-    return false;
-  }
-  e->vlan = static_cast<uint32_t>(vlan->valuedouble);
-  return true;
-}
-
-bool checkWrap(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
-  const cJSON *in = member(o, "inSeconds");
-  e->seconds = inRange(in, kMostSeconds) ? static_cast<int64_t>(in->valuedouble) : kDefaultSecondsToWrap;
-  if (!in || inRange(in, kMostSeconds)) return true;
-  *error = "\"inSeconds\" must be a number of seconds";
+  int64_t vlan = 0;
+  if (!wholeField(o, "vlan", 1, 4093, false, &vlan, error)) return false;
+  e->vlan = static_cast<uint32_t>(vlan);
+  if (vlanExists(s, e->vlan)) return true;
+  *error = "unknown VLAN " + std::to_string(vlan);
   return false;
 }
 
+bool checkWrap(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
+  e->seconds = kDefaultSecondsToWrap;
+  return wholeField(o, "inSeconds", 0, kMostSeconds, true, &e->seconds, error);
+}
+
 bool checkPower(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
-  const cJSON *mw = member(o, "milliwatts"), *saved = member(o, "savedMwh");
   if (!hasPowerEstimate(s, e->port)) {
     *error = "port " + std::to_string(e->port) + " has no power estimate";
     return false;
   }
-  if (!inRange(mw, kMostNumber) || (saved && !inRange(saved, kMostNumber))) {
-    *error = "needs \"milliwatts\" (and optionally \"savedMwh\"), numbers of 0 or more";
+  return wholeField(o, "milliwatts", 0, kMostNumber, false, &e->milliwatts, error) &&
+         wholeField(o, "savedMwh", 0, kMostNumber, true, &e->savedMwh, error);
+}
+
+bool checkAdmin(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
+  const cJSON *state = member(o, "state");
+  const char *t = cJSON_IsString(state) ? state->valuestring : "";
+  e->enable = strcmp(t, "enable") == 0;
+  if (e->enable || strcmp(t, "disable") == 0) return true;
+  *error = "\"state\" must be \"enable\" or \"disable\"";
+  return false;
+}
+
+bool checkTraffic(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
+  TrafficChange &t = e->traffic;
+  if (!member(o, "inOctetsPerSec") && !member(o, "outOctetsPerSec") && !member(o, "inErrors")) {
+    *error = "needs \"inOctetsPerSec\", \"outOctetsPerSec\" or \"inErrors\"";
     return false;
   }
-  e->milliwatts = static_cast<int64_t>(mw->valuedouble);
-  e->savedMwh = saved ? static_cast<int64_t>(saved->valuedouble) : -1;
-  return true;
+  return wholeField(o, "inOctetsPerSec", 0, kMostOctetsPerSec, true, &t.inOctetsPerSec, error) &&
+         wholeField(o, "outOctetsPerSec", 0, kMostOctetsPerSec, true, &t.outOctetsPerSec, error) &&
+         wholeField(o, "inErrors", 0, kMostNumber, true, &t.inErrors, error);
 }
 
 void linkDown(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, false, e.atMs); }
@@ -93,37 +134,36 @@ void linkUp(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, true, e.at
 
 // A pulled module takes the link with it; a new one brings it up on its
 // medium.
-void transceiverRemoved(Sim &s, const TimelineEvent &e) {
-  setLinkState(s, e.port, false, e.atMs);
-  removeTransceiver(s, e.port);
-}
-
-void transceiverInserted(Sim &s, const TimelineEvent &e) {
-  insertTransceiver(s, e.port, e.media);
-  setLinkState(s, e.port, true, e.atMs);
-}
+void transceiverRemoved(Sim &s, const TimelineEvent &e) { removeTransceiver(s, e.port, e.atMs); }
+void transceiverInserted(Sim &s, const TimelineEvent &e) { insertTransceiver(s, e.port, e.media, e.atMs); }
 
 void ddisable(Sim &s, const TimelineEvent &e) { tripDDisable(s, e.port, e.cause, e.atMs); }
 void countersReset(Sim &s, const TimelineEvent &e) { resetPortCounters(s, e.port, e.atMs); }
 void countersWrap(Sim &s, const TimelineEvent &e) { bringCountersNearWrap(s, e.port, e.seconds, e.atMs); }
-void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh); }
+void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs); }
+void admin(Sim &s, const TimelineEvent &e) { setAdminState(s, e.port, e.enable, e.atMs); }
+void traffic(Sim &s, const TimelineEvent &e) { setPortTraffic(s, e.port, e.traffic, e.atMs); }
 
+// Every kind takes "at", "event" and "port", and the fields it lists.
 struct EventKind {
   const char *name;
+  const char *fields[kMostFields];
   Check check;
   Apply apply;
 };
 
 const EventKind kEventKinds[] = {
-    {"link-down", checkPortOnly, linkDown},
-    {"link-up", checkPortOnly, linkUp},
-    {"transceiver-removed", checkPortOnly, transceiverRemoved},
-    {"transceiver-inserted", checkMedia, transceiverInserted},
-    {"ddisable", checkCause, ddisable},
-    {"pml-violation", checkMacs, recordPmlViolation},
-    {"counters-reset", checkPortOnly, countersReset},
-    {"counters-wrap", checkWrap, countersWrap},
-    {"power", checkPower, power},
+    {"link-down", {}, checkPortOnly, linkDown},
+    {"link-up", {}, checkPortOnly, linkUp},
+    {"transceiver-removed", {}, checkPortOnly, transceiverRemoved},
+    {"transceiver-inserted", {"media"}, checkMedia, transceiverInserted},
+    {"ddisable", {"cause"}, checkCause, ddisable},
+    {"pml-violation", {"macs", "vlan"}, checkMacs, recordPmlViolation},
+    {"counters-reset", {}, checkPortOnly, countersReset},
+    {"counters-wrap", {"inSeconds"}, checkWrap, countersWrap},
+    {"power", {"milliwatts", "savedMwh"}, checkPower, power},
+    {"admin", {"state"}, checkAdmin, admin},
+    {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic, traffic},
 };
 
 const EventKind *kindNamed(const std::string &name) {
@@ -132,10 +172,59 @@ const EventKind *kindNamed(const std::string &name) {
   return nullptr;
 }
 
+bool takes(const EventKind &k, const char *field) {
+  if (!strcmp(field, "at") || !strcmp(field, "event") || !strcmp(field, "port")) return true;
+  for (const char *f : k.fields)
+    if (f && !strcmp(field, f)) return true;
+  return false;
+}
+
+// A field the kind does not take; a field it takes under another case is
+// named, as that is the likely slip.
+bool checkFields(const EventKind &k, const cJSON *o, std::string *error) {
+  for (const cJSON *m = o->child; m; m = m->next) {
+    if (takes(k, m->string)) continue;
+    *error = "unknown field \"" + std::string(m->string) + "\" for " + k.name;
+    for (const char *f : k.fields)
+      if (f && !strcasecmp(f, m->string)) *error += std::string(" (it takes \"") + f + "\")";
+    return false;
+  }
+  return true;
+}
+
+bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
+  const cJSON *port = member(o, "port");
+  int64_t n = 0;
+  NumberFault f = readWhole(port, 1, kMostNumber, &n);
+  if (f == NumberFault::Missing || f == NumberFault::NotNumber || f == NumberFault::Fraction) {
+    *error = f == NumberFault::Missing ? "no \"port\"" : numberFaultText("port", f, 1, kMostNumber);
+    return false;
+  }
+  const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
+  if (!i || i->type != OPEN_INTF_TYPE_PHY) {
+    char text[64];
+    snprintf(text, sizeof text, "unknown port %g", port->valuedouble);
+    *error = text;
+    return false;
+  }
+  e->port = i->ifNum;
+  return true;
+}
+
 // Checks one event; the error is the reason only, the caller says where.
 bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, std::string *error) {
-  const cJSON *at = member(o, "at"), *kind = member(o, "event"), *port = member(o, "port");
-  if (!inRange(at, kMostSeconds)) {
+  if (!cJSON_IsObject(o)) {
+    *error = "an event must be a JSON object";
+    return false;
+  }
+  if (const char *twice = duplicateKey(o)) {
+    std::string why = "\"";  // in a fresh string: see findDuplicateKey
+    why += twice;
+    *error = std::move(why += "\" given twice");
+    return false;
+  }
+  const cJSON *at = member(o, "at"), *kind = member(o, "event");
+  if (!cJSON_IsNumber(at) || !(at->valuedouble >= 0 && at->valuedouble <= kMostSeconds)) {
     *error = "\"at\" must be seconds from the start (up to 1e9)";
     return false;
   }
@@ -150,29 +239,18 @@ bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, s
     *error = cJSON_IsString(kind) ? "unknown event \"" + std::string(kind->valuestring) + "\"" : "no \"event\"";
     return false;
   }
-  const Interface *i = inRange(port, kMostNumber) ? findInterface(s, static_cast<uint32_t>(port->valuedouble)) : nullptr;
-  if (!i || i->type != OPEN_INTF_TYPE_PHY) {
-    char text[64];
-    snprintf(text, sizeof text, "unknown port %g", cJSON_IsNumber(port) ? port->valuedouble : 0.0);
-    *error = cJSON_IsNumber(port) ? text : "no \"port\"";
-    return false;
-  }
   e->kind = k->name;
-  e->port = i->ifNum;
-  return k->check(s, o, e, error);
+  return checkFields(*k, o, error) && checkPort(s, o, e, error) && k->check(s, o, e, error);
+}
+
+std::string printed(const cJSON *j) {
+  char *p = cJSON_PrintUnformatted(j);
+  std::string text = p ? p : "";
+  cJSON_free(p);
+  return text;
 }
 
 }  // namespace
-
-std::string jsonError(const std::string &text) {
-  const char *at = cJSON_GetErrorPtr();
-  if (!at || at < text.c_str() || at > text.c_str() + text.size()) return "broken JSON";
-  size_t offset = static_cast<size_t>(at - text.c_str());
-  size_t line = 1 + std::count(text.begin(), text.begin() + static_cast<long>(offset), '\n');
-  size_t lineStart = text.rfind('\n', offset ? offset - 1 : 0);
-  size_t column = offset - (lineStart == std::string::npos || offset == 0 ? 0 : lineStart + 1) + 1;
-  return "broken JSON at line " + std::to_string(line) + ", column " + std::to_string(column);
-}
 
 bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vector<TimelineEvent> *out,
                    std::string *error) {
@@ -186,33 +264,54 @@ bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vect
   int n = 0;
   const cJSON *o = nullptr;
   cJSON_ArrayForEach(o, events) {
-    ++n;
     TimelineEvent e;
     std::string why;
+    const cJSON *at = member(o, "at");
     if (!parseEvent(s, o, lastAt, &e, &why)) {
-      const cJSON *at = member(o, "at");
       char where[64];
-      if (cJSON_IsNumber(at)) snprintf(where, sizeof where, "timeline event %d (at %g): ", n, at->valuedouble);
-      else snprintf(where, sizeof where, "timeline event %d: ", n);
+      if (cJSON_IsNumber(at)) snprintf(where, sizeof where, "timeline event %d (at %g): ", n + 1, at->valuedouble);
+      else snprintf(where, sizeof where, "timeline event %d: ", n + 1);
+      out->clear();
       *error = where + why;
       return false;
     }
-    lastAt = member(o, "at")->valuedouble;
-    e.atMs = startMs + static_cast<int64_t>(lastAt * 1000 + 0.5);
+    lastAt = at->valuedouble;
+    e.atMs = startMs + llround(lastAt * 1000);
+    e.number = ++n;
+    e.source = printed(o);
     out->push_back(std::move(e));
   }
   return true;
 }
 
-// Recoveries that fall between two events happen between them.
+std::vector<Pending> pendingAfterNow(const Sim &s) {
+  int64_t now = clockNowMs(s.clock);
+  std::vector<Pending> out;
+  for (const PendingTimer &t : pendingTimers(s))
+    if (t.atMs > now) out.push_back({t.atMs, t.what, nullptr});
+  for (size_t i = s.nextEvent; i < s.timeline.size(); ++i) {
+    const TimelineEvent &e = s.timeline[i];
+    out.push_back({e.atMs, e.kind + " on port " + std::to_string(e.port) + " (timeline event " +
+                               std::to_string(e.number) + ")", &e});
+  }
+  // Stable: at one moment the timers come first, then the timeline's
+  // events in their order, as catchUp applies them.
+  std::stable_sort(out.begin(), out.end(), [](const Pending &a, const Pending &b) { return a.atMs < b.atMs; });
+  return out;
+}
+
+// What the switch does by itself (recoveries, samples) up to each event
+// happens before it, so that every change lands at its own moment.
 void catchUp(Sim &s) {
   int64_t now = clockNowMs(s.clock);
   for (; s.nextEvent < s.timeline.size() && s.timeline[s.nextEvent].atMs <= now; ++s.nextEvent) {
     const TimelineEvent &e = s.timeline[s.nextEvent];
     recoverDDisabled(s, e.atMs);
+    takeLpiSamples(s, e.atMs);
     kindNamed(e.kind)->apply(s, e);
   }
   recoverDDisabled(s, now);
+  takeLpiSamples(s, now);
 }
 
 }  // namespace sim

@@ -89,12 +89,13 @@ def private_view(script):
 
 class Sim:
     """A private open-sim daemon on its own socket (or `path`, as a restart) with the default or a named
-    `scenario`; `wrap` prefixes its command."""
+    `scenario` and further `args` to serve; `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None, path=None, program=OPEN_SIM, scenario=None):
+    def __init__(self, wrap=None, path=None, program=OPEN_SIM, scenario=None, args=()):
         self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
         self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket,
-                                                                *(["--scenario", scenario] if scenario else [])),
+                                                                *(["--scenario", scenario] if scenario else []),
+                                                                *args),
                                      stderr=subprocess.PIPE)
         deadline = time.time() + 10
         while not os.path.exists(self.socket):

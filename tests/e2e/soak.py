@@ -204,10 +204,10 @@ def soak(fastcgi):
         last = shape.fullmatch(read_session(admin))
         if not last or not began <= int(last.group(1)) <= uptime() + 1:  # the kernel rounds up what /proc cuts
             faults.append("session file after the run: %r" % read_session(admin))
-        state = sim.dump()["state"]
+        ports = sim.dump()["model"]["ports"]
         for (port, attr), value in load.last.items():
-            kept = state["rpcclt_openapiIfDescrGet" if attr == "descr" else "openapiIfAdminStateGet"][str(port)][0]
-            if kept != (value if attr == "descr" else int(value == "enable")):
+            kept = ports[str(port)]["settings"]["description"] if attr == "descr" else ports[str(port)]["adminEnabled"]
+            if kept != (value if attr == "descr" else value == "enable"):
                 faults.append("%s of port %d: set %r, kept %r" % (attr, port, value, kept))
         title = "FastCGI responders: %d requests" % len(load.outcomes) if fastcgi else "CGI: %g s" % SECONDS
         report = table("%s, %d connections, one administrator session%s" % (

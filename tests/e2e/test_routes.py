@@ -276,14 +276,14 @@ GREEN = [
     # The next entry walks from the first to the one named; none named means the second.
     T("GET hist/intf-next-entry?intIfNum=2&sampleNo=3", "{0}FirstEntryGet(2) {0}NextEntryGet() {0}NextEntryGet() "
       "{0}NextEntryGet()".format(HISTORY),
-      {"sampleNo": 4, "sampleTime": 1709252100, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
+      {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
     T("GET hist/intf-next-entry?intIfNum=2", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
-      {"sampleNo": 2, "sampleTime": 1709251500, "percentLpiTime": 83, "percentLpiTimeTotal": 87}),
+      {"sampleNo": 2, "sampleTime": 1710740700, "percentLpiTime": 83, "percentLpiTimeTotal": 87}),
     T("GET hist/intf-next-entry?intIfNum=2&sampleNo=5", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
       10000, setup="fail %sNextEntryGet -1" % HISTORY),
     T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 10023),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
-      {"sampleNo": 4, "sampleTime": 1709252100, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
+      {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
     T("DELETE hist/intf-statistics?intIfNum=3", "GreenEthrPwrSavHistoryIntfStatisticsClear(3)", 0),
 ]
 

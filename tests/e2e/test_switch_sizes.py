@@ -1,5 +1,6 @@
 """The 52-port switch through every route that walks all ports: each walk
-reaches every port, the 10G uplinks read as such, and the LAGs are there."""
+reaches every port, the 10G uplinks read as such, the one that is up
+carries traffic, and the LAGs are there."""
 
 import json
 
@@ -22,6 +23,7 @@ WALKS = [
     ("a history walk on the last copper port", "green-pwr-sav-history/intf-next-entry", "intIfNum=48&sampleNo=30",
      lambda d: d["sampleNo"] == 31),
     ("the fourth LAG", "if/next", "ifType=2&ifNum=652", lambda d: d["nextIfNum"] == 653),
+    ("the uplink that is up carries traffic", "if/in-octets", "interface=49", lambda d: d["value"] > 0),
 ]
 
 

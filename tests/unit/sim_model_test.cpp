@@ -1,0 +1,715 @@
+// The simulated switch as one switch: the call table against the declared
+// calls, and one table of invariants that every answer of every port must
+// keep, checked after each event kind and setting on every switch size,
+// then along a seeded random walk of events, settings and clock moves.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+
+#include "sim/sim.h"
+#include "sim/sim_files.h"
+#include "switch_facts.h"
+#include "test_support.h"
+
+namespace {
+
+// --- the call table ------------------------------------------------------------
+
+const char *const kDeclared[] = {
+#define OPEN_CALL(name, params, args) #name,
+#include "open_calls.inc"
+#undef OPEN_CALL
+    "openapiClientRegister",
+    "openapiClientTearDown",
+};
+
+TEST(SimCallTable, OneRuleForEachDeclaredCallAndNoOther) {
+  std::map<std::string, int> rules;
+  for (size_t g = 0; g < sim::kRuleGroupCount; ++g)
+    for (size_t i = 0; i < sim::kRuleGroups[g].count; ++i) {
+      const sim::CallRule &r = sim::kRuleGroups[g].rules[i];
+      ++rules[r.call->name];
+      if (r.getter) {
+        EXPECT_NE(sim::findRule(r.getter->name), nullptr) << r.call->name << " sets an unknown getter";
+      }
+    }
+  std::set<std::string> declared(std::begin(kDeclared), std::end(kDeclared));
+  EXPECT_EQ(declared.size(), std::size(kDeclared)) << "a call declared twice";
+  for (const std::string &name : declared) EXPECT_EQ(rules[name], 1) << name;
+  for (const auto &[name, count] : rules) EXPECT_TRUE(declared.count(name)) << name << " is not declared";
+}
+
+// --- calls made as the client makes them ---------------------------------------
+
+// A call's arguments from its declaration: inputs in order from `in`,
+// outputs empty, records of the size the client sends.
+struct Reply {
+  int result = 0;
+  std::map<std::string, uint64_t> num;
+  std::map<std::string, std::string> text;
+};
+
+// The declared parameters after the client handle, as written.
+std::vector<std::string> declarations(const sim::CallId &id) {
+  std::vector<std::string> out;
+  std::string all = id.params, one;
+  for (char ch : all.substr(1, all.size() - 2) + ",") {
+    if (ch != ',') {
+      one += ch;
+      continue;
+    }
+    if (one.find("openapiClientHandle_t") == std::string::npos) out.push_back(one);
+    one.clear();
+  }
+  return out;
+}
+
+Reply ask(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in = {}) {
+  const std::vector<std::string> &names = sim::parameterNames(id);
+  sim::Call c{id.name, {}};
+  size_t next = 0;
+  for (const std::string &type : declarations(id)) {
+    sim::Arg a;
+    bool pointer = type.find('*') != std::string::npos;
+    if (type.find("open_buffdesc") != std::string::npos) {
+      a.kind = type.find("const") != std::string::npos ? wire::kInText : wire::kOutText;
+      a.size = 256;
+    } else if (type.find("open_pwr_sav_sample_t") != std::string::npos) {
+      // The cursor of the sample before, as the walk hands it back.
+      a.kind = wire::kInOutBlob;
+      open_pwr_sav_sample_t sample = {};
+      if (next < in.size()) sample.next = in[next++];
+      a.text.assign(reinterpret_cast<const char *>(&sample), sizeof sample);
+    } else {
+      a.kind = pointer ? wire::kOutNum : wire::kInNum;
+      if (!pointer) a.num = next < in.size() ? in[next++] : 0;
+    }
+    c.args.push_back(a);
+  }
+  Reply r;
+  r.result = sim::handleCall(s, c);
+  for (size_t i = 0; i < names.size(); ++i) {
+    if (c.args[i].isInput()) continue;
+    r.num[names[i]] = c.args[i].num;
+    r.text[names[i]] = c.args[i].text;
+  }
+  return r;
+}
+
+#define CALL(name) ::sim::calls::name
+
+int64_t read1(sim::Sim &s, const sim::CallId &id, uint64_t port) {
+  Reply r = ask(s, id, {port});
+  return r.result == OPEN_E_NONE ? static_cast<int64_t>(r.num[sim::parameterNames(id).back()]) : -1;
+}
+
+// --- what one moment shows -------------------------------------------------------
+
+struct PortView {
+  uint32_t ifNum = 0;
+  bool fibre = false, green = false;
+  int64_t link = 0, active = 0, opr = 0, admin = 0, reason = 0, duplex = 0, speed = 0, autoNeg = 0;
+  int64_t pauseRx = 0, media = 0;
+  std::array<int64_t, 9> counters{};
+  int64_t power = -1, saving = -1;
+  int64_t dllEnabled = -1, dllReady = -1, remoteSummary = -1, summaryReady = -1, edActive = -1, edReason = -1;
+  int64_t edAdmin = 0, historyCount = 0;
+  bool historyInOrder = true;
+  int64_t staticCount = 0;
+};
+
+struct View {
+  std::vector<PortView> ports;
+  int64_t nowMs = 0;
+  int64_t globalPower = 0, globalSaving = 0, globalEd = 0, globalStatic = 0, maxSamples = 0;
+  std::vector<int64_t> lagStatus, lagLink;
+  std::map<uint32_t, int64_t> staticByVlan;
+  std::map<uint32_t, uint64_t> inRate;  // configured traffic, to know which ports must count
+};
+
+constexpr sim::CallId kCounterCalls[] = {
+    CALL(rpcclt_openapiIfInOctetsGet),   CALL(rpcclt_openapiIfInUcastPktsGet),    CALL(rpcclt_openapiIfInDiscardsGet),
+    CALL(rpcclt_openapiIfInErrorsGet),   CALL(rpcclt_openapiIfInUnknownProtosGet), CALL(rpcclt_openapiIfOutOctetsGet),
+    CALL(rpcclt_openapiIfOutUcastPktsGet), CALL(rpcclt_openapiIfOutDiscardsGet),   CALL(rpcclt_openapiIfOutErrorsGet),
+};
+
+// The history walked from its first sample, as far as a page would.
+void readHistory(sim::Sim &s, PortView &v) {
+  Reply r = ask(s, CALL(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet), {v.ifNum});
+  open_pwr_sav_sample_t last = {};
+  for (int n = 0; r.result == OPEN_E_NONE && n < 40; ++n) {
+    open_pwr_sav_sample_t sample = {};
+    memcpy(&sample, r.text["sample"].data(), sizeof sample);
+    if (n && (sample.sampleNo != static_cast<uint16_t>(last.sampleNo + 1) || sample.sampleTime <= last.sampleTime))
+      v.historyInOrder = false;
+    ++v.historyCount;
+    last = sample;
+    if (!sample.next) break;
+    r = ask(s, CALL(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet), {sample.next});
+  }
+}
+
+View look(sim::Sim &s) {
+  View w;
+  w.nowMs = sim::clockNowMs(s.clock);
+  for (const sim::Interface &i : s.interfaces) {
+    if (i.type == OPEN_INTF_TYPE_LAG) {
+      w.lagStatus.push_back(read1(s, CALL(rpcclt_openapiIfStatusGet), i.ifNum));
+      w.lagLink.push_back(read1(s, CALL(openapiIfLinkStateGet), i.ifNum));
+    }
+    if (i.type != OPEN_INTF_TYPE_PHY) continue;
+    PortView v;
+    v.ifNum = i.ifNum;
+    v.fibre = read1(s, CALL(rpcclt_openapiIfCapabilitiesGet), i.ifNum) == 0x0190;
+    v.green = read1(s, CALL(rpcclt_openapiGreenEthrIsValidIntfType), i.ifNum) == 1;
+    v.link = read1(s, CALL(openapiIfLinkStateGet), i.ifNum);
+    v.active = read1(s, CALL(rpcclt_openapiIfActiveStateGet), i.ifNum);
+    v.opr = read1(s, CALL(openapiIfOprStateGet), i.ifNum);
+    v.admin = read1(s, CALL(openapiIfAdminStateGet), i.ifNum);
+    v.reason = read1(s, CALL(rpcclt_openapiIfDisableReasonGet), i.ifNum);
+    v.duplex = read1(s, CALL(openapiIfDuplexGet), i.ifNum);
+    v.speed = read1(s, CALL(rpcclt_openapiIfSpeedModeGet), i.ifNum);
+    v.autoNeg = read1(s, CALL(openapiIfAutoNegGet), i.ifNum);
+    v.media = read1(s, CALL(rpcclt_openapiIfActiveMediaTypeGet), i.ifNum);
+    v.pauseRx = read1(s, CALL(rpcclt_openapiIfPauseStatusGet), i.ifNum);
+    for (size_t c = 0; c < std::size(kCounterCalls); ++c) v.counters[c] = read1(s, kCounterCalls[c], i.ifNum);
+    v.staticCount = read1(s, CALL(rpcclt_openapiPmlIntfStaticCountGet), i.ifNum);
+    w.globalStatic += 0;
+    if (v.green) {
+      v.power = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCurPwrGet), i.ifNum);
+      v.saving = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), i.ifNum);
+      v.dllEnabled = read1(s, CALL(rpcclt_openapiGreenEthrEeeTxDllEnableGet), i.ifNum);
+      v.dllReady = read1(s, CALL(rpcclt_openapiGreenEthrEeeRxDllReadyGet), i.ifNum);
+      v.remoteSummary = ask(s, CALL(rpcclt_openapiGreenEthrEeeRemoteSummaryGet), {i.ifNum}).result;
+      v.summaryReady = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenEthrEeeLocalSummaryGet), {i.ifNum}).num["txDllReady"]);
+      Reply ed = ask(s, CALL(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet), {i.ifNum});
+      v.edActive = static_cast<int64_t>(ed.num["status"]);
+      v.edReason = static_cast<int64_t>(ed.num["reason"]);
+      v.edAdmin = read1(s, CALL(rpcclt_openapiGreenEthrEnergyDetectAdminModeGet), i.ifNum);
+      readHistory(s, v);
+    }
+    w.inRate[i.ifNum] = sim::findPort(s, i.ifNum)->rates.inOctetsPerSec;
+    w.ports.push_back(v);
+  }
+  w.globalPower = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenPwrEstGlobalCurPwrGet)).num["pwrConsumption"]);
+  w.globalSaving = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenPwrEstGlobalCumSavingGet)).num["pwrSaving"]);
+  w.globalEd = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet)).num["mode"]);
+  w.globalStatic = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiPmlStaticAddrGlobalCountGet)).num["count"]);
+  w.maxSamples = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet)).num["maxSamples"]);
+  for (uint32_t vlan : s.model.vlans)
+    w.staticByVlan[vlan] = read1(s, CALL(rpcclt_openapiPmlStaticAddrCountByVlanGet), vlan);
+  return w;
+}
+
+// --- the invariants ----------------------------------------------------------------
+
+// What must hold of every port at every moment, and between two moments
+// with no event between them but the clock; each returns what it found
+// wanting, or "".
+struct Invariant {
+  const char *name;
+  std::function<std::string(const PortView &p, const View &now)> port;
+  std::function<std::string(const View &now)> whole;
+  // Between two looks when only the clock moved.
+  std::function<std::string(const PortView &before, const PortView &after, const View &now)> moved;
+};
+
+std::string unless(bool ok, const std::string &why) { return ok ? "" : why; }
+
+constexpr int64_t kUp = 0;
+constexpr int64_t kFibreDrawUp = 1150, kFibreDrawDown = 300;
+
+const Invariant kInvariants[] = {
+    {"a port reads up or down alike in link, active and operational state", [](const PortView &p, const View &) {
+       bool up = p.link == kUp;
+       return unless(p.active == up && (p.opr == 1) == up, "link " + std::to_string(p.link) + ", active " +
+                                                                   std::to_string(p.active) + ", opr " + std::to_string(p.opr));
+     }, nullptr, nullptr},
+    {"an admin-disabled port is down", [](const PortView &p, const View &) {
+       return unless(p.admin == 1 || p.link != kUp, "admin disabled but up");
+     }, nullptr, nullptr},
+    {"a D-Disabled port is down with its reason, and only it reads diag-disabled",
+     [](const PortView &p, const View &) {
+       return unless((p.reason != 0) == (p.opr == 2) && (p.reason == 0 || p.link != kUp),
+                     "reason " + std::to_string(p.reason) + ", opr " + std::to_string(p.opr));
+     }, nullptr, nullptr},
+    {"a port without a transceiver is down", [](const PortView &p, const View &) {
+       return unless(p.media != -1 || p.link != kUp, "no medium but up");
+     }, nullptr, nullptr},
+    {"nothing negotiated shows while down: duplex, pause, speed, EEE with the partner",
+     [](const PortView &p, const View &) {
+       if (p.link == kUp) return unless(p.duplex != 2, "up without a duplex");
+       bool eeeQuiet = !p.green || (p.dllEnabled == 0 && p.dllReady == 0 && p.summaryReady == 0 &&
+                                    p.remoteSummary == OPEN_E_NOT_FOUND);
+       return unless(p.duplex == 2 && p.pauseRx == 0 && (p.autoNeg != 0 || p.speed == 1) && eeeQuiet,
+                     "down but duplex " + std::to_string(p.duplex) + ", pause " + std::to_string(p.pauseRx) +
+                         ", speed " + std::to_string(p.speed) + ", DLL " + std::to_string(p.dllEnabled));
+     }, nullptr, nullptr},
+    {"EEE readiness needs EEE enabled, and the partner's summary comes with it", [](const PortView &p, const View &) {
+       if (!p.green) return std::string();
+       return unless((p.dllReady == 0 || p.dllEnabled == 1) && (p.remoteSummary == OPEN_E_NONE) == (p.dllReady == 1) &&
+                         p.summaryReady == p.dllReady,
+                     "DLL enabled " + std::to_string(p.dllEnabled) + ", ready " + std::to_string(p.dllReady));
+     }, nullptr, nullptr},
+    {"energy detect is active exactly on its down ports", [](const PortView &p, const View &w) {
+       if (!p.green) return std::string();
+       bool on = p.edAdmin == 1 && w.globalEd == 1;
+       return unless(p.edActive == (on && p.link != kUp) && (!on || p.edReason == (p.link == kUp ? 2 : 7)),
+                     "active " + std::to_string(p.edActive) + ", reason " + std::to_string(p.edReason));
+     }, nullptr, nullptr},
+    {"a power-saving history walks in order, within its maximum", [](const PortView &p, const View &w) {
+       return unless(p.historyInOrder && p.historyCount <= w.maxSamples, "history out of order or too long");
+     }, nullptr, nullptr},
+    {"the switch's draw is its ports' draw", nullptr,
+     [](const View &w) {
+       int64_t sum = 0;
+       for (const PortView &p : w.ports)
+         sum += p.green ? p.power : p.link == kUp ? kFibreDrawUp : kFibreDrawDown;
+       return unless(sum == w.globalPower, std::to_string(w.globalPower) + " != " + std::to_string(sum));
+     }, nullptr},
+    {"the switch's saving is its ports' saving", nullptr,
+     [](const View &w) {
+       int64_t sum = 0;
+       for (const PortView &p : w.ports) sum += p.green ? p.saving : 0;
+       return unless(sum == w.globalSaving, std::to_string(w.globalSaving) + " != " + std::to_string(sum));
+     }, nullptr},
+    {"locked addresses count alike by port, by VLAN and switch-wide", nullptr,
+     [](const View &w) {
+       int64_t byPort = 0, byVlan = 0;
+       for (const PortView &p : w.ports) byPort += p.staticCount;
+       for (const auto &[vlan, n] : w.staticByVlan) byVlan += n;
+       return unless(byPort == w.globalStatic && byVlan == w.globalStatic,
+                     std::to_string(byPort) + " by port, " + std::to_string(byVlan) + " by VLAN, " +
+                         std::to_string(w.globalStatic) + " in all");
+     }, nullptr},
+    {"every LAG has members, and is up when one of them is", nullptr,
+     [](const View &w) {
+       for (size_t l = 0; l < w.lagStatus.size(); ++l)
+         if (w.lagStatus[l] != 1) return "LAG " + std::to_string(l + 1) + " has no members";
+       return std::string();
+     }, nullptr},
+    {"a down port's counters hold while the clock moves", nullptr, nullptr,
+     [](const PortView &a, const PortView &b, const View &) {
+       return unless(a.link == kUp || b.link == kUp || a.counters == b.counters, "counted while down");
+     }},
+    {"an up port carrying traffic counts while the clock moves", nullptr, nullptr,
+     [](const PortView &a, const PortView &b, const View &w) {
+       return unless(a.link != kUp || b.link != kUp || w.inRate.at(a.ifNum) < 1000 || a.counters[0] != b.counters[0],
+                     "in-octets stood still while up");
+     }},
+    {"saving never falls while the clock moves", nullptr, nullptr,
+     [](const PortView &a, const PortView &b, const View &) {
+       return unless(!a.green || b.saving >= a.saving, "saving fell");
+     }},
+};
+
+std::string failures(const View &w, const View *before) {
+  std::string out;
+  for (const Invariant &inv : kInvariants) {
+    std::string why;
+    for (size_t i = 0; i < w.ports.size() && why.empty(); ++i) {
+      if (inv.port) why = inv.port(w.ports[i], w);
+      if (inv.moved && before) why = inv.moved(before->ports[i], w.ports[i], w);
+      if (!why.empty()) why = "port " + std::to_string(w.ports[i].ifNum) + ": " + why;
+    }
+    if (why.empty() && inv.whole) why = inv.whole(w);
+    if (!why.empty()) out += std::string(inv.name) + ": " + why + "\n";
+  }
+  return out;
+}
+
+// --- what changes the switch ----------------------------------------------------------
+
+struct Ctl {
+  int status;
+  std::string out;
+};
+
+Ctl ctl(sim::Sim &s, const std::vector<std::string> &words) {
+  Ctl r;
+  r.status = sim::handleControl(s, words, &r.out);
+  return r;
+}
+
+// One event now, through the timeline as a file plays it.
+std::string event(sim::Sim &s, const std::string &fields) {
+  Ctl r = ctl(s, {"play", R"({"timeline": [{"at": 0, )" + fields + "}]}"});
+  if (r.status == 0) ctl(s, {"clock", "advance", "0"});
+  return r.status == 0 ? "" : r.out;
+}
+
+using Rng = std::mt19937;
+
+uint32_t anyPort(sim::Sim &s, Rng &rng) {
+  return std::uniform_int_distribution<uint32_t>(1, s.model.layout.ports())(rng);
+}
+uint32_t anyCopper(sim::Sim &s, Rng &rng) {
+  return std::uniform_int_distribution<uint32_t>(1, s.model.layout.copperPorts)(rng);
+}
+uint32_t coin(Rng &rng) { return std::uniform_int_distribution<uint32_t>(0, 1)(rng); }
+
+std::string portField(uint32_t port) { return R"("port": )" + std::to_string(port); }
+
+// Each kind of change, by name, applied to a port of the walk's choosing.
+struct Change {
+  const char *name;
+  std::function<std::string(sim::Sim &, Rng &)> apply;
+};
+
+std::string setter(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in) {
+  int rc = ask(s, id, in).result;
+  return rc == OPEN_E_NONE || rc == OPEN_E_PARAM ? "" : std::string(id.name) + " answered " + std::to_string(rc);
+}
+
+const std::vector<Change> &changes() {
+  static const std::vector<Change> all = {
+      {"link-down", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-down", )" + portField(anyPort(s, r))); }},
+      {"link-up", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-up", )" + portField(anyPort(s, r))); }},
+      {"transceiver-removed",
+       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "transceiver-removed", )" + portField(anyPort(s, r))); }},
+      {"transceiver-inserted",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "transceiver-inserted", "media": ")" + std::string(coin(r) ? "copper" : "fiber") +
+                             "\", " + portField(anyPort(s, r)));
+       }},
+      {"ddisable",
+       [](sim::Sim &s, Rng &r) {
+         const facts::DDisableCause &c = facts::kDDisableCauses[std::uniform_int_distribution<size_t>(0, 9)(r)];
+         return event(s, R"("event": "ddisable", "cause": ")" + std::string(coin(r) ? c.api : c.cli) + "\", " +
+                             portField(anyPort(s, r)));
+       }},
+      {"pml-violation",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "pml-violation", "macs": ["00:11:22:33:44:55"], "vlan": )" +
+                             std::string(coin(r) ? "1" : "10") + ", " + portField(anyPort(s, r)));
+       }},
+      {"counters-reset",
+       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "counters-reset", )" + portField(anyPort(s, r))); }},
+      {"counters-wrap",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "counters-wrap", "inSeconds": )" + std::to_string(r() % 20) + ", " +
+                             portField(anyPort(s, r)));
+       }},
+      {"power",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "power", "milliwatts": )" + std::to_string(r() % 2000) + ", " +
+                             portField(anyCopper(s, r)));
+       }},
+      {"admin",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "admin", "state": ")" + std::string(coin(r) ? "enable" : "disable") + "\", " +
+                             portField(anyPort(s, r)));
+       }},
+      {"traffic",
+       [](sim::Sim &s, Rng &r) {
+         return event(s, R"("event": "traffic", "inOctetsPerSec": )" + std::to_string(r() % 200000) +
+                             R"(, "inErrors": )" + std::to_string(r() % 100) + ", " + portField(anyPort(s, r)));
+       }},
+      {"admin state setting",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiIfAdminStateSet), {anyPort(s, r), coin(r)}); }},
+      {"speed setting",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiIfSpeedSet), {anyPort(s, r), r() % 13}); }},
+      {"negotiation setting",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiIfAutoNegSet), {anyPort(s, r), coin(r)}); }},
+      {"energy detect setting",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiGreenEthrEnergyDetectModeSet), {anyCopper(s, r), coin(r)});
+       }},
+      {"switch-wide energy detect",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet), {coin(r)}); }},
+      {"EEE setting",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiGreenEthrEeeAdminModeSet), {anyCopper(s, r), coin(r)});
+       }},
+      {"switch-wide EEE",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet), {coin(r)}); }},
+      {"PML lock setting",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiPmlIntfModeSet), {anyPort(s, r), coin(r)}); }},
+      {"PML D-Disable setting",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiPmlIntfViolationDDisableModeSet), {anyPort(s, r), coin(r)});
+       }},
+      {"switch-wide PML",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiPmlGlobalAdminModeSet), {coin(r)}); }},
+      {"learned addresses made static",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiPmlIntfDynamicToStaticMove), {anyPort(s, r)}); }},
+      {"counter clear",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiInterfaceStatsReset), {anyPort(s, r)}); }},
+      {"power saving clear",
+       [](sim::Sim &s, Rng &r) { return setter(s, CALL(rpcclt_openapiGreenEthrIntfStatisticsClear), {anyCopper(s, r)}); }},
+      {"history clear",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear), {anyCopper(s, r)});
+       }},
+      {"sample interval",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet), {1 + r() % 30});
+       }},
+      {"history maximum",
+       [](sim::Sim &s, Rng &r) {
+         return setter(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {1 + r() % 50});
+       }},
+  };
+  return all;
+}
+
+// A clock move: mostly short, now and then past a recovery or many samples.
+std::string moveClock(sim::Sim &s, Rng &r) {
+  int64_t seconds = r() % 8 == 0 ? 3000 + r() % 100000 : 1 + r() % 400;
+  Ctl c = ctl(s, {"clock", "advance", std::to_string(seconds)});
+  return c.status == 0 ? "" : c.out;
+}
+
+// Auto-recovery on for every cause, so that trips come back during a walk.
+std::string recoveringSwitch(const sim::SwitchLayout &l, uint32_t intervalS) {
+  char text[400];
+  snprintf(text, sizeof text,
+           R"({"model": {"layout": {"copperPorts": %u, "fibrePorts": %u, "lags": %u, "cage": %s},)"
+           R"( "errdisable": {"interval": %u, "causes": {)",
+           l.copperPorts, l.fibrePorts, l.lags, l.cage ? "true" : "false", intervalS);
+  std::string causes;
+  for (const facts::DDisableCause &c : facts::kDDisableCauses)
+    causes += std::string(causes.empty() ? "" : ", ") + "\"" + c.cli + "\": true";
+  return text + causes + "}}}}";
+}
+
+const sim::SwitchLayout kSizes[] = {{24, 4, 2, true}, {8, 2, 1, false}, {48, 4, 4, false}};
+
+void load(sim::Sim &s, const std::string &scenario) {
+  std::string error;
+  sim::clockRestart(s.clock);
+  sim::clockPause(s.clock);
+  ASSERT_TRUE(sim::loadScenario(s, scenario, &error)) << error;
+}
+
+// Each change once, from load, then the clock moved past its effects.
+TEST(SimModel, EveryChangeKeepsEveryInvariantOnEverySize) {
+  Rng rng(2718);
+  for (const sim::SwitchLayout &size : kSizes) {
+    for (const Change &change : changes()) {
+      sim::Sim s;
+      load(s, sim::scenarioFor(size));
+      View before = look(s);
+      ASSERT_EQ(failures(before, nullptr), "") << size.ports() << " ports at load";
+      ASSERT_EQ(change.apply(s, rng), "") << change.name;
+      View after = look(s);
+      EXPECT_EQ(failures(after, nullptr), "") << size.ports() << " ports, after " << change.name;
+      ASSERT_EQ(ctl(s, {"clock", "advance", "400"}).status, 0);
+      EXPECT_EQ(failures(look(s), &after), "") << size.ports() << " ports, 400 s after " << change.name;
+    }
+  }
+}
+
+// A seeded walk; SIM_WALK_SEED replays one, SIM_WALK_STEPS makes it longer.
+TEST(SimModel, ARandomWalkKeepsEveryInvariant) {
+  const char *fixed = getenv("SIM_WALK_SEED"), *steps = getenv("SIM_WALK_STEPS");
+  uint32_t seed = fixed ? static_cast<uint32_t>(strtoul(fixed, nullptr, 10)) : std::random_device()();
+  int count = steps ? atoi(steps) : 120;
+  Rng rng(seed);
+  for (const sim::SwitchLayout &size : kSizes) {
+    sim::Sim s;
+    load(s, recoveringSwitch(size, 30 + rng() % 300));
+    View before = look(s);
+    for (int step = 0; step < count; ++step) {
+      bool clockOnly = rng() % 3 == 0;
+      const Change &change = changes()[rng() % changes().size()];
+      std::string done = clockOnly ? moveClock(s, rng) : change.apply(s, rng);
+      ASSERT_EQ(done, "") << "seed " << seed << ", step " << step;
+      View now = look(s);
+      std::string why = failures(now, clockOnly ? &before : nullptr);
+      ASSERT_EQ(why, "") << "seed " << seed << " (SIM_WALK_SEED=" << seed << "), " << size.ports() << " ports, step "
+                         << step << ": " << (clockOnly ? "clock" : change.name);
+      before = now;
+    }
+  }
+}
+
+// --- consequences at their moment --------------------------------------------------
+
+// Applies CLI configuration lines as the program does, through a work file.
+void configure(sim::Sim &s, const std::string &lines) {
+  TempDir work;
+  sim::setCliDir(work.path.substr(0, work.path.size() - 1));
+  writeText(work.file("in"), lines + "\n");
+  sim::Call c{"rpcclt_openapiTxtCfgApply", {}};
+  for (const std::string &name : {work.file("in"), work.file("out")}) {
+    sim::Arg a;
+    a.kind = wire::kInText;
+    a.text = name;
+    c.args.push_back(a);
+  }
+  EXPECT_EQ(sim::handleCall(s, c), OPEN_E_NONE) << lines;
+  sim::setCliDir("/mnt/application/quill/tmp");
+}
+
+void advance(sim::Sim &s, int seconds) { ASSERT_EQ(ctl(s, {"clock", "advance", std::to_string(seconds)}).status, 0); }
+void play(sim::Sim &s, const std::string &events) {
+  ASSERT_EQ(ctl(s, {"play", R"({"timeline": [)" + events + "]}"}).out, "");
+}
+int64_t firstSample(sim::Sim &s, uint32_t port, const char *field) {
+  Reply r = ask(s, CALL(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet), {port});
+  open_pwr_sav_sample_t sample = {};
+  memcpy(&sample, r.text["sample"].data(), sizeof sample);
+  return std::string(field) == "number" ? sample.sampleNo : sample.sampleTime;
+}
+int64_t globalSaving(sim::Sim &s) {
+  return static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenPwrEstGlobalCumSavingGet)).num["pwrSaving"]);
+}
+
+constexpr int64_t kSwitchTimeAtLoad = 1709251200 + 5000 * 300;  // the uplink's next sample time
+constexpr char kRecovering[] = R"({"model": {"errdisable": {"interval": 60, "causes": {"bpduguard": true}}}})";
+
+// What a setting or an event leads to, read at the moment it should show.
+struct Consequence {
+  const char *name;
+  const char *scenario;  // nullptr: the default switch
+  std::function<int64_t(sim::Sim &)> run;
+  int64_t want;
+};
+
+const Consequence kConsequences[] = {
+    {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering,
+     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }, 0},
+    {"... but not while its cause stays off", nullptr,
+     [](sim::Sim &s) {
+       advance(s, 100000);
+       return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 7);
+     },
+     4},
+    {"every trip restarts the countdown", kRecovering,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"},
+                  {"at": 40, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
+       advance(s, 99);
+       int64_t shut = read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
+       advance(s, 1);
+       return shut * 10 + read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
+     },
+     40},
+    {"a shorter interval counts from the trip, and is not back-dated", nullptr,
+     [](sim::Sim &s) {
+       configure(s, "errdisable recovery cause bpduguard");
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
+       advance(s, 100);
+       configure(s, "errdisable recovery interval 60");
+       return read1(s, CALL(openapiIfLinkStateGet), 2) * 1000 + read1(s, CALL(rpcclt_openapiIfLastChangeGet), 2) - 90000;
+     },
+     100},
+    {"a link-up brings neither a D-Disabled nor an admin-disabled port up", nullptr,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "pml"},
+                  {"at": 0, "event": "admin", "port": 4, "state": "disable"},
+                  {"at": 1, "event": "link-up", "port": 2}, {"at": 1, "event": "link-up", "port": 4})");
+       advance(s, 1);
+       return read1(s, CALL(openapiIfLinkStateGet), 2) + read1(s, CALL(openapiIfLinkStateGet), 4);
+     },
+     2},
+    {"a port a scenario disables is down", R"({"model": {"ports": {"3": {"adminEnabled": false}}}})",
+     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 3); }, 1},
+    {"enabling brings a port with a partner back up", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 0});
+       ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 1});
+       return read1(s, CALL(openapiIfLinkStateGet), 3);
+     },
+     0},
+    {"no violation where locking is off switch-wide", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiPmlGlobalAdminModeSet), {0});
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 1})");
+       return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
+     },
+     0},
+    {"a violation on a locked port drops the frames and D-Disables it", nullptr,
+     [](sim::Sim &s) {
+       int64_t discards = read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3);
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55", "00:11:22:33:44:66"],
+                   "vlan": 1})");
+       return (read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3) - discards) * 100 +
+              read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
+     },
+     214},
+    {"a full history drops its oldest sample", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});
+       advance(s, 300);
+       return firstSample(s, 3, "number");
+     },
+     2},
+    {"a smaller maximum keeps the newest samples", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {10});
+       return firstSample(s, 1, "number");
+     },
+     4991},
+    {"after a clear, samples start again at the time then", nullptr,
+     [](sim::Sim &s) {
+       advance(s, 1000);
+       ask(s, CALL(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear), {3});
+       advance(s, 200);
+       return firstSample(s, 3, "time") - kSwitchTimeAtLoad;
+     },
+     1200},
+    {"a changed interval keeps the samples taken", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet), {1});
+       advance(s, 60);
+       return firstSample(s, 3, "number");
+     },
+     1},
+    {"the saving grows with the clock (energy detect on a down port: 465 mW)", nullptr,
+     [](sim::Sim &s) {
+       int64_t before = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15);
+       advance(s, 3600);
+       return read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15) - before;
+     },
+     465},
+    {"a port's clear takes its saving off the switch's", nullptr,
+     [](sim::Sim &s) {
+       int64_t before = globalSaving(s), port = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15);
+       ask(s, CALL(rpcclt_openapiGreenEthrIntfStatisticsClear), {15});
+       return before - port - globalSaving(s);
+     },
+     0},
+    {"counters hold while down and go on from there", nullptr,
+     [](sim::Sim &s) {
+       int64_t at = read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1);
+       play(s, R"({"at": 0, "event": "link-down", "port": 1}, {"at": 50, "event": "link-up", "port": 1})");
+       advance(s, 60);
+       return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) - at;
+     },
+     10 * 120000},
+    {"a wrap moves the received octets only, exactly when announced", nullptr,
+     [](sim::Sim &s) {
+       int64_t out = read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1);
+       play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7})");
+       advance(s, 7);
+       return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) + read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1) - out;
+     },
+     7 * 85000},
+    {"an announced wrap waits while the link is down", nullptr,
+     [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7},
+                  {"at": 2, "event": "link-down", "port": 1}, {"at": 12, "event": "link-up", "port": 1})");
+       advance(s, 12);
+       sim::catchUp(s);
+       for (const sim::PendingTimer &t : sim::pendingTimers(s))
+         if (t.what == "port 1 counters wrap") return t.atMs;
+       return int64_t{-1};
+     },
+     17000},
+};
+
+TEST(SimModel, EachConsequenceShowsAtItsMoment) {
+  for (const Consequence &c : kConsequences) {
+    sim::Sim s;
+    load(s, c.scenario ? c.scenario : sim::defaultScenario());
+    EXPECT_EQ(c.run(s), c.want) << c.name;
+  }
+}
+
+}  // namespace

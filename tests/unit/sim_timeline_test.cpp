@@ -1,0 +1,413 @@
+// Timelines, scenarios and the controls of `open-sim ctl`, in-process: what
+// each file is refused with and that a refusal changes nothing; what the
+// accepted events do at their seam; the clock; dump's pending section; a
+// delayed call.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+#include "sim/client_io.h"
+#include "sim/sim.h"
+#include "switch_facts.h"
+#include "test_support.h"
+
+namespace {
+
+constexpr char kRunning[] = R"({"timeline": [{"at": 30, "event": "link-down", "port": 1}]})";
+
+std::string playFile(const std::string &events) { return R"({"timeline": [)" + events + "]}"; }
+
+struct Ctl {
+  int status;
+  std::string out;
+};
+
+Ctl ctl(sim::Sim &s, const std::vector<std::string> &words) {
+  Ctl r;
+  r.status = sim::handleControl(s, words, &r.out);
+  return r;
+}
+
+sim::Arg arg(wire::Kind kind, uint64_t n) {
+  sim::Arg a;
+  a.kind = kind;
+  a.num = n;
+  return a;
+}
+
+// A port's value as a one-number getter answers it; -1 when it refuses.
+int64_t read(sim::Sim &s, const char *call, uint64_t port) {
+  sim::Call c{call, {arg(wire::kInNum, port), arg(wire::kOutNum, 0)}};
+  return sim::handleCall(s, c) == 0 ? static_cast<int64_t>(c.args[1].num) : -1;
+}
+
+// The default switch (or `scenario`) with its clock standing at 10 s and
+// kRunning playing.
+void start(sim::Sim &s, const std::string &scenario = sim::defaultScenario()) {
+  std::string error;
+  sim::clockPause(s.clock);
+  ASSERT_TRUE(sim::loadScenario(s, scenario, &error)) << error;
+  ASSERT_EQ(ctl(s, {"play", kRunning}).status, 0);
+  ASSERT_EQ(ctl(s, {"clock", "advance", "10"}).status, 0);
+}
+
+TEST(SimTimeline, EachBadFileIsRefusedInOneLineAndChangesNothing) {
+  struct Case {
+    const char *command;  // play or load
+    std::string file, line;
+  } cases[] = {
+      {"play", playFile(R"({"at": 5, "event": "flap", "port": 1})"), R"(timeline event 1 (at 5): unknown event "flap")"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1}, {"at": 20, "event": "link-up", "port": 99})"),
+       "timeline event 2 (at 20): unknown port 99"},
+      {"play", playFile(R"({"at": 20, "event": "link-down", "port": 1}, {"at": 10, "event": "link-up", "port": 1})"),
+       "timeline event 2 (at 10): time out of order (the event before is at 20)"},
+      {"play", "{\"timeline\": [\n  {\"at\": 5,, }]}", "timeline file: broken JSON at line 2, column 13"},
+      {"play", R"({"timeLine": []})", R"(timeline file: unknown key "timeLine")"},
+      {"play", "{}", R"(timeline file: no "timeline")"},
+      {"play", R"({"timeline": {}})", R"("timeline" must be a list of events)"},
+      {"play", R"({"timeline": []} x)", "timeline file: text after the JSON at line 1, column 18"},
+      {"play", "{\"timeline\": []}\n{\"timeline\": []}", "timeline file: text after the JSON at line 2, column 1"},
+      {"play", R"({"timeline": [], "timeline": []})", R"(timeline file: duplicate key "timeline")"},
+      {"play", R"([{"timeline": []}])", "timeline file: not a JSON object"},
+      {"play", playFile("5"), "timeline event 1: an event must be a JSON object"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1, "port": 2})"),
+       R"(timeline event 1 (at 5): "port" given twice)"},
+      {"play", playFile(R"({"at": -1, "event": "link-down", "port": 1})"),
+       R"(timeline event 1 (at -1): "at" must be seconds from the start (up to 1e9))"},
+      {"play", playFile(R"({"at": "5", "event": "link-down", "port": 1})"),
+       R"(timeline event 1: "at" must be seconds from the start (up to 1e9))"},
+      {"play", playFile(R"({"at": 1e10, "event": "link-down", "port": 1})"),
+       R"(timeline event 1 (at 1e+10): "at" must be seconds from the start (up to 1e9))"},
+      {"play", playFile(R"({"at": 5, "port": 1})"), R"(timeline event 1 (at 5): no "event")"},
+      {"play", playFile(R"({"at": 5, "event": "link-down"})"), R"(timeline event 1 (at 5): no "port")"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1.5})"),
+       R"(timeline event 1 (at 5): "port" must be a whole number)"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": "1"})"),
+       R"(timeline event 1 (at 5): "port" must be a number)"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1e300})"),
+       "timeline event 1 (at 5): unknown port 1e+300"},
+      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 29})"),  // the first LAG
+       "timeline event 1 (at 5): unknown port 29"},
+      {"play", playFile(R"({"at": 5, "event": "counters-wrap", "port": 1, "inseconds": 5})"),
+       R"(timeline event 1 (at 5): unknown field "inseconds" for counters-wrap (it takes "inSeconds"))"},
+      {"play", playFile(R"({"at": 5, "event": "link-up", "port": 1, "media": "fiber"})"),
+       R"(timeline event 1 (at 5): unknown field "media" for link-up)"},
+      {"play", playFile(R"({"at": 5, "event": "counters-wrap", "port": 1, "inSeconds": 2.5})"),
+       R"(timeline event 1 (at 5): "inSeconds" must be a whole number)"},
+      {"play", playFile(R"({"at": 5, "event": "transceiver-inserted", "port": 26, "media": 1})"),
+       R"(timeline event 1 (at 5): "media" must be "copper" or "fiber")"},
+      {"play", playFile(R"({"at": 5, "event": "ddisable", "port": 2, "cause": "sunspots"})"),
+       R"(timeline event 1 (at 5): unknown cause "sunspots")"},
+      {"play", playFile(R"({"at": 5, "event": "ddisable", "port": 2})"),
+       R"(timeline event 1 (at 5): needs "cause", the name of a D-Disable cause)"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 20})"),
+       "timeline event 1 (at 5): unknown VLAN 20"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 1.5})"),
+       R"(timeline event 1 (at 5): "vlan" must be a whole number)"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"]})"),
+       R"(timeline event 1 (at 5): needs "vlan")"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": "00:11:22:33:44:55", "vlan": 1})"),
+       R"(timeline event 1 (at 5): needs "macs", a list of addresses)"},
+      {"play", playFile(R"({"at": 5, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44"], "vlan": 1})"),
+       R"(timeline event 1 (at 5): bad MAC address in "macs")"},
+      {"play", playFile(R"({"at": 5, "event": "power", "port": 27, "milliwatts": 1})"),
+       "timeline event 1 (at 5): port 27 has no power estimate"},
+      {"play", playFile(R"({"at": 5, "event": "power", "port": 4, "milliwatts": 0.5})"),
+       R"(timeline event 1 (at 5): "milliwatts" must be a whole number)"},
+      {"play", playFile(R"({"at": 5, "event": "power", "port": 4})"), R"(timeline event 1 (at 5): needs "milliwatts")"},
+      {"play", playFile(R"({"at": 5, "event": "admin", "port": 5, "state": "off"})"),
+       R"(timeline event 1 (at 5): "state" must be "enable" or "disable")"},
+      {"play", playFile(R"({"at": 5, "event": "traffic", "port": 1})"),
+       R"(timeline event 1 (at 5): needs "inOctetsPerSec", "outOctetsPerSec" or "inErrors")"},
+      {"play", playFile(R"({"at": 5, "event": "traffic", "port": 1, "inErrors": -1})"),
+       R"(timeline event 1 (at 5): "inErrors" must be from 0 to 4294967295)"},
+      {"play", playFile(R"({"at": 5, "event": "traffic", "port": 1, "outOctetsPerSec": 1e13})"),
+       R"(timeline event 1 (at 5): "outOctetsPerSec" must be from 0 to 1000000000000)"},
+      {"play", playFile(R"({"at": 5, "event": "traffic", "port": 1, "inOctetsPerSec": 1.5})"),
+       R"(timeline event 1 (at 5): "inOctetsPerSec" must be a whole number)"},
+      {"load", R"({"timeLine": []})", R"(scenario: unknown key "timeLine")"},
+      {"load", R"({"model": {"errdisable": {"interval": 60, "interval": 30}}})",
+       R"(scenario: duplicate key "interval" in "model"."errdisable")"},
+      {"load", R"({"model": []})", R"(scenario: "model" must be an object)"},
+      {"load", R"({"model": {"pml": {"static": [{}, {"ifNum": 2, "ifNum": 2}]}}})",
+       R"(scenario: duplicate key "ifNum" in "model"."pml"."static"[1])"},
+      {"load", R"({"overrides": {"openapiIfAdminStateGet": {"1": 1, "1": 0}}})",
+       R"(scenario: duplicate key "1" in "overrides"."openapiIfAdminStateGet")"},
+      {"load", R"({"clockMs": 1.5})", R"(scenario: "clockMs" must be a whole number)"},
+      {"load", R"({"clockMs": -1})", R"(scenario: "clockMs" must be from 0 to 1000000000000)"},
+      {"load", R"({"clockMs": 1e300})", R"(scenario: "clockMs" must be from 0 to 1000000000000)"},
+      {"load", R"({"overrides": []})", R"(scenario: "overrides" must be an object of calls)"},
+      {"load", R"({"overrides": {"openapiIfAdminStateGet": 5}})",
+       "scenario: the answers of openapiIfAdminStateGet must be an object of inputs"},
+      {"load", R"({"model": {"ports": {"2": {"speedMode": 1.5}}}})",
+       R"(scenario: "model"."ports"."2"."speedMode": must be a whole number)"},
+      {"load", R"({"model": {"ports": {"1": {"speed": 10}}}})",
+       R"(scenario: "model"."ports"."1": unknown field "speed")"},
+      {"load", R"({"model": {"ports": {"99": {}}}})", R"(scenario: "model"."ports": the switch has no port "99")"},
+      {"load", R"({"model": {"layout": {"copperPorts": -8}}})",
+       R"(scenario: "model"."layout"."copperPorts": must not be negative)"},
+      {"load", R"({"overrides": {"openapiIfAdminStateGot": {"1": 1}}})",
+       R"(scenario: unknown call "openapiIfAdminStateGot" in "overrides")"},
+      {"load", R"({"overrides": {"openapiIfAdminStateGet": {"1": 1.5}}})",
+       "scenario: bad outputs for openapiIfAdminStateGet 1 (a whole number, a string or a list of them)"},
+      {"load", R"({"timeline": [{"at": 5, "event": "link-down", "port": 99}]})",
+       "timeline event 1 (at 5): unknown port 99"},
+      {"load", "{} {}", "scenario: text after the JSON at line 1, column 4"},
+  };
+  sim::Sim s;
+  start(s);
+  std::string before = ctl(s, {"dump"}).out;
+  for (const Case &c : cases) {
+    Ctl r = ctl(s, {c.command, c.file});
+    EXPECT_EQ(r.status, 2) << c.file;
+    EXPECT_EQ(r.out, "open-sim: " + c.line + "\n") << c.file;
+    ASSERT_TRUE(ctl(s, {"dump"}).out == before) << "the state changed: " << c.file;
+  }
+  ASSERT_EQ(read(s, "openapiIfLinkStateGet", 1), 0);
+  ctl(s, {"clock", "advance", "20"});
+  EXPECT_EQ(read(s, "openapiIfLinkStateGet", 1), 1) << "the running timeline went on";
+}
+
+// Each accepted event reaches the model at its moment: the seam, not the
+// model's consequences (those are the model's tests).
+TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
+  struct Case {
+    std::string event;  // at 5 s
+    const char *call;
+    uint64_t port;
+    int64_t before, after;
+  } cases[] = {
+      {R"("event": "ddisable", "port": 2, "cause": "link_flap")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 16},
+      {R"("event": "ddisable", "port": 2, "cause": "pml")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 14},
+      {R"("event": "ddisable", "port": 2, "cause": "bpdustorm")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 5},
+      {R"("event": "ddisable", "port": 2, "cause": "udld")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 2},
+      {R"("event": "admin", "port": 5, "state": "disable")", "openapiIfAdminStateGet", 5, 1, 0},
+      {R"("event": "link-down", "port": 1.0)", "openapiIfLinkStateGet", 1, 0, 1},
+      {R"("event": "transceiver-inserted", "port": 26, "media": "copper")", "openapiIfLinkStateGet", 26, 1, 0},
+  };
+  for (const Case &c : cases) {
+    sim::Sim s;
+    start(s);
+    ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 4.9995, )" + c.event + "}")}).out, "");
+    ctl(s, {"clock", "advance", "4.999"});
+    EXPECT_EQ(read(s, c.call, c.port), c.before) << c.event;
+    ctl(s, {"clock", "advance", "0.001"});
+    EXPECT_EQ(read(s, c.call, c.port), c.after) << c.event;
+  }
+}
+
+// The new rates count on from the event; the burst counts once.
+TEST(SimTimeline, TrafficSetsTheRatesAndCountsTheBurstOnce) {
+  sim::Sim s;
+  start(s);
+  int64_t errors = read(s, "rpcclt_openapiIfInErrorsGet", 1), octets = read(s, "rpcclt_openapiIfInOctetsGet", 1);
+  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 0, "event": "traffic", "port": 1, "inOctetsPerSec": 1000,
+                                         "outOctetsPerSec": 0, "inErrors": 500})")}).out, "");
+  EXPECT_EQ(read(s, "rpcclt_openapiIfInErrorsGet", 1) - errors, 500);
+  ctl(s, {"clock", "advance", "2"});
+  EXPECT_EQ(read(s, "rpcclt_openapiIfInOctetsGet", 1) - octets, 2000);
+  int64_t out = read(s, "rpcclt_openapiIfOutOctetsGet", 1);
+  ctl(s, {"clock", "advance", "2"});
+  EXPECT_EQ(read(s, "rpcclt_openapiIfOutOctetsGet", 1), out);
+}
+
+TEST(SimTimeline, AnEmptyListStopsTheRunningTimeline) {
+  sim::Sim s;
+  start(s);
+  ASSERT_EQ(ctl(s, {"play", R"({"timeline": []})"}).status, 0);
+  ctl(s, {"clock", "advance", "30"});
+  EXPECT_EQ(read(s, "openapiIfLinkStateGet", 1), 0);
+}
+
+std::string now(sim::Sim &s) { return ctl(s, {"clock"}).out; }
+
+TEST(SimClock, TakesDecimalSecondsOnlyAndARefusalLeavesTheTime) {
+  sim::Sim s;
+  start(s);
+  ASSERT_EQ(ctl(s, {"clock", "advance", "2.5"}).status, 0);
+  ASSERT_EQ(ctl(s, {"clock", "advance", "0.0004"}).status, 0);  // rounds to no time at all
+  ASSERT_EQ(now(s), "paused 12.500\n");
+  for (const char *bad : {"0x10", "1e3", "inf", "nan", "-1", "+1", "", " 1", "1 ", "1.2.3", ".", "1000000000.1"}) {
+    Ctl r = ctl(s, {"clock", "advance", bad});
+    EXPECT_EQ(r.status, 2) << bad;
+    EXPECT_EQ(r.out, std::string("open-sim: clock advance takes decimal seconds from 0 to 1000000000 (as 2.5), "
+                                 "not \"") + bad + "\"\n");
+  }
+  for (std::vector<std::string> words : {std::vector<std::string>{"clock", "stop"}, {"clock", "advance"},
+                                         {"clock", "next", "1"}, {"clock", "advance", "1", "2"}})
+    EXPECT_EQ(ctl(s, words).out, "usage: clock [pause | run | advance SECONDS | next]\n");
+  EXPECT_EQ(now(s), "paused 12.500\n");
+  ASSERT_EQ(ctl(s, {"clock", "advance", "1000000000"}).status, 0);
+  EXPECT_EQ(now(s), "paused 1000000012.500\n");
+}
+
+// "next" stops at each pending thing in turn, timers and events alike,
+// names what was due then, and applies it.
+// BPDU guard recovers after 60 s; no power-saving samples to stop at (a
+// sample interval of 0, which only a scenario can set).
+std::string recoveringSwitch() {
+  std::string causes;
+  for (const facts::DDisableCause &c : facts::kDDisableCauses)
+    causes += std::string(causes.empty() ? "" : ", ") + "\"" + c.cli + "\": " + (strcmp(c.cli, "bpduguard") ? "false" : "true");
+  return R"({"model": {"errdisable": {"interval": 60, "causes": {)" + causes + R"(}},
+                       "green": {"sampleIntervalMin": 0}}})";
+}
+
+TEST(SimClock, NextStopsAtEachPendingThingInTurn) {
+  sim::Sim s;
+  start(s, recoveringSwitch());
+  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 1, "event": "ddisable", "port": 2, "cause": "bpduguard"},
+                                      {"at": 5.5, "event": "link-down", "port": 3},
+                                      {"at": 5.5, "event": "admin", "port": 5, "state": "disable"})")}).out, "");
+  struct Step {
+    const char *out;
+    int64_t port2Reason, link3;
+  } steps[] = {
+      {"11.000 ddisable on port 2 (timeline event 1)\n", 4, 0},
+      {"15.500 link-down on port 3 (timeline event 2)\n15.500 admin on port 5 (timeline event 3)\n", 4, 1},
+      {"71.000 port 2 recovers from D-Disable\n", 0, 1},
+  };
+  for (const Step &step : steps) {
+    Ctl r = ctl(s, {"clock", "next"});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, step.out);
+    EXPECT_EQ(read(s, "rpcclt_openapiIfDisableReasonGet", 2), step.port2Reason);
+    EXPECT_EQ(read(s, "openapiIfLinkStateGet", 3), step.link3);
+  }
+  EXPECT_EQ(read(s, "openapiIfAdminStateGet", 5), 0);
+  Ctl none = ctl(s, {"clock", "next"});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.out, "nothing pending; the clock stays at 71.000\n");
+  EXPECT_EQ(now(s), "paused 71.000\n");
+}
+
+// The events still to come at the simulated time they apply, the timers,
+// and the moment; a dump loads back as the scenario it shows.
+TEST(SimTimeline, DumpShowsWhatIsPending) {
+  sim::Sim s;
+  start(s, recoveringSwitch());
+  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 1, "event": "ddisable", "port": 2, "cause": "bpduguard"},
+                                      {"at": 20.25, "event": "traffic", "port": 3, "inErrors": 5})")}).out, "");
+  ctl(s, {"clock", "advance", "1"});
+  Ctl dump = ctl(s, {"dump"});
+  sim::Json root(cJSON_Parse(dump.out.c_str()));
+  char *pending = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(root.get(), "pending"));
+  EXPECT_STREQ(pending, R"({"now":11,"paused":true,)"
+                        R"("timeline":[{"at":30.25,"event":"traffic","port":3,"inErrors":5}],)"
+                        R"("timers":[{"at":71,"what":"port 2 recovers from D-Disable"}]})");
+  cJSON_free(pending);
+  EXPECT_EQ(ctl(s, {"load", dump.out}).out, "");
+}
+
+TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
+  sim::Sim s;
+  start(s);
+  const char *call = "openapiIfAdminStateGet";
+  struct Step {
+    std::vector<std::string> ctl;  // empty: one call, which waits `delay`
+    int64_t delay;
+  } steps[] = {
+      {{"delay", call, "50", "2"}, 0}, {{}, 50}, {{}, 50}, {{}, 0},
+      {{"delay", call, "70"}, 0}, {{}, 70}, {{}, 70}, {{}, 70},
+      {{"delay", call, "0"}, 0}, {{}, 0},
+      {{"delay", call, "70"}, 0}, {{"load", sim::defaultScenario()}, 0}, {{}, 0},
+  };
+  for (const Step &step : steps) {
+    if (step.ctl.empty()) EXPECT_EQ(sim::takeDelay(s, call), step.delay) << "step " << &step - steps;
+    else ASSERT_EQ(ctl(s, step.ctl).status, 0) << step.ctl[1];
+  }
+  const char *usage = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
+  for (std::vector<std::string> words : {std::vector<std::string>{"delay", call, "-1"}, {"delay", call, "3600001"},
+                                         {"delay", call, "1.5"}, {"delay", call, ""}, {"delay", call, "70", "0"},
+                                         {"delay", call}})
+    EXPECT_EQ(ctl(s, words).out, usage) << words[2];
+  EXPECT_EQ(ctl(s, {"delay", "openapiIfAdminStateGot", "5"}).out, "open-sim: unknown call \"openapiIfAdminStateGot\"\n");
+  EXPECT_EQ(sim::takeDelay(s, call), 0);
+}
+
+// One request frame of the admin-state getter for `port`.
+std::string adminStateRequest(uint64_t port) {
+  char buf[128];
+  wire::Writer w{buf, sizeof buf};
+  w.u32(0);
+  w.text("openapiIfAdminStateGet", sizeof "openapiIfAdminStateGet" - 1);
+  w.u8(2);
+  for (auto [kind, value] : {std::pair{wire::kInNum, port}, std::pair{wire::kOutNum, uint64_t{0}}}) {
+    w.u8(kind);
+    w.u8(4);
+    w.u64(value);
+  }
+  uint32_t len = static_cast<uint32_t>(w.len - 4);
+  memcpy(buf, &len, 4);
+  return std::string(buf, w.len);
+}
+
+// The admin state a reply carries; -1 for a failed call or no reply.
+int64_t adminStateReply(int fd) {
+  char reply[64];
+  uint32_t len = 0;
+  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4) || len > sizeof reply || !simRecvAll(fd, reply, len))
+    return -1;
+  wire::Reader r{reply, len};
+  int32_t result = static_cast<int32_t>(r.u32());
+  r.u8();
+  bool written = r.u8();
+  uint64_t value = r.u64();
+  return r.ok && result == 0 && written ? static_cast<int64_t>(value) : -1;
+}
+
+int64_t msSince(int64_t startMs) { return sim::machineMonotonicMs() - startMs; }
+
+// The delayed call answers no sooner than asked, with the state it asked
+// for; another client is answered meanwhile, and the delayed client's next
+// call waits its turn but is not itself delayed. Only lower bounds and the
+// order are held: a loaded machine may answer anything later.
+TEST(SimDelay, HoldsOnlyTheDelayedCallsConnection) {
+  constexpr int64_t kDelayMs = 800;
+  InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs), "1"},
+                       {"set", "openapiIfAdminStateGet", "9", "0"}});
+  int slow = simConnect(nullptr, 10000), other = simConnect(nullptr, 10000);
+  ASSERT_GE(slow, 0);
+  ASSERT_GE(other, 0);
+  std::string two = adminStateRequest(1) + adminStateRequest(9);
+  int64_t start = sim::machineMonotonicMs();
+  ASSERT_TRUE(simSendAll(slow, two.data(), two.size()));
+  usleep(50000);  // the delayed call arrives first
+  std::string one = adminStateRequest(9);
+  ASSERT_TRUE(simSendAll(other, one.data(), one.size()));
+  EXPECT_EQ(adminStateReply(other), 0);
+  int64_t otherMs = msSince(start);
+  EXPECT_EQ(adminStateReply(slow), 1);
+  int64_t slowMs = msSince(start);
+  EXPECT_EQ(adminStateReply(slow), 0);
+  EXPECT_GE(slowMs, kDelayMs);
+  EXPECT_LT(otherMs, slowMs) << "the other client waited for the delayed one";
+  close(slow);
+  close(other);
+}
+
+int64_t cpuMs() {
+  rusage u = {};
+  getrusage(RUSAGE_SELF, &u);
+  return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1000 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
+}
+
+// A client that hangs up while its reply is held (as one that timed out
+// does) is let go: its hang-up must not keep the server's loop awake until
+// the reply would have been due. CPU time is this process's own, so a
+// loaded machine does not inflate it.
+TEST(SimDelay, AClientGoneWhileHeldCostsNothing) {
+  constexpr int64_t kDelayMs = 1000;
+  InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs)}});
+  int gone = simConnect(nullptr, 10000);
+  ASSERT_GE(gone, 0);
+  std::string request = adminStateRequest(1);
+  ASSERT_TRUE(simSendAll(gone, request.data(), request.size()));
+  usleep(100000);  // the call is held
+  close(gone);
+  int64_t before = cpuMs();
+  usleep(static_cast<useconds_t>(kDelayMs * 1000));
+  EXPECT_LT(cpuMs() - before, kDelayMs / 10);
+}
+
+}  // namespace

@@ -117,6 +117,7 @@ struct PortView {
   std::array<int64_t, 9> counters{};
   int64_t power = -1, saving = -1;
   int64_t dllEnabled = -1, dllReady = -1, remoteSummary = -1, summaryReady = -1, edActive = -1, edReason = -1;
+  int64_t echoTx = -1, echoRx = -1, summaryEchoTx = -1, summaryEchoRx = -1;
   int64_t edAdmin = 0, historyCount = 0;
   bool historyInOrder = true;
   int64_t staticCount = 0;
@@ -185,7 +186,12 @@ View look(sim::Sim &s) {
       v.dllEnabled = read1(s, CALL(rpcclt_openapiGreenEthrEeeTxDllEnableGet), i.ifNum);
       v.dllReady = read1(s, CALL(rpcclt_openapiGreenEthrEeeRxDllReadyGet), i.ifNum);
       v.remoteSummary = ask(s, CALL(rpcclt_openapiGreenEthrEeeRemoteSummaryGet), {i.ifNum}).result;
-      v.summaryReady = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenEthrEeeLocalSummaryGet), {i.ifNum}).num["txDllReady"]);
+      Reply summary = ask(s, CALL(rpcclt_openapiGreenEthrEeeLocalSummaryGet), {i.ifNum});
+      v.summaryReady = static_cast<int64_t>(summary.num["txDllReady"]);
+      v.summaryEchoTx = static_cast<int64_t>(summary.num["twSysTxEcho"]);
+      v.summaryEchoRx = static_cast<int64_t>(summary.num["twSysRxEcho"]);
+      v.echoTx = read1(s, CALL(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet), i.ifNum);
+      v.echoRx = read1(s, CALL(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet), i.ifNum);
       Reply ed = ask(s, CALL(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet), {i.ifNum});
       v.edActive = static_cast<int64_t>(ed.num["status"]);
       v.edReason = static_cast<int64_t>(ed.num["reason"]);
@@ -249,11 +255,13 @@ const Invariant kInvariants[] = {
                      "down but duplex " + std::to_string(p.duplex) + ", pause " + std::to_string(p.pauseRx) +
                          ", speed " + std::to_string(p.speed) + ", DLL " + std::to_string(p.dllEnabled));
      }, nullptr, nullptr},
-    {"EEE readiness needs EEE enabled, and the partner's summary comes with it", [](const PortView &p, const View &) {
+    {"EEE readiness needs EEE enabled; the partner's summary and our echo of it come with it", [](const PortView &p, const View &) {
        if (!p.green) return std::string();
        return unless((p.dllReady == 0 || p.dllEnabled == 1) && (p.remoteSummary == OPEN_E_NONE) == (p.dllReady == 1) &&
-                         p.summaryReady == p.dllReady,
-                     "DLL enabled " + std::to_string(p.dllEnabled) + ", ready " + std::to_string(p.dllReady));
+                         p.summaryReady == p.dllReady && p.echoTx == p.summaryEchoTx && p.echoRx == p.summaryEchoRx &&
+                         (p.echoTx != 0) == (p.dllReady == 1),
+                     "DLL enabled " + std::to_string(p.dllEnabled) + ", ready " + std::to_string(p.dllReady) +
+                         ", echo " + std::to_string(p.echoTx) + " (summary " + std::to_string(p.summaryEchoTx) + ")");
      }, nullptr, nullptr},
     {"energy detect is active exactly on its down ports", [](const PortView &p, const View &w) {
        if (!p.green) return std::string();

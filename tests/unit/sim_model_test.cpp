@@ -641,6 +641,18 @@ const Consequence kConsequences[] = {
               read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
      },
      214},
+    {"a port without a link receives nothing: no violation, no error burst", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiPmlIntfModeSet), {4, 1});
+       ask(s, CALL(rpcclt_openapiPmlIntfViolationDDisableModeSet), {4, 1});
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 4, "macs": ["00:11:22:33:44:55"], "vlan": 1},
+                  {"at": 0, "event": "traffic", "port": 4, "inErrors": 500})");
+       advance(s, 0);
+       std::string last = ask(s, CALL(rpcclt_openapiPmlIntfLastViolationAddrGet), {4}).text["macAddr"];
+       return read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 4) + read1(s, CALL(rpcclt_openapiIfInErrorsGet), 4) +
+              read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 4) + static_cast<int64_t>(strlen(last.c_str()));
+     },
+     0},
     {"a full history drops its oldest sample", nullptr,
      [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});

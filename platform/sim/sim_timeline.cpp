@@ -203,7 +203,7 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
   const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
     char text[64];
-    snprintf(text, sizeof text, "unknown port %g", port->valuedouble);
+    snprintf(text, sizeof text, "unknown port %.15g", port->valuedouble);
     *error = text;
     return false;
   }

@@ -246,9 +246,9 @@ const Invariant kInvariants[] = {
     {"a port without a transceiver is down", [](const PortView &p, const View &) {
        return unless(p.media != -1 || p.link != kUp, "no medium but up");
      }, nullptr, nullptr},
-    {"nothing negotiated shows while down: duplex, pause, speed, EEE with the partner",
+    {"nothing negotiated shows while down (duplex, pause, speed, EEE with the partner); up reads a speed",
      [](const PortView &p, const View &) {
-       if (p.link == kUp) return unless(p.duplex != 2, "up without a duplex");
+       if (p.link == kUp) return unless(p.duplex != 2 && p.speed != 1, "up without a duplex or a speed");
        bool eeeQuiet = !p.green || (p.dllEnabled == 0 && p.dllReady == 0 && p.summaryReady == 0 &&
                                     p.remoteSummary == OPEN_E_NOT_FOUND);
        return unless(p.duplex == 2 && p.pauseRx == 0 && (p.autoNeg != 0 || p.speed == 1) && eeeQuiet,

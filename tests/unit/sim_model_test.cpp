@@ -358,6 +358,9 @@ uint32_t anyPort(sim::Sim &s, Rng &rng) {
 uint32_t anyCopper(sim::Sim &s, Rng &rng) {
   return std::uniform_int_distribution<uint32_t>(1, s.model.layout.copperPorts)(rng);
 }
+uint32_t anyFibre(sim::Sim &s, Rng &rng) {
+  return std::uniform_int_distribution<uint32_t>(s.model.layout.firstFibre(), s.model.layout.ports())(rng);
+}
 uint32_t coin(Rng &rng) { return std::uniform_int_distribution<uint32_t>(0, 1)(rng); }
 
 std::string portField(uint32_t port) { return R"("port": )" + std::to_string(port); }
@@ -378,11 +381,11 @@ const std::vector<Change> &changes() {
       {"link-down", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-down", )" + portField(anyPort(s, r))); }},
       {"link-up", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-up", )" + portField(anyPort(s, r))); }},
       {"transceiver-removed",
-       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "transceiver-removed", )" + portField(anyPort(s, r))); }},
+       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "transceiver-removed", )" + portField(anyFibre(s, r))); }},
       {"transceiver-inserted",
        [](sim::Sim &s, Rng &r) {
          return event(s, R"("event": "transceiver-inserted", "media": ")" + std::string(coin(r) ? "copper" : "fiber") +
-                             "\", " + portField(anyPort(s, r)));
+                             "\", " + portField(anyFibre(s, r)));
        }},
       {"ddisable",
        [](sim::Sim &s, Rng &r) {

@@ -70,8 +70,9 @@ int portDerived(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// An up port set to no speed of its own runs at what it negotiated.
 uint64_t speedModeOf(const Sim &s, const Port &p) {
-  return p.up && p.autoNeg == kAutoNegOn ? negotiatedSpeed(s, p) : p.speedMode;
+  return p.up && (p.autoNeg == kAutoNegOn || p.speedMode == kSpeedAuto) ? negotiatedSpeed(s, p) : p.speedMode;
 }
 uint64_t operDuplexOf(const Sim &, const Port &p) { return p.up ? p.duplexMode : kNoDuplex; }
 uint64_t headerSizeOf(const Sim &, const Port &) { return kHeaderSize; }

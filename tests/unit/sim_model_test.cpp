@@ -585,6 +585,17 @@ struct Consequence {
 const Consequence kConsequences[] = {
     {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering,
      [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }, 0},
+    {"a port a scenario D-Disables by its reason alone recovers with its cause",
+     R"({"model": {"ports": {"3": {"disableReason": 4}}, "errdisable": {"interval": 60, "causes": {"bpduguard": true}}}})",
+     [](sim::Sim &s) {
+       int64_t shut = read1(s, CALL(openapiIfLinkStateGet), 3);
+       advance(s, 60);
+       return shut * 10 + read1(s, CALL(openapiIfLinkStateGet), 3);
+     },
+     10},
+    {"an up port a scenario sets to neither a speed nor negotiation reads what it negotiated",
+     R"({"model": {"ports": {"3": {"autoNeg": 1}}}})",
+     [](sim::Sim &s) { return read1(s, CALL(rpcclt_openapiIfSpeedModeGet), 3); }, 7},
     {"... but not while its cause stays off", nullptr,
      [](sim::Sim &s) {
        advance(s, 100000);

@@ -139,18 +139,27 @@ static bool checkTopLevel(const cJSON *root, const char *what, const std::vector
 }
 
 // A file states a port's facts apart, so they must be facts a switch can
-// have: a known medium, a disable reason of a D-Disable cause (the cause
-// follows from it), and VLANs the switch can configure.
+// have: the kind of port its layout makes it, a medium its slot takes (a
+// copper port has none, so copper it stays), Green Ethernet on copper
+// only, a LAG of the switch, a disable reason of a D-Disable cause (the
+// cause follows from it), and VLANs the switch can configure.
 static bool factsAgree(Sim &next, std::string *error) {
+  const SwitchLayout &layout = next.model.layout;
   for (auto &[n, p] : next.model.ports) {
     std::string where = "scenario: \"model\".\"ports\".\"" + std::to_string(n) + "\": ";
     int cause = -1;
     for (size_t i = 0; i < std::size(facts::kDDisableCauses); ++i)
       if (p.disableReason && facts::kDDisableCauses[i].reason == p.disableReason) cause = static_cast<int>(i);
-    const char *why = p.medium > 2                       ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)"
-                      : p.disableReason && cause < 0        ? "\"disableReason\" is no D-Disable cause's reason"
-                      : p.cause >= 0 && p.cause != cause ? "\"cause\" is not the cause of \"disableReason\""
-                                                            : nullptr;
+    bool lagKnown = !p.lagMember || (p.lagMember >= SwitchLayout::kFirstLag &&
+                                     p.lagMember < SwitchLayout::kFirstLag + layout.lags);
+    const char *why = p.fibre != layout.isFibre(n)      ? "\"fibre\" is the layout's"
+                      : p.fibre ? (p.medium > 2 ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)" : nullptr)
+                                : (p.medium != 1 ? "\"medium\" of a copper port is 1 (copper)" : nullptr);
+    if (!why) why = p.fibre && p.greenCapable             ? "\"greenCapable\" is for copper ports"
+                    : !lagKnown                            ? "\"lagMember\" is no LAG of the switch"
+                    : p.disableReason && cause < 0        ? "\"disableReason\" is no D-Disable cause's reason"
+                    : p.cause >= 0 && p.cause != cause ? "\"cause\" is not the cause of \"disableReason\""
+                                                          : nullptr;
     if (why) {
       *error = where + why;
       return false;

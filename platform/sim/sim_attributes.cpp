@@ -70,8 +70,9 @@ int portDerived(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// An up port set to no speed of its own runs at what it negotiated.
 uint64_t speedModeOf(const Sim &s, const Port &p) {
-  return p.up && p.autoNeg == kAutoNegOn ? negotiatedSpeed(s, p) : p.speedMode;
+  return p.up && (p.autoNeg == kAutoNegOn || p.speedMode == kSpeedAuto) ? negotiatedSpeed(s, p) : p.speedMode;
 }
 uint64_t operDuplexOf(const Sim &, const Port &p) { return p.up ? p.duplexMode : kNoDuplex; }
 uint64_t headerSizeOf(const Sim &, const Port &) { return kHeaderSize; }
@@ -152,12 +153,17 @@ int speedSet(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-// Negotiation turned on negotiates the speed and duplex as well.
+// Negotiation turned on negotiates the speed and duplex as well; turned
+// off on a port set to negotiate them, it fixes the speed and duplex it
+// negotiates, so that a port up without negotiation runs at a known speed.
 int autoNegSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
   p->autoNeg = static_cast<uint32_t>(c.in("autoNeg"));
-  if (p->autoNeg != kAutoNegOn) return OPEN_E_NONE;
+  if (p->autoNeg != kAutoNegOn) {
+    if (p->speedMode == kSpeedAuto) p->speedMode = negotiatedSpeed(s, *p);
+    return OPEN_E_NONE;
+  }
   p->speedMode = kSpeedAuto;
   p->duplexMode = 1;
   return OPEN_E_NONE;

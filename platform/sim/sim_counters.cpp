@@ -180,7 +180,8 @@ void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs
   settleCounters(s, *p, atMs);
   if (t.inOctetsPerSec >= 0) p->rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
   if (t.outOctetsPerSec >= 0) p->rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
-  p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
+  // A port without a link receives nothing, damaged or not.
+  if (p->up) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
 }
 
 const CallRule kCounterRules[] = {

@@ -225,6 +225,15 @@ int localTwsys(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// Our echo of the partner's wake time, as the local summary shows it: heard
+// only while EEE runs on the link with the partner.
+int echoTwsys(Sim &s, Call &c) {
+  const Port *p = greenPort(s, c.port());
+  if (!p) return OPEN_E_NOT_FOUND;
+  c.out("twsys", lowPowerIdle(s, *p) ? kPartnerTwsys : 0);
+  return OPEN_E_NONE;
+}
+
 // A partner's value for its one LLDP record, whatever the time mark.
 template <bool Echo>
 int remoteValue(Sim &s, Call &c) {
@@ -562,8 +571,8 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, localTwsys),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, localTwsys),
     SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, localTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, echoTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, echoTwsys),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue<false>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue<true>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue<false>),

@@ -9,11 +9,12 @@ namespace sim {
 
 namespace {
 
-constexpr uint32_t kFirstLag = 650;
+constexpr uint32_t kFirstLag = SwitchLayout::kFirstLag;
 struct RoutingVlan {
   uint32_t vlan, ifNum;
 };
 constexpr RoutingVlan kRoutingVlans[] = {{1, 700}, {10, 701}};
+static_assert(kFirstLag + SwitchLayout::kMostLags <= 700, "the LAGs' numbers end below the routing interfaces'");
 
 // The switch had been up this long when the scenario was loaded, so a
 // change under a timeline is stamped after every seeded one.

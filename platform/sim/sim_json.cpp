@@ -13,6 +13,19 @@ namespace {
 
 bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+// Where a string holds an escaped zero byte ("\u0000"), or npos. The parsed
+// text would end there, so "port\u0000x" would read as "port".
+size_t escapedZeroByte(const std::string &text) {
+  bool inString = false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '"') inString = !inString;
+    if (!inString || text[i] != '\\') continue;
+    if (text.compare(i + 1, 5, "u0000") == 0) return i;
+    ++i;  // the escaped character, which may be a quote
+  }
+  return std::string::npos;
+}
+
 }  // namespace
 
 std::string positionText(const std::string &text, size_t offset) {
@@ -32,7 +45,9 @@ Json parseStrictObject(const std::string &text, const char *what, std::string *e
     return nullptr;
   }
   while (offset < text.size() && isJsonSpace(text[offset])) ++offset;
+  size_t zero = escapedZeroByte(text);
   if (offset < text.size()) *error = std::string(what) + ": text after the JSON at " + positionText(text, offset);
+  else if (zero != std::string::npos) *error = std::string(what) + ": a zero byte at " + positionText(text, zero);
   else if (!cJSON_IsObject(root.get())) *error = std::string(what) + ": not a JSON object";
   else return root;
   return nullptr;

@@ -23,7 +23,24 @@ struct SwitchLayout {
   uint32_t lags = 2;
   bool cage = true;
 
+  // The LAGs' interface numbers start here, above the ports and the CPU,
+  // and end below the routing interfaces'.
+  static constexpr uint32_t kFirstLag = 650, kMostLags = 50;
+
   uint32_t ports() const { return copperPorts + fibrePorts; }
+  // Why the model cannot seed a switch of this shape, or nullptr: its
+  // devices sit on the first eight copper ports, its uplink is the first
+  // fibre port, a cage has four lanes, and each LAG bundles two copper
+  // ports counted down from the fourth-last, never port 1.
+  const char *fault() const {
+    if (copperPorts < 8) return "needs 8 copper ports or more";
+    if (fibrePorts < 1) return "needs a fibre port";
+    if (cage && fibrePorts != 4) return "has 4 fibre ports with a cage";
+    if (uint64_t{copperPorts} + fibrePorts + 1 >= kFirstLag) return "has 648 ports at most";
+    if (lags > kMostLags) return "has 50 LAGs at most";
+    if (2 * uint64_t{lags} + 2 >= copperPorts) return "has too many LAGs for its copper ports (two each)";
+    return nullptr;
+  }
   uint32_t firstFibre() const { return copperPorts + 1; }
   bool isFibre(uint64_t ifNum) const { return ifNum > copperPorts && ifNum <= ports(); }
   bool inCage(uint64_t ifNum) const { return cage && isFibre(ifNum); }

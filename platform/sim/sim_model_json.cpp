@@ -354,7 +354,10 @@ cJSON *modelToJson(const Model &m) {
 }
 
 bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
-  return Reader::readStruct(j, *layout, "scenario: \"model\".\"layout\"", error);
+  const char *where = "scenario: \"model\".\"layout\"";
+  if (!Reader::readStruct(j, *layout, where, error)) return false;
+  if (const char *why = layout->fault()) *error = std::string(where) + ": the switch " + why;
+  return !layout->fault();
 }
 
 // The auto-recovery table: an interval, and causes by the API's or the

@@ -420,13 +420,15 @@ void seedTables(Pml &t) {
 
 }  // namespace
 
-// Only a port locked while locking is on sees a violation: the last
+// Only a port locked while locking is on sees a violation, and only while
+// its link is up: a port without a link receives no frames. The last
 // address seen is the one the port reports, the frames from the foreign
 // addresses are discarded, and a port set to D-Disable on a violation is
 // shut as the feature shuts it.
 void recordPmlViolation(Sim &s, const TimelineEvent &e) {
   Port *p = findPort(s, e.port);
-  if (!p || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p->pml.mode != 1) return;
+  if (!p || !p->up || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p->pml.mode != 1)
+    return;
   p->pml.lastViolationMac = walkKey(e.macs.back());
   p->pml.lastViolationVlan = e.vlan;
   settleCounters(s, *p, e.atMs);

@@ -48,7 +48,16 @@ bool wholeField(const cJSON *o, const char *name, double least, double most, boo
 
 bool checkPortOnly(const Sim &, const cJSON *, TimelineEvent *, std::string *) { return true; }
 
-bool checkMedia(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
+// Modules go into the fibre ports' slots; a copper port has none to take
+// one out of or put one into.
+bool checkModuleSlot(const Sim &s, const cJSON *, TimelineEvent *e, std::string *error) {
+  if (s.model.layout.isFibre(e->port)) return true;
+  *error = "port " + std::to_string(e->port) + " has no module slot";
+  return false;
+}
+
+bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
+  if (!checkModuleSlot(s, o, e, error)) return false;
   const cJSON *m = member(o, "media");
   e->media = cJSON_IsString(m) ? m->valuestring : "";
   if (knownMedia(e->media)) return true;
@@ -155,7 +164,7 @@ struct EventKind {
 const EventKind kEventKinds[] = {
     {"link-down", {}, checkPortOnly, linkDown},
     {"link-up", {}, checkPortOnly, linkUp},
-    {"transceiver-removed", {}, checkPortOnly, transceiverRemoved},
+    {"transceiver-removed", {}, checkModuleSlot, transceiverRemoved},
     {"transceiver-inserted", {"media"}, checkMedia, transceiverInserted},
     {"ddisable", {"cause"}, checkCause, ddisable},
     {"pml-violation", {"macs", "vlan"}, checkMacs, recordPmlViolation},
@@ -203,7 +212,7 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
   const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
     char text[64];
-    snprintf(text, sizeof text, "unknown port %g", port->valuedouble);
+    snprintf(text, sizeof text, "unknown port %.15g", port->valuedouble);
     *error = text;
     return false;
   }

@@ -250,8 +250,9 @@ GREEN = [
       {"days": 2, "hours": 23, "minutes": 59, "seconds": 1},
       setup="set xGreenEthrEeeTimeSinceLastStatsResetGet 3 [2,23,59,1]"),
     T("GET eee/total-lpi-time", "GreenEthrEeeTotalLpiTimeGet()", {"lpiTotalTime": 5843211}),
-] + [T("GET eee/%s?intIfNum=2" % route, "GreenEthrEee%sGet(2)" % call, {call[0].lower() + call[1:]: 17})
-     for route, call in [("tx-twsys", "TxTwsys"), ("echo-rx-twsys", "EchoRxTwsys")]] + [
+] + [T("GET eee/%s?intIfNum=2" % route, "GreenEthrEee%sGet(2)" % call, {call[0].lower() + call[1:]: value})
+     # Our echo is the partner's wake time, as the local summary shows it.
+     for route, call, value in [("tx-twsys", "TxTwsys", 17), ("echo-rx-twsys", "EchoRxTwsys", 30)]] + [
     # The remote values take the interface before the remote index.
     T("GET eee/%s?remIndex=1&intIfNum=2&timestamp=4711" % route, "GreenEthrEee%sGet(2, 1, 4711)" % call,
       {call[0].lower() + call[1:]: value})

@@ -117,6 +117,7 @@ struct PortView {
   std::array<int64_t, 9> counters{};
   int64_t power = -1, saving = -1;
   int64_t dllEnabled = -1, dllReady = -1, remoteSummary = -1, summaryReady = -1, edActive = -1, edReason = -1;
+  int64_t echoTx = -1, echoRx = -1, summaryEchoTx = -1, summaryEchoRx = -1;
   int64_t edAdmin = 0, historyCount = 0;
   bool historyInOrder = true;
   int64_t staticCount = 0;
@@ -185,7 +186,12 @@ View look(sim::Sim &s) {
       v.dllEnabled = read1(s, CALL(rpcclt_openapiGreenEthrEeeTxDllEnableGet), i.ifNum);
       v.dllReady = read1(s, CALL(rpcclt_openapiGreenEthrEeeRxDllReadyGet), i.ifNum);
       v.remoteSummary = ask(s, CALL(rpcclt_openapiGreenEthrEeeRemoteSummaryGet), {i.ifNum}).result;
-      v.summaryReady = static_cast<int64_t>(ask(s, CALL(rpcclt_openapiGreenEthrEeeLocalSummaryGet), {i.ifNum}).num["txDllReady"]);
+      Reply summary = ask(s, CALL(rpcclt_openapiGreenEthrEeeLocalSummaryGet), {i.ifNum});
+      v.summaryReady = static_cast<int64_t>(summary.num["txDllReady"]);
+      v.summaryEchoTx = static_cast<int64_t>(summary.num["twSysTxEcho"]);
+      v.summaryEchoRx = static_cast<int64_t>(summary.num["twSysRxEcho"]);
+      v.echoTx = read1(s, CALL(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet), i.ifNum);
+      v.echoRx = read1(s, CALL(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet), i.ifNum);
       Reply ed = ask(s, CALL(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet), {i.ifNum});
       v.edActive = static_cast<int64_t>(ed.num["status"]);
       v.edReason = static_cast<int64_t>(ed.num["reason"]);
@@ -240,20 +246,22 @@ const Invariant kInvariants[] = {
     {"a port without a transceiver is down", [](const PortView &p, const View &) {
        return unless(p.media != -1 || p.link != kUp, "no medium but up");
      }, nullptr, nullptr},
-    {"nothing negotiated shows while down: duplex, pause, speed, EEE with the partner",
+    {"nothing negotiated shows while down (duplex, pause, speed, EEE with the partner); up reads a speed",
      [](const PortView &p, const View &) {
-       if (p.link == kUp) return unless(p.duplex != 2, "up without a duplex");
+       if (p.link == kUp) return unless(p.duplex != 2 && p.speed != 1, "up without a duplex or a speed");
        bool eeeQuiet = !p.green || (p.dllEnabled == 0 && p.dllReady == 0 && p.summaryReady == 0 &&
                                     p.remoteSummary == OPEN_E_NOT_FOUND);
        return unless(p.duplex == 2 && p.pauseRx == 0 && (p.autoNeg != 0 || p.speed == 1) && eeeQuiet,
                      "down but duplex " + std::to_string(p.duplex) + ", pause " + std::to_string(p.pauseRx) +
                          ", speed " + std::to_string(p.speed) + ", DLL " + std::to_string(p.dllEnabled));
      }, nullptr, nullptr},
-    {"EEE readiness needs EEE enabled, and the partner's summary comes with it", [](const PortView &p, const View &) {
+    {"EEE readiness needs EEE enabled; the partner's summary and our echo of it come with it", [](const PortView &p, const View &) {
        if (!p.green) return std::string();
        return unless((p.dllReady == 0 || p.dllEnabled == 1) && (p.remoteSummary == OPEN_E_NONE) == (p.dllReady == 1) &&
-                         p.summaryReady == p.dllReady,
-                     "DLL enabled " + std::to_string(p.dllEnabled) + ", ready " + std::to_string(p.dllReady));
+                         p.summaryReady == p.dllReady && p.echoTx == p.summaryEchoTx && p.echoRx == p.summaryEchoRx &&
+                         (p.echoTx != 0) == (p.dllReady == 1),
+                     "DLL enabled " + std::to_string(p.dllEnabled) + ", ready " + std::to_string(p.dllReady) +
+                         ", echo " + std::to_string(p.echoTx) + " (summary " + std::to_string(p.summaryEchoTx) + ")");
      }, nullptr, nullptr},
     {"energy detect is active exactly on its down ports", [](const PortView &p, const View &w) {
        if (!p.green) return std::string();
@@ -350,6 +358,9 @@ uint32_t anyPort(sim::Sim &s, Rng &rng) {
 uint32_t anyCopper(sim::Sim &s, Rng &rng) {
   return std::uniform_int_distribution<uint32_t>(1, s.model.layout.copperPorts)(rng);
 }
+uint32_t anyFibre(sim::Sim &s, Rng &rng) {
+  return std::uniform_int_distribution<uint32_t>(s.model.layout.firstFibre(), s.model.layout.ports())(rng);
+}
 uint32_t coin(Rng &rng) { return std::uniform_int_distribution<uint32_t>(0, 1)(rng); }
 
 std::string portField(uint32_t port) { return R"("port": )" + std::to_string(port); }
@@ -370,11 +381,11 @@ const std::vector<Change> &changes() {
       {"link-down", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-down", )" + portField(anyPort(s, r))); }},
       {"link-up", [](sim::Sim &s, Rng &r) { return event(s, R"("event": "link-up", )" + portField(anyPort(s, r))); }},
       {"transceiver-removed",
-       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "transceiver-removed", )" + portField(anyPort(s, r))); }},
+       [](sim::Sim &s, Rng &r) { return event(s, R"("event": "transceiver-removed", )" + portField(anyFibre(s, r))); }},
       {"transceiver-inserted",
        [](sim::Sim &s, Rng &r) {
          return event(s, R"("event": "transceiver-inserted", "media": ")" + std::string(coin(r) ? "copper" : "fiber") +
-                             "\", " + portField(anyPort(s, r)));
+                             "\", " + portField(anyFibre(s, r)));
        }},
       {"ddisable",
        [](sim::Sim &s, Rng &r) {
@@ -574,6 +585,17 @@ struct Consequence {
 const Consequence kConsequences[] = {
     {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering,
      [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }, 0},
+    {"a port a scenario D-Disables by its reason alone recovers with its cause",
+     R"({"model": {"ports": {"3": {"disableReason": 4}}, "errdisable": {"interval": 60, "causes": {"bpduguard": true}}}})",
+     [](sim::Sim &s) {
+       int64_t shut = read1(s, CALL(openapiIfLinkStateGet), 3);
+       advance(s, 60);
+       return shut * 10 + read1(s, CALL(openapiIfLinkStateGet), 3);
+     },
+     10},
+    {"an up port a scenario sets to neither a speed nor negotiation reads what it negotiated",
+     R"({"model": {"ports": {"3": {"autoNeg": 1}}}})",
+     [](sim::Sim &s) { return read1(s, CALL(rpcclt_openapiIfSpeedModeGet), 3); }, 7},
     {"... but not while its cause stays off", nullptr,
      [](sim::Sim &s) {
        advance(s, 100000);
@@ -633,6 +655,18 @@ const Consequence kConsequences[] = {
               read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
      },
      214},
+    {"a port without a link receives nothing: no violation, no error burst", nullptr,
+     [](sim::Sim &s) {
+       ask(s, CALL(rpcclt_openapiPmlIntfModeSet), {4, 1});
+       ask(s, CALL(rpcclt_openapiPmlIntfViolationDDisableModeSet), {4, 1});
+       play(s, R"({"at": 0, "event": "pml-violation", "port": 4, "macs": ["00:11:22:33:44:55"], "vlan": 1},
+                  {"at": 0, "event": "traffic", "port": 4, "inErrors": 500})");
+       advance(s, 0);
+       std::string last = ask(s, CALL(rpcclt_openapiPmlIntfLastViolationAddrGet), {4}).text["macAddr"];
+       return read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 4) + read1(s, CALL(rpcclt_openapiIfInErrorsGet), 4) +
+              read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 4) + static_cast<int64_t>(strlen(last.c_str()));
+     },
+     0},
     {"a full history drops its oldest sample", nullptr,
      [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});

@@ -40,7 +40,8 @@ constexpr char kApp[] = "/api/v2/interfaces/interface-app";
 
 // Keys that mean something of their own on the rows that use them.
 constexpr doc::Field kTrapInterval{.name = "interval",
-                                   .text = "The shortest time between violation traps, in seconds.",
+                                   .text = "The shortest time between violation traps, in the switch's unit, "
+                                           "passed through unchanged.",
                                    .range = &facts::kLockTrapInterval};
 constexpr doc::Field kDynamicLimit{
     .name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
@@ -61,9 +62,8 @@ constexpr doc::Field kVlanMode{
 constexpr doc::Field kStatsResetSeconds{.name = "value",
                                         .text = "Seconds since the port's EEE statistics were cleared."};
 constexpr doc::Field kLastChange{.name = "value",
-                                 .text =
-                                     "The switch's up time, in seconds, when the interface last changed state; 0 when "
-                                     "it has not changed since the switch started."};
+                                 .text = "When the interface last changed state, as the switch stamps that change, "
+                                         "passed through unchanged."};
 constexpr doc::Field kLpiEntries{.name = "count",
                                   .text = "How many times the port entered low-power idle, since its EEE statistics "
                                           "were last cleared."};
@@ -143,7 +143,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_GET, "name", "Reads the name of one interface",
           Read<"if", openapiIfNameGet, lookup(kIntf), outText(kIntfName, 256)>),
     ROUTE(kIf, METHOD_GET, "type", "Reads the type of one interface",
-          Read<"if", openapiIfTypeGet, scan(kIfNum), out(kInterfaceType, kIfType)>),
+          Read<"if", openapiIfTypeGet, scan(kIfNum), out(kInterfaceTypeName, kIfType)>),
     // Preset to "down": a call that succeeds without writing reads down.
     ROUTE(kIf, METHOD_GET, "link-state", "Reads the link state of one port",
           Read<"if", openapiIfLinkStateGet, scan(kIfNum), out(kLinkState, kIfLinkState, 1)>),

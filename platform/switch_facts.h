@@ -79,10 +79,10 @@ inline constexpr Range kLockStaticLimit{0, 64};             /* addresses */
 inline constexpr Range kLockVlan{1, 4093};                  /* VLAN IDs a locked address may carry */
 inline constexpr Range kLockVlanMode{0, 1};                 /* off, on */
 inline constexpr Range kStreamId{1, 2047};                  /* 802.1Qci stream IDs */
-inline constexpr Range kLpiSampleInterval{1, 36000};        /* seconds */
+inline constexpr Range kLpiSampleInterval{1, 36000};        /* the switch's own unit */
 inline constexpr Range kLpiMaxSamples{1, 8192};             /* samples */
 inline constexpr Range kLedColour{0, 7};                    /* off, red, green, blue, yellow, cyan, magenta, white */
-inline constexpr Range kLedBrightness{0, 100};              /* percent */
+inline constexpr Range kLedBrightness{0, 100};              /* the switch's own scale */
 
 /* Every range above, for the checks that hold the API description to them. */
 inline constexpr const Range *kRanges[] = {

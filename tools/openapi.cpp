@@ -272,7 +272,7 @@ cJSON *argSchema(const kit::Arg &a) {
     }
     case Kind::BodyText: {
       cJSON *s = textSchema(false);
-      describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " characters.");
+      describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " bytes.");
       return s;
     }
     case Kind::OutText: {

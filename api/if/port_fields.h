@@ -48,7 +48,7 @@ inline constexpr doc::Field kEthernetHeaderSize{
             "does not answer."};
 inline constexpr doc::Field kDescription{
     .name = "description",
-    .text = "The port's description, up to 255 characters; empty when it has none.",
+    .text = "The port's description, up to 255 bytes; empty when it has none.",
     .type = doc::Type::Text};
 inline constexpr doc::Field kSoftShutdown{
     .name = "soft-shutdown",

@@ -26,50 +26,43 @@
 using namespace kit;
 using namespace fields;
 
-// The directories the routes sit in.
-constexpr char kRoot[] = "/api/v2/interfaces";
-constexpr char kIf[] = "/api/v2/interfaces/if";
-constexpr char kIfCounters[] = "/api/v2/interfaces/if/counters";
-constexpr char kIfAllCounters[] = "/api/v2/interfaces/if/all-counters";
-constexpr char kGreen[] = "/api/v2/interfaces/green-ethernet";
-constexpr char kEee[] = "/api/v2/interfaces/green-ethernet-eee-api";
-constexpr char kPowerEstimates[] = "/api/v2/interfaces/green-pwr-estimates";
-constexpr char kPowerHistory[] = "/api/v2/interfaces/green-pwr-sav-history";
-constexpr char kPml[] = "/api/v2/interfaces/pml";
-constexpr char kApp[] = "/api/v2/interfaces/interface-app";
-
 // Keys that mean something of their own on the rows that use them.
+// The keys several of them share: every limit (and the static count) answers
+// under "limit", every count under "count", every size under "size".
+constexpr char kLimit[] = "limit";
+constexpr char kCount[] = "count";
+constexpr char kSize[] = "size";
 constexpr doc::Field kTrapInterval{.name = "interval",
                                    .text = "The shortest time between violation traps, in the switch's unit, "
                                            "passed through unchanged.",
                                    .range = &facts::kLockTrapInterval};
 constexpr doc::Field kDynamicLimit{
-    .name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kDynamicMaxLimit{.name = "limit", .text = "The highest dynamic address limit the port accepts."};
+    .name = kLimit, .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kDynamicMaxLimit{.name = kLimit, .text = "The highest dynamic address limit the port accepts."};
 constexpr doc::Field kStaticLimit{
-    .name = "limit", .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
-constexpr doc::Field kStaticMaxLimit{.name = "limit", .text = "The highest static address limit the port accepts."};
-constexpr doc::Field kStaticCount{.name = "limit", .text = "How many static addresses are locked to the port."};
+    .name = kLimit, .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
+constexpr doc::Field kStaticMaxLimit{.name = kLimit, .text = "The highest static address limit the port accepts."};
+constexpr doc::Field kStaticCount{.name = kLimit, .text = "How many static addresses are locked to the port."};
 constexpr doc::Field kVlanDynamicLimit{
-    .name = "limit", .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kVlanOperationalLimit{.name = "limit", .text = "The dynamic address limit in force on the VLAN."};
-constexpr doc::Field kIntfVlanDynamicLimit{.name = "limit",
+    .name = kLimit, .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kVlanOperationalLimit{.name = kLimit, .text = "The dynamic address limit in force on the VLAN."};
+constexpr doc::Field kIntfVlanDynamicLimit{.name = kLimit,
                                            .text = "How many dynamic addresses the port may learn on the VLAN.",
                                            .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kLockedVlanId{.name = "vlanId", .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
+constexpr doc::Field kLockedVlanId{.name = kVlanId.name, .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
 constexpr doc::Field kVlanMode{
-    .name = "mode", .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
-constexpr doc::Field kStatsResetSeconds{.name = "value",
+    .name = kMode.name, .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
+constexpr doc::Field kStatsResetSeconds{.name = kValue.name,
                                         .text = "Seconds since the port's EEE statistics were cleared."};
-constexpr doc::Field kLastChange{.name = "value",
+constexpr doc::Field kLastChange{.name = kValue.name,
                                  .text = "When the interface last changed state, as the switch stamps that change, "
                                          "passed through unchanged."};
-constexpr doc::Field kLpiEntries{.name = "count",
+constexpr doc::Field kLpiEntries{.name = kCount,
                                   .text = "How many times the port entered low-power idle, since its EEE statistics "
                                           "were last cleared."};
-constexpr doc::Field kAddressCount{.name = "count", .text = "How many locked addresses of the kind the route names."};
-constexpr doc::Field kMacAddrSize{.name = "size", .text = "The size of a MAC address in bytes."};
-constexpr doc::Field kDescrSize{.name = "size", .text = "The longest description, in characters."};
+constexpr doc::Field kAddressCount{.name = kCount, .text = "How many locked addresses of the kind the route names."};
+constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address in bytes."};
+constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description, in characters."};
 
 constexpr RouteRow kRoutes[] = {
     // Green Ethernet, first block.

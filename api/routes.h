@@ -7,6 +7,18 @@
 #include "api/route_kit.h"
 #include "frame/route_table.h"
 
+// The directories the routes sit in.
+inline constexpr char kRoot[] = "/api/v2/interfaces";
+inline constexpr char kIf[] = "/api/v2/interfaces/if";
+inline constexpr char kIfCounters[] = "/api/v2/interfaces/if/counters";
+inline constexpr char kIfAllCounters[] = "/api/v2/interfaces/if/all-counters";
+inline constexpr char kGreen[] = "/api/v2/interfaces/green-ethernet";
+inline constexpr char kEee[] = "/api/v2/interfaces/green-ethernet-eee-api";
+inline constexpr char kPowerEstimates[] = "/api/v2/interfaces/green-pwr-estimates";
+inline constexpr char kPowerHistory[] = "/api/v2/interfaces/green-pwr-sav-history";
+inline constexpr char kPml[] = "/api/v2/interfaces/pml";
+inline constexpr char kApp[] = "/api/v2/interfaces/interface-app";
+
 // What a table row's handler reads and answers, for route-dump.
 struct RouteDoc {
   doc::Shape shape;

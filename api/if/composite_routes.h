@@ -25,15 +25,6 @@ constexpr doc::HandDoc portRead(const char *summary, doc::Fields fields) {
 }
 
 namespace port_doc {
-inline constexpr doc::Field kAdminState{.name = "admin-state",
-                                        .text = "\"up\" when the port is administratively enabled, else \"down\".",
-                                        .type = doc::Type::Text,
-                                        .texts = &kIfUpDown};
-inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
-                                           .text = "\"enable\" when the port negotiates speed and duplex, else "
-                                                   "\"disable\".",
-                                           .type = doc::Type::Text,
-                                           .texts = &kIfAutoNegotiate};
 inline constexpr doc::Field kAdminStateFields[] = {kAdminState};
 inline constexpr doc::Field kAutoNegFields[] = {kAutoNegotiate};
 inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed, kOperationalSpeed, kSpeedMode, kConfiguredDuplex,

@@ -41,7 +41,7 @@ inline constexpr doc::Field kCounterFields[] = {kInterface,     kBytesReceived, 
 
 // The status summary does not ask the switch for these: a client reads them through the single-attribute routes.
 inline constexpr doc::Field kFixedAdminState{
-    .name = "admin-state",
+    .name = kAdminState.name,
     .text = "Always \"down\", whatever the port's state: GET if/admin-state reads it.",
     .type = doc::Type::Text,
     .words = "down"};
@@ -51,7 +51,7 @@ inline constexpr doc::Field kFixedLinkState{
     .type = doc::Type::Text,
     .words = "down"};
 inline constexpr doc::Field kFixedAutoNegotiate{
-    .name = "auto-negotiate",
+    .name = kAutoNegotiate.name,
     .text = "Always \"enable\", whatever the port's setting: GET if/auto-neg reads it.",
     .type = doc::Type::Text,
     .words = "enable"};

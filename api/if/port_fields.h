@@ -16,7 +16,17 @@
 // The page's keys, as the handlers write them and the API description
 // shows them.
 namespace port_doc {
-inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number the object describes."};
+inline constexpr doc::Field kInterface{.name = fields::kInterface.name,
+                                      .text = "The interface number the object describes."};
+inline constexpr doc::Field kAdminState{.name = "admin-state",
+                                        .text = "\"up\" when the port is administratively enabled, else \"down\".",
+                                        .type = doc::Type::Text,
+                                        .texts = &kIfUpDown};
+inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
+                                           .text = "\"enable\" when the port negotiates speed and duplex, else "
+                                                   "\"disable\".",
+                                           .type = doc::Type::Text,
+                                           .texts = &kIfAutoNegotiate};
 inline constexpr doc::Field kConfiguredSpeed{
     .name = "configured-speed",
     .text = "Always \"unknown\": the configured speed is \"speed-mode\".",

@@ -12,10 +12,11 @@
 
 namespace fields {
 
-// Which interface, VLAN or unit.
-inline constexpr doc::Field kIfNum{.name = "ifNum", .text = "The interface number, as the walks give it."};
-inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = "The interface number, as the walks give it."};
-inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number, as the walks give it."};
+// Which interface, VLAN or unit. Three keys, one meaning.
+inline constexpr char kInterfaceNumber[] = "The interface number, as the walks give it.";
+inline constexpr doc::Field kIfNum{.name = "ifNum", .text = kInterfaceNumber};
+inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = kInterfaceNumber};
+inline constexpr doc::Field kInterface{.name = "interface", .text = kInterfaceNumber};
 inline constexpr doc::Field kPrevIfNum{.name = "prevIfNum",
                                        .text = "The interface number the walk continues after; 0 starts at the first."};
 inline constexpr doc::Field kNextIfNum{

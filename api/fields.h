@@ -100,14 +100,16 @@ inline constexpr doc::Field kPortCapability{.name = "portCapability",
 inline constexpr doc::Field kReason{
     .name = "reason",
     .text =
-        "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled."};
+        "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled.",
+    .reasons = facts::kDisableReasons};
 inline constexpr doc::Field kOprReason{.name = "reason",
                                        .text =
                                            "Why the feature is or is not operating on the port, by the switch's "
                                            "name: the port is administratively down, a fibre port, its link is "
                                            "up or down, its cable is long, short or of unknown length, it senses "
                                            "no energy, the feature is forced, the link is not 1 Gbit/s, or the "
-                                           "port is not attached."};
+                                           "port is not attached; \"greenethr_invalid_val\" for a reason the "
+                                           "switch numbers otherwise."};
 inline constexpr doc::Field kReasonStr{
     .name = "reasonStr",
     .text = "Why the feature is or is not operating, as the switch words it (for example \"Long Cable\")."};

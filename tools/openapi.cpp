@@ -576,6 +576,11 @@ void leadWith(cJSON *schema, const doc::Field &f) {
     text += std::string(&b == f.bits.data() ? " Bits: " : ", ") + bit + " " + b.meaning;
   }
   if (!f.bits.empty()) text += "; no other bit is set.";
+  for (const facts::DisableReason &r : f.reasons) {
+    text += std::string(&r == f.reasons.data() ? " Reasons: \"" : ", \"") + r.api + "\"";
+    if (r.meaning) text += std::string(" ") + r.meaning;
+  }
+  if (!f.reasons.empty()) text += ".";
   if (text.empty()) return;
   const cJSON *old = cJSON_GetObjectItem(schema, "description");
   std::string all = old ? text + " " + old->valuestring : text;

@@ -79,7 +79,8 @@ inline constexpr doc::Field kFecOper{
 inline constexpr doc::Field kConfigLanes{
     .name = "expandable-config-mode",
     .text = "The configured lane mode: how many lanes of which speed the port runs as (\"4x100G\": four lanes of "
-            "100 Gbit/s); null when the port is not split.",
+            "100 Gbit/s); null when the port is not split or the switch does not answer, \"none\" for a mode the "
+            "switch numbers otherwise.",
     .type = doc::Type::Text,
     .texts = &kIfLaneMode};
 inline constexpr doc::Field kOperLanes{

@@ -64,13 +64,19 @@ constexpr doc::Field kAddressCount{.name = kCount, .text = "How many locked addr
 constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address in bytes."};
 constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description, in characters."};
 
+// What the notes of several rows say.
+constexpr char kSwitchWide[] = "Reads or sets no interface: one value for the whole switch.";
+constexpr char kWalkEnds[] = "The walk ends when the reply carries a non-zero code.";
+constexpr char kWalkFromZero[] =
+    "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.";
+
 constexpr RouteRow kRoutes[] = {
     // Green Ethernet, first block.
     ROUTE(kGreen, METHOD_GET, "valid-intf-first", "Finds the first port that supports green Ethernet",
           Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out(kIntIfNum)>),
     NOTED_ROUTE(kGreen, METHOD_GET, "valid-intf-next",
                 "Finds the next port after the given one that supports green Ethernet",
-                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                kWalkFromZero,
                 Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
     ROUTE(kGreen, METHOD_POST, "is-valid-intf-type", "Asks whether a port's type supports green Ethernet",
           Check<"greenEthernet", rpcclt_openapiGreenEthrIsValidIntfType, scan(kIntIfNum), out(kValid, kTrue)>),
@@ -86,7 +92,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfFirstGet, out(kIntIfNum)>),
     NOTED_ROUTE(kEee, METHOD_GET, "valid-intf-next",
                 "Finds the next port after the given one that supports Energy Efficient Ethernet",
-                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                kWalkFromZero,
                 Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan(kPrevIfNum),
                      out(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "admin-mode", "Reads whether Energy Efficient Ethernet is enabled on one port",
@@ -105,20 +111,20 @@ constexpr RouteRow kRoutes[] = {
     // Switch-wide values despite "intf" in their names.
     NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
                 "Sets the interval between samples of the EEE low-power-idle history",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body(kSampleInterval)>),
     NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval",
                 "Reads the interval between samples of the EEE low-power-idle history",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
                      out(kSampleInterval)>),
     NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples",
                 "Sets how many samples the EEE low-power-idle history keeps, for all ports",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body(kMaxSamples)>),
     NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
                 "Reads how many samples the EEE low-power-idle history keeps, for all ports",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out(kMaxSamples)>),
     HANDLER(kPowerHistory, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
@@ -268,7 +274,7 @@ constexpr RouteRow kRoutes[] = {
     // Port expansion and FEC.
     NOTED_ROUTE(kIf, METHOD_GET, "intf-expandable-port-next",
                 "Finds the next expandable port after the given one",
-                "The walk ends when the reply carries a non-zero code.",
+                kWalkEnds,
                 Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan(kPrevIfNum), out(kNextIfNum)>),
     HANDLER(kIf, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet,
             kExpandModeSupportedDoc),
@@ -470,7 +476,7 @@ constexpr RouteRow kRoutes[] = {
     // MAC locking, per interface and VLAN, address entries.
     NOTED_ROUTE(kPml, METHOD_GET, "next-valid-intf",
                 "Finds the next port after the given one that supports MAC locking",
-                "The walk ends when the reply carries a non-zero code.",
+                kWalkEnds,
                 Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan(kIfNum), out(kNextIfNum)>),
     // A check that replies like a read although registered as POST.
     ROUTE(kPml, METHOD_POST, "intf-is-valid", "Asks whether one port supports MAC locking",

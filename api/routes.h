@@ -64,7 +64,7 @@ struct RouteRow {
 #define ROUTE(path, method, name, summary, ...) \
   {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", nullptr}
 #define NOTED_ROUTE(path, method, name, summary, note, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", note ""}
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", note}
 #define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false, nullptr, nullptr}
 #define SHADOWED_ROUTE(path, method, name, summary, ...) \
   {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true, summary "", nullptr}

@@ -62,8 +62,10 @@ inline constexpr doc::Field kMaskOffset{.name = "maskOffset",
                                         .text = "The interface's bit position in the switch's configuration masks."};
 inline constexpr doc::Field kIfMacAddr{
     .name = "mac_addr", .text = "The interface's MAC address, as six colon-separated hexadecimal bytes."};
-inline constexpr doc::Field kDescrip{.name = "descrip",
-                                     .text = "The interface's description; its first 255 bytes are kept."};
+// The switch hands a description over in 256 bytes, its terminating zero
+// included: a longer one is cut to 255.
+inline constexpr uint32_t kDescrBuffer = 256;
+inline constexpr doc::Field kDescrip{.name = "descrip", .text = "The interface's description."};
 inline constexpr doc::Field kDeletePending{.name = "delete_pending",
                                            .text = "1 when the interface is about to be removed, else 0."};
 inline constexpr doc::Field kSpeed{

@@ -163,7 +163,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_GET, "descr-size", "Reads the longest description an interface may have",
           Read<"if", rpcclt_openapiIfDescrSizeGet, scan(kIfNum), out(kDescrSize)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "descr", "Reads the description of one interface",
-          Read<"if", rpcclt_openapiIfDescrGet, scan(kIfNum), outText(kDescrip, 256)>),
+          Read<"if", rpcclt_openapiIfDescrGet, scan(kIfNum), outText(kDescrip, kDescrBuffer)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "status", "Reads the status of one interface",
           Read<"if", rpcclt_openapiIfStatusGet, scan(kIfNum), out(kIfStatus, kIfAttach)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "num", "Reads the interface number behind an interface name",
@@ -269,7 +269,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_PUT, "link-trap", "Turns link up/down traps on or off for one interface",
           Set<rpcclt_openapiIfLinkTrapSet, scan(kIfNum), bodyIs(kLinkTrap, "enable", kMode)>),
     ROUTE(kIf, METHOD_PUT, "descr", "Sets the description of one interface",
-          Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, 255)>),
+          Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, kDescrBuffer - 1)>),
 
     // Port expansion and FEC.
     NOTED_ROUTE(kIf, METHOD_GET, "intf-expandable-port-next",

@@ -154,10 +154,15 @@ inline constexpr doc::Field kIfStatus{
 inline constexpr doc::Field kValue{
     .name = "value",
     .text = "The counter: octets or packets since the port's counters were last cleared, in 32 bits that wrap to 0."};
+// The two halves of one duration, which the API never joins.
 inline constexpr doc::Field kHigh{.name = "high",
-                                  .text = "The upper 32 bits of the time spent in low-power idle, in microseconds."};
+                                  .text = "The upper 32 bits of the time the port's transmitter (tx-duration) or "
+                                          "receiver (rx-duration) spent in low-power idle, in the switch's unit, "
+                                          "passed through unchanged."};
 inline constexpr doc::Field kLow{.name = "low",
-                                 .text = "The lower 32 bits of the time spent in low-power idle, in microseconds."};
+                                 .text = "The lower 32 bits of the time the port's transmitter (tx-duration) or "
+                                         "receiver (rx-duration) spent in low-power idle, in the switch's unit, "
+                                         "passed through unchanged."};
 
 // Cable test.
 inline constexpr doc::Field kCableTestStatus{

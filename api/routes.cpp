@@ -58,8 +58,9 @@ constexpr doc::Field kLastChange{.name = kValue.name,
                                  .text = "When the interface last changed state, as the switch stamps that change, "
                                          "passed through unchanged."};
 constexpr doc::Field kLpiEntries{.name = kCount,
-                                  .text = "How many times the port entered low-power idle, since its EEE statistics "
-                                          "were last cleared."};
+                                  .text = "How many times the port's transmitter (tx-events) or receiver "
+                                          "(rx-events) entered low-power idle, since its EEE statistics were last "
+                                          "cleared."};
 constexpr doc::Field kAddressCount{.name = kCount, .text = "How many locked addresses of the kind the route names."};
 constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address in bytes."};
 constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description, in characters."};

@@ -27,6 +27,7 @@ struct RouteDoc {
   size_t argCount;
   uint32_t code;  // Shape::Fixed: the one code it answers
   bool gated;     // asks first whether the port has a colour LED (17002 when not)
+  bool gatedOnFirst = false;  // asks it of interface 1, whatever the request names
 };
 
 template <class H>
@@ -34,6 +35,7 @@ constexpr RouteDoc describe() {
   if constexpr (requires { typename H::Gated; }) {
     RouteDoc d = describe<typename H::Gated>();
     d.gated = true;
+    d.gatedOnFirst = H::kAsksFirstPort;
     return d;
   } else if constexpr (requires { H::args; }) {
     return {H::Reply::shape, H::group, H::args, std::size(H::args), 0, false};

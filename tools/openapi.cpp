@@ -686,7 +686,9 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
   if (r.note) note = std::string(r.note) + " " + note;
-  if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  if (r.doc && r.doc->gated)
+    note += r.doc->gatedOnFirst ? " Answers 17002 when interface 1 has no colour LED, whichever unit is named."
+                                : " Answers 17002 when the port has no colour LED.";
   if (r.doc && r.doc->shape == doc::Shape::Fixed)
     note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
   note += kNotesPointer;

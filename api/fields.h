@@ -12,10 +12,11 @@
 
 namespace fields {
 
-// Which interface, VLAN or unit.
-inline constexpr doc::Field kIfNum{.name = "ifNum", .text = "The interface number, as the walks give it."};
-inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = "The interface number, as the walks give it."};
-inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number, as the walks give it."};
+// Which interface, VLAN or unit. Three keys, one meaning.
+inline constexpr char kInterfaceNumber[] = "The interface number, as the walks give it.";
+inline constexpr doc::Field kIfNum{.name = "ifNum", .text = kInterfaceNumber};
+inline constexpr doc::Field kIntIfNum{.name = "intIfNum", .text = kInterfaceNumber};
+inline constexpr doc::Field kInterface{.name = "interface", .text = kInterfaceNumber};
 inline constexpr doc::Field kPrevIfNum{.name = "prevIfNum",
                                        .text = "The interface number the walk continues after; 0 starts at the first."};
 inline constexpr doc::Field kNextIfNum{
@@ -28,8 +29,14 @@ inline constexpr doc::Field kInterfaceType{
     .text =
         "The interface type, by its number: 0 physical port, 1 CPU port, 2 LAG, 3 routing VLAN interface, 4 loopback, "
         "5 tunnel, 6 service port, 8 any type."};
-inline constexpr doc::Field kIntf{.name = "intf",
-                                  .text = "The interface name, as the port list shows it (for example 0/5)."};
+// The same key in a reply, where the type comes by its name.
+inline constexpr doc::Field kInterfaceTypeName{
+    .name = kInterfaceType.name,
+    .text =
+        "The interface type, by its name: \"phy\" physical port, \"cpu\" CPU port, \"lag\" LAG, \"vlan\" routing "
+        "VLAN interface, \"loopback\", \"tunnel\", \"service_port\", \"any\"; \"other\" for a type the switch "
+        "numbers otherwise."};
+inline constexpr doc::Field kIntf{.name = "intf", .text = "The interface number whose name to read."};
 inline constexpr doc::Field kIntfName{.name = "intfName", .text = "The interface name, as the port list shows it."};
 inline constexpr doc::Field kVlanId{.name = "vlanId", .text = "The VLAN ID."};
 inline constexpr doc::Field kNextVlanId{.name = "nextVlanId", .text = "The VLAN ID of the next entry."};
@@ -48,15 +55,17 @@ inline constexpr doc::Field kVal{
         "feature (D-Disable), \"port_disable\" does not forward (link down or disabled)."};
 inline constexpr doc::Field kIntfActiveState{
     .name = "intfActiveState",
-    .text = "1 when the interface is active (its link is up and it forwards traffic), 0 when it is not."};
+    .text = "1 when the interface is active (its link is up), 0 when it is not."};
 inline constexpr doc::Field kIfIndex{.name = "ifIndex",
                                      .text = "The interface's index in the SNMP interface table (ifIndex)."};
 inline constexpr doc::Field kMaskOffset{.name = "maskOffset",
                                         .text = "The interface's bit position in the switch's configuration masks."};
 inline constexpr doc::Field kIfMacAddr{
     .name = "mac_addr", .text = "The interface's MAC address, as six colon-separated hexadecimal bytes."};
-inline constexpr doc::Field kDescrip{.name = "descrip",
-                                     .text = "The interface's description; up to 255 characters are kept."};
+// The switch hands a description over in 256 bytes, its terminating zero
+// included: a longer one is cut to 255.
+inline constexpr uint32_t kDescrBuffer = 256;
+inline constexpr doc::Field kDescrip{.name = "descrip", .text = "The interface's description."};
 inline constexpr doc::Field kDeletePending{.name = "delete_pending",
                                            .text = "1 when the interface is about to be removed, else 0."};
 inline constexpr doc::Field kSpeed{
@@ -93,14 +102,16 @@ inline constexpr doc::Field kPortCapability{.name = "portCapability",
 inline constexpr doc::Field kReason{
     .name = "reason",
     .text =
-        "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled."};
+        "Why the port is disabled: the D-Disable cause or other reason, or \"none\" when the port is not disabled.",
+    .reasons = facts::kDisableReasons};
 inline constexpr doc::Field kOprReason{.name = "reason",
                                        .text =
                                            "Why the feature is or is not operating on the port, by the switch's "
                                            "name: the port is administratively down, a fibre port, its link is "
                                            "up or down, its cable is long, short or of unknown length, it senses "
                                            "no energy, the feature is forced, the link is not 1 Gbit/s, or the "
-                                           "port is not attached."};
+                                           "port is not attached; \"greenethr_invalid_val\" for a reason the "
+                                           "switch numbers otherwise."};
 inline constexpr doc::Field kReasonStr{
     .name = "reasonStr",
     .text = "Why the feature is or is not operating, as the switch words it (for example \"Long Cable\")."};
@@ -143,10 +154,15 @@ inline constexpr doc::Field kIfStatus{
 inline constexpr doc::Field kValue{
     .name = "value",
     .text = "The counter: octets or packets since the port's counters were last cleared, in 32 bits that wrap to 0."};
+// The two halves of one duration, which the API never joins.
 inline constexpr doc::Field kHigh{.name = "high",
-                                  .text = "The upper 32 bits of the time spent in low-power idle, in microseconds."};
+                                  .text = "The upper 32 bits of the time the port's transmitter (tx-duration) or "
+                                          "receiver (rx-duration) spent in low-power idle, in the switch's unit, "
+                                          "passed through unchanged."};
 inline constexpr doc::Field kLow{.name = "low",
-                                 .text = "The lower 32 bits of the time spent in low-power idle, in microseconds."};
+                                 .text = "The lower 32 bits of the time the port's transmitter (tx-duration) or "
+                                         "receiver (rx-duration) spent in low-power idle, in the switch's unit, "
+                                         "passed through unchanged."};
 
 // Cable test.
 inline constexpr doc::Field kCableTestStatus{
@@ -158,16 +174,20 @@ inline constexpr doc::Field kLengthKnown{
     .name = "lengthKnown", .text = "1 when the cable test could estimate the cable's length, 0 when it could not."};
 inline constexpr doc::Field kShortestLength{
     .name = "shortestLength",
-    .text = "The shortest estimate of the cable's length, in metres; 0 when the length is not known."};
+    .text = "The shortest estimate of the cable's length, in the cable test's unit, passed through unchanged; 0 "
+            "when the length is not known."};
 inline constexpr doc::Field kLongestLength{
     .name = "longestLength",
-    .text = "The longest estimate of the cable's length, in metres; 0 when the length is not known."};
+    .text = "The longest estimate of the cable's length, in the cable test's unit, passed through unchanged; 0 "
+            "when the length is not known."};
 inline constexpr doc::Field kCableFailureLength{
     .name = "cableFailureLength",
-    .text = "How far along the cable the fault (open or short) lies, in metres; 0 when the cable has none."};
+    .text = "How far along the cable the fault (open or short) lies, in the cable test's unit, passed through "
+            "unchanged; 0 when the cable has none."};
 
 // Interface application and LEDs.
-inline constexpr doc::Field kTimeRange{.name = "timeRange", .text = "The name of the time range; up to 31 characters."};
+inline constexpr doc::Field kTimeRange{
+    .name = "timeRange", .text = "The name of the time range; the switch refuses a name longer than it keeps."};
 inline constexpr doc::Field kIsRGBLedColorSupported{.name = "isRGBLedColorSupported",
                                                     .text = "\"true\" when the port has a colour LED, else \"false\"."};
 inline constexpr doc::Field kColor{
@@ -175,7 +195,9 @@ inline constexpr doc::Field kColor{
     .text = "The LED colour: 0 off, 1 red, 2 green, 3 blue, 4 yellow, 5 cyan, 6 magenta, 7 white.",
     .range = &facts::kLedColour};
 inline constexpr doc::Field kBrightness{
-    .name = "brightness", .text = "The LED brightness, in percent.", .range = &facts::kLedBrightness};
+    .name = "brightness",
+    .text = "The LED brightness, as the switch numbers it, passed through unchanged.",
+    .range = &facts::kLedBrightness};
 
 // Green Ethernet and EEE.
 inline constexpr doc::Field kMode{.name = "mode", .text = "Whether the feature is on, in the texts the route lists."};
@@ -191,14 +213,16 @@ inline constexpr doc::Field kReady{
     .name = "ready", .text = "\"true\" when the data link layer is ready for EEE timing negotiation, else \"false\"."};
 inline constexpr doc::Field kEeeTxIdleTime{
     .name = "eeeTxIdleTime",
-    .text = "How long the transmitter stays idle before the port enters low-power idle, in microseconds."};
+    .text = "How long the transmitter stays idle before the port enters low-power idle, in the switch's unit, "
+            "passed through unchanged."};
 inline constexpr doc::Field kEeeTxWakeTime{.name = "eeeTxWakeTime", .text = "The transmit wake time, in microseconds."};
 inline constexpr doc::Field kDays{.name = "days", .text = "Whole days."};
 inline constexpr doc::Field kHours{.name = "hours", .text = "Hours past the whole days."};
 inline constexpr doc::Field kMinutes{.name = "minutes", .text = "Minutes past the whole hours."};
 inline constexpr doc::Field kSeconds{.name = "seconds", .text = "Seconds past the whole minutes."};
-inline constexpr doc::Field kLpiTotalTime{.name = "lpiTotalTime",
-                                          .text = "The total time all ports spent in low-power idle, in seconds."};
+inline constexpr doc::Field kLpiTotalTime{
+    .name = "lpiTotalTime",
+    .text = "The total time all ports spent in low-power idle, in the switch's unit, passed through unchanged."};
 inline constexpr doc::Field kTxTwsys{.name = "txTwsys",
                                      .text = "The local transmit wake time (Tw_sys_tx), in microseconds."};
 inline constexpr doc::Field kRxTwsys{.name = "rxTwsys",
@@ -236,15 +260,16 @@ inline constexpr doc::Field kRxDllReady{.name = "rxDllReady",
                                         .text = "1 when the receive data link layer is ready, else 0."};
 inline constexpr doc::Field kFeatureString{.name = "featureString",
                                            .text = "The green Ethernet features the switch supports, as text."};
-inline constexpr doc::Field kPwrConsumption{.name = "pwrConsumption",
-                                            .text = "The estimated power use, in milliwatts."};
+inline constexpr doc::Field kPwrConsumption{
+    .name = "pwrConsumption", .text = "The estimated power use, in the switch's unit, passed through unchanged."};
 inline constexpr doc::Field kPwrSaving{
     .name = "pwrSaving",
-    .text =
-        "The estimated power saving, in milliwatts for a current figure and in milliwatt-hours for a cumulative one."};
+    .text = "The estimated power saving, current or cumulative as the route says, in the switch's unit, passed "
+            "through unchanged."};
 inline constexpr doc::Field kSampleInterval{
     .name = "sampleInterval",
-    .text = "The interval between history samples, in minutes; one value for the whole switch.",
+    .text = "The interval between history samples, in the switch's unit, passed through unchanged; one value for "
+            "the whole switch.",
     .range = &facts::kLpiSampleInterval};
 inline constexpr doc::Field kMaxSamples{
     .name = "maxSamples",
@@ -264,7 +289,8 @@ inline constexpr doc::Field kIsSticky{.name = "isSticky", .text = "\"true\" when
 inline constexpr doc::Field kIsnextEntrySticky{.name = "isnextEntrySticky",
                                                .text = "\"true\" when the next entry is sticky, else \"false\"."};
 inline constexpr doc::Field kAgeTime{.name = "ageTime",
-                                     .text = "After how many minutes a dynamic locked address ages out.",
+                                     .text = "How long a dynamic locked address stays before it ages out, in the "
+                                             "switch's unit, passed through unchanged.",
                                      .range = &facts::kLockAgeTime};
 inline constexpr doc::Field kMacAddr{
     .name = "macAddr", .text = "A MAC address, as six colon-separated hexadecimal bytes (00:1B:21:3A:4F:92)."};

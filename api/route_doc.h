@@ -37,6 +37,7 @@ struct Field {
   bool optional = false;                       // an input whose absence has a meaning of its own
   const facts::Range *range = nullptr;         // the values the switch takes, from its facts
   std::span<const facts::CapabilityBit> bits = {};  // a bit mask: what each bit means
+  std::span<const facts::DisableReason> reasons = {};  // a disable reason: what each name means
 };
 
 // The reply's group holds one object, one object or a list of every

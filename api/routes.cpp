@@ -26,50 +26,50 @@
 using namespace kit;
 using namespace fields;
 
-// The directories the routes sit in.
-constexpr char kRoot[] = "/api/v2/interfaces";
-constexpr char kIf[] = "/api/v2/interfaces/if";
-constexpr char kIfCounters[] = "/api/v2/interfaces/if/counters";
-constexpr char kIfAllCounters[] = "/api/v2/interfaces/if/all-counters";
-constexpr char kGreen[] = "/api/v2/interfaces/green-ethernet";
-constexpr char kEee[] = "/api/v2/interfaces/green-ethernet-eee-api";
-constexpr char kPowerEstimates[] = "/api/v2/interfaces/green-pwr-estimates";
-constexpr char kPowerHistory[] = "/api/v2/interfaces/green-pwr-sav-history";
-constexpr char kPml[] = "/api/v2/interfaces/pml";
-constexpr char kApp[] = "/api/v2/interfaces/interface-app";
-
 // Keys that mean something of their own on the rows that use them.
+// The keys several of them share: every limit (and the static count) answers
+// under "limit", every count under "count", every size under "size".
+constexpr char kLimit[] = "limit";
+constexpr char kCount[] = "count";
+constexpr char kSize[] = "size";
 constexpr doc::Field kTrapInterval{.name = "interval",
-                                   .text = "The shortest time between violation traps, in seconds.",
+                                   .text = "The shortest time between violation traps, in the switch's unit, "
+                                           "passed through unchanged.",
                                    .range = &facts::kLockTrapInterval};
 constexpr doc::Field kDynamicLimit{
-    .name = "limit", .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kDynamicMaxLimit{.name = "limit", .text = "The highest dynamic address limit the port accepts."};
+    .name = kLimit, .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kDynamicMaxLimit{.name = kLimit, .text = "The highest dynamic address limit the port accepts."};
 constexpr doc::Field kStaticLimit{
-    .name = "limit", .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
-constexpr doc::Field kStaticMaxLimit{.name = "limit", .text = "The highest static address limit the port accepts."};
-constexpr doc::Field kStaticCount{.name = "limit", .text = "How many static addresses are locked to the port."};
+    .name = kLimit, .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
+constexpr doc::Field kStaticMaxLimit{.name = kLimit, .text = "The highest static address limit the port accepts."};
+constexpr doc::Field kStaticCount{.name = kLimit, .text = "How many static addresses are locked to the port."};
 constexpr doc::Field kVlanDynamicLimit{
-    .name = "limit", .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kVlanOperationalLimit{.name = "limit", .text = "The dynamic address limit in force on the VLAN."};
-constexpr doc::Field kIntfVlanDynamicLimit{.name = "limit",
+    .name = kLimit, .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kVlanOperationalLimit{.name = kLimit, .text = "The dynamic address limit in force on the VLAN."};
+constexpr doc::Field kIntfVlanDynamicLimit{.name = kLimit,
                                            .text = "How many dynamic addresses the port may learn on the VLAN.",
                                            .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kLockedVlanId{.name = "vlanId", .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
+constexpr doc::Field kLockedVlanId{.name = kVlanId.name, .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
 constexpr doc::Field kVlanMode{
-    .name = "mode", .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
-constexpr doc::Field kStatsResetSeconds{.name = "value",
+    .name = kMode.name, .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
+constexpr doc::Field kStatsResetSeconds{.name = kValue.name,
                                         .text = "Seconds since the port's EEE statistics were cleared."};
-constexpr doc::Field kLastChange{.name = "value",
-                                 .text =
-                                     "The switch's up time, in seconds, when the interface last changed state; 0 when "
-                                     "it has not changed since the switch started."};
-constexpr doc::Field kLpiEntries{.name = "count",
-                                  .text = "How many times the port entered low-power idle, since its EEE statistics "
-                                          "were last cleared."};
-constexpr doc::Field kAddressCount{.name = "count", .text = "How many locked addresses of the kind the route names."};
-constexpr doc::Field kMacAddrSize{.name = "size", .text = "The size of a MAC address in bytes."};
-constexpr doc::Field kDescrSize{.name = "size", .text = "The longest description, in characters."};
+constexpr doc::Field kLastChange{.name = kValue.name,
+                                 .text = "When the interface last changed state, as the switch stamps that change, "
+                                         "passed through unchanged."};
+constexpr doc::Field kLpiEntries{.name = kCount,
+                                  .text = "How many times the port's transmitter (tx-events) or receiver "
+                                          "(rx-events) entered low-power idle, since its EEE statistics were last "
+                                          "cleared."};
+constexpr doc::Field kAddressCount{.name = kCount, .text = "How many locked addresses of the kind the route names."};
+constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address in bytes."};
+constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description, in characters."};
+
+// What the notes of several rows say.
+constexpr char kSwitchWide[] = "Reads or sets no interface: one value for the whole switch.";
+constexpr char kWalkEnds[] = "The walk ends when the reply carries a non-zero code.";
+constexpr char kWalkFromZero[] =
+    "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.";
 
 constexpr RouteRow kRoutes[] = {
     // Green Ethernet, first block.
@@ -77,7 +77,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfFirstGet, out(kIntIfNum)>),
     NOTED_ROUTE(kGreen, METHOD_GET, "valid-intf-next",
                 "Finds the next port after the given one that supports green Ethernet",
-                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                kWalkFromZero,
                 Read<"greenEthernet", rpcclt_openapiGreenEthrValidIntfNextGet, scan(kPrevIfNum), out(kIntIfNum)>),
     ROUTE(kGreen, METHOD_POST, "is-valid-intf-type", "Asks whether a port's type supports green Ethernet",
           Check<"greenEthernet", rpcclt_openapiGreenEthrIsValidIntfType, scan(kIntIfNum), out(kValid, kTrue)>),
@@ -93,7 +93,7 @@ constexpr RouteRow kRoutes[] = {
           Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfFirstGet, out(kIntIfNum)>),
     NOTED_ROUTE(kEee, METHOD_GET, "valid-intf-next",
                 "Finds the next port after the given one that supports Energy Efficient Ethernet",
-                "prevIfNum 0 starts at the first port; the walk ends when the reply carries a non-zero code.",
+                kWalkFromZero,
                 Read<"greenEthernetEeeApi", rpcclt_openapiGreenEthrEeeValidIntfNextGet, scan(kPrevIfNum),
                      out(kIntIfNum)>),
     ROUTE(kEee, METHOD_GET, "admin-mode", "Reads whether Energy Efficient Ethernet is enabled on one port",
@@ -112,20 +112,20 @@ constexpr RouteRow kRoutes[] = {
     // Switch-wide values despite "intf" in their names.
     NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-sample-interval",
                 "Sets the interval between samples of the EEE low-power-idle history",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, body(kSampleInterval)>),
     NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-sample-interval",
                 "Reads the interval between samples of the EEE low-power-idle history",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
                      out(kSampleInterval)>),
     NOTED_ROUTE(kPowerHistory, METHOD_PUT, "ethr-eee-lpi-history-intf-max-samples",
                 "Sets how many samples the EEE low-power-idle history keeps, for all ports",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Set<rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, body(kMaxSamples)>),
     NOTED_ROUTE(kPowerHistory, METHOD_GET, "ethr-eee-lpi-history-intf-max-samples",
                 "Reads how many samples the EEE low-power-idle history keeps, for all ports",
-                "Reads or sets no interface: one value for the whole switch.",
+                kSwitchWide,
                 Read<"greenPwrSavHistory", rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, out(kMaxSamples)>),
     HANDLER(kPowerHistory, METHOD_GET, "intf-first-entry", greenHistoryFirstEntry, kHistoryFirstEntryDoc),
 
@@ -143,7 +143,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_GET, "name", "Reads the name of one interface",
           Read<"if", openapiIfNameGet, lookup(kIntf), outText(kIntfName, 256)>),
     ROUTE(kIf, METHOD_GET, "type", "Reads the type of one interface",
-          Read<"if", openapiIfTypeGet, scan(kIfNum), out(kInterfaceType, kIfType)>),
+          Read<"if", openapiIfTypeGet, scan(kIfNum), out(kInterfaceTypeName, kIfType)>),
     // Preset to "down": a call that succeeds without writing reads down.
     ROUTE(kIf, METHOD_GET, "link-state", "Reads the link state of one port",
           Read<"if", openapiIfLinkStateGet, scan(kIfNum), out(kLinkState, kIfLinkState, 1)>),
@@ -164,7 +164,7 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_GET, "descr-size", "Reads the longest description an interface may have",
           Read<"if", rpcclt_openapiIfDescrSizeGet, scan(kIfNum), out(kDescrSize)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "descr", "Reads the description of one interface",
-          Read<"if", rpcclt_openapiIfDescrGet, scan(kIfNum), outText(kDescrip, 256)>),
+          Read<"if", rpcclt_openapiIfDescrGet, scan(kIfNum), outText(kDescrip, kDescrBuffer)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "status", "Reads the status of one interface",
           Read<"if", rpcclt_openapiIfStatusGet, scan(kIfNum), out(kIfStatus, kIfAttach)>),
     SHADOWED_ROUTE(kIf, METHOD_GET, "num", "Reads the interface number behind an interface name",
@@ -270,12 +270,12 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kIf, METHOD_PUT, "link-trap", "Turns link up/down traps on or off for one interface",
           Set<rpcclt_openapiIfLinkTrapSet, scan(kIfNum), bodyIs(kLinkTrap, "enable", kMode)>),
     ROUTE(kIf, METHOD_PUT, "descr", "Sets the description of one interface",
-          Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, 255)>),
+          Set<rpcclt_openapiIfDescrSet, scan(kIfNum), bodyText(kDescrip, kDescrBuffer - 1)>),
 
     // Port expansion and FEC.
     NOTED_ROUTE(kIf, METHOD_GET, "intf-expandable-port-next",
                 "Finds the next expandable port after the given one",
-                "The walk ends when the reply carries a non-zero code.",
+                kWalkEnds,
                 Read<"if", rpcclt_openapiIntfExpandablePortNextGet, scan(kPrevIfNum), out(kNextIfNum)>),
     HANDLER(kIf, METHOD_GET, "intf-expandable-port-mode-supported", ifExpandPortModeSupportedGet,
             kExpandModeSupportedDoc),
@@ -310,10 +310,10 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kApp, METHOD_GET, "time-range", "Reads the time range that applies to one port",
           Read<"interfaceApp", rpcclt_openapiInterfaceAppTimeRangeGet, scan(kIntIfNum), outText(kTimeRange, 256)>),
     HANDLER(kApp, METHOD_PUT, "time-range", interfaceAppTimeRangeSet, kTimeRangeSetDoc),
-    ROUTE(kApp, METHOD_PUT, "rgb-led-color-mode", "Sets the colour mode of one port's LED",
+    ROUTE(kApp, METHOD_PUT, "rgb-led-color-mode", "Turns the colour LED mode of a stack unit on or off",
           LedGated<LedPort::First,
                    Set<rpcclt_openapiInterfaceAppRGBLedColorModeSet, scan(kUnit), bodyIs(kMode, "enable")>>),
-    ROUTE(kApp, METHOD_GET, "rgb-led-color-mode", "Reads the colour mode of one port's LED",
+    ROUTE(kApp, METHOD_GET, "rgb-led-color-mode", "Reads whether the colour LED mode of a stack unit is on",
           LedGated<LedPort::First, Read<"interfaceApp", rpcclt_openapiInterfaceAppRGBLedColorModeGet, scan(kUnit),
                                         out(kMode, kEnable)>>),
     ROUTE(kApp, METHOD_GET, "port-rgb-led-color-support", "Asks whether one port has a colour LED",
@@ -325,10 +325,10 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kApp, METHOD_GET, "port-rgb-led-color", "Reads the colour of one port's LED",
           LedGated<LedPort::FromQuery,
                    Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorGet, scan(kIfNum), out(kColor)>>),
-    ROUTE(kApp, METHOD_PUT, "port-rgb-led-color-brightness", "Sets the colour and brightness of one port's LED",
+    ROUTE(kApp, METHOD_PUT, "port-rgb-led-color-brightness", "Sets the brightness of one port's colour LED",
           LedGated<LedPort::FromQuery,
                    Set<rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet, scan(kIfNum), body(kBrightness)>>),
-    ROUTE(kApp, METHOD_GET, "port-rgb-led-color-brightness", "Reads the colour and brightness of one port's LED",
+    ROUTE(kApp, METHOD_GET, "port-rgb-led-color-brightness", "Reads the brightness of one port's colour LED",
           LedGated<LedPort::FromQuery, Read<"interfaceApp", rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet,
                                             scan(kIfNum), out(kBrightness)>>),
 
@@ -477,7 +477,7 @@ constexpr RouteRow kRoutes[] = {
     // MAC locking, per interface and VLAN, address entries.
     NOTED_ROUTE(kPml, METHOD_GET, "next-valid-intf",
                 "Finds the next port after the given one that supports MAC locking",
-                "The walk ends when the reply carries a non-zero code.",
+                kWalkEnds,
                 Read<"pml", rpcclt_openapiPmlNextValidIntfGet, scan(kIfNum), out(kNextIfNum)>),
     // A check that replies like a read although registered as POST.
     ROUTE(kPml, METHOD_POST, "intf-is-valid", "Asks whether one port supports MAC locking",

@@ -7,6 +7,18 @@
 #include "api/route_kit.h"
 #include "frame/route_table.h"
 
+// The directories the routes sit in.
+inline constexpr char kRoot[] = "/api/v2/interfaces";
+inline constexpr char kIf[] = "/api/v2/interfaces/if";
+inline constexpr char kIfCounters[] = "/api/v2/interfaces/if/counters";
+inline constexpr char kIfAllCounters[] = "/api/v2/interfaces/if/all-counters";
+inline constexpr char kGreen[] = "/api/v2/interfaces/green-ethernet";
+inline constexpr char kEee[] = "/api/v2/interfaces/green-ethernet-eee-api";
+inline constexpr char kPowerEstimates[] = "/api/v2/interfaces/green-pwr-estimates";
+inline constexpr char kPowerHistory[] = "/api/v2/interfaces/green-pwr-sav-history";
+inline constexpr char kPml[] = "/api/v2/interfaces/pml";
+inline constexpr char kApp[] = "/api/v2/interfaces/interface-app";
+
 // What a table row's handler reads and answers, for route-dump.
 struct RouteDoc {
   doc::Shape shape;
@@ -15,6 +27,7 @@ struct RouteDoc {
   size_t argCount;
   uint32_t code;  // Shape::Fixed: the one code it answers
   bool gated;     // asks first whether the port has a colour LED (17002 when not)
+  bool gatedOnFirst = false;  // asks it of interface 1, whatever the request names
 };
 
 template <class H>
@@ -22,6 +35,7 @@ constexpr RouteDoc describe() {
   if constexpr (requires { typename H::Gated; }) {
     RouteDoc d = describe<typename H::Gated>();
     d.gated = true;
+    d.gatedOnFirst = H::kAsksFirstPort;
     return d;
   } else if constexpr (requires { H::args; }) {
     return {H::Reply::shape, H::group, H::args, std::size(H::args), 0, false};
@@ -52,7 +66,7 @@ struct RouteRow {
 #define ROUTE(path, method, name, summary, ...) \
   {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", nullptr}
 #define NOTED_ROUTE(path, method, name, summary, note, ...) \
-  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", note ""}
+  {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, false, summary "", note}
 #define HANDLER(path, method, name, fn, hand) {path, method, name, fn, nullptr, &hand, false, nullptr, nullptr}
 #define SHADOWED_ROUTE(path, method, name, summary, ...) \
   {path, method, name, &__VA_ARGS__::handle, &kDocOf<__VA_ARGS__>, nullptr, true, summary "", nullptr}

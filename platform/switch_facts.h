@@ -14,26 +14,27 @@ namespace facts {
 struct DisableReason {
   uint32_t value;
   const char *api;
+  const char *meaning;  /* what shut the port, for the API document; null where it is the name alone */
 };
 
 inline constexpr DisableReason kDisableReasons[] = {
-    {2, "udld"},                 /* UDLD found the link one-way */
-    {3, "stp"},                  /* spanning tree */
-    {4, "bpduguard"},            /* a BPDU arrived on a BPDU-guarded edge port */
-    {5, "bpdustorm"},            /* BPDUs above their rate limit */
-    {6, "dhcpsnooping"},         /* DHCP packets above their rate limit */
-    {7, "arpinspection"},        /* ARP packets above their rate limit */
-    {8, "stormcontrol_bcast"},   /* broadcast storm control */
-    {9, "stormcontrol_mcast"},   /* multicast storm control */
-    {10, "stormcontrol_ucast"},  /* unicast storm control */
-    {11, "xceiver"},             /* the transceiver */
-    {12, "xceiverplus"},
-    {13, "loopprotect"},         /* loop protection saw a loop */
-    {14, "pml"},                 /* a port MAC locking violation */
-    {15, "dos"},                 /* denial-of-service protection */
-    {16, "link_flap"},           /* the link went up and down too often */
-    {17, "authmgr_auth_violation"}, /* port authentication */
-    {18, "coa"},                 /* a change of authorization */
+    {2, "udld", "UDLD found the link one-way"},
+    {3, "stp", "spanning tree"},
+    {4, "bpduguard", "a BPDU arrived on a BPDU-guarded edge port"},
+    {5, "bpdustorm", "BPDUs above their rate limit"},
+    {6, "dhcpsnooping", "DHCP packets above their rate limit"},
+    {7, "arpinspection", "ARP packets above their rate limit"},
+    {8, "stormcontrol_bcast", "broadcast storm control"},
+    {9, "stormcontrol_mcast", "multicast storm control"},
+    {10, "stormcontrol_ucast", "unicast storm control"},
+    {11, "xceiver", "the transceiver"},
+    {12, "xceiverplus", nullptr},
+    {13, "loopprotect", "loop protection saw a loop"},
+    {14, "pml", "a port MAC locking violation"},
+    {15, "dos", "denial-of-service protection"},
+    {16, "link_flap", "the link went up and down too often"},
+    {17, "authmgr_auth_violation", "a port authentication violation"},
+    {18, "coa", "a change of authorization"},
 };
 
 /* A cause of D-Disable auto-recovery: the name the API and its pages use, the
@@ -79,10 +80,10 @@ inline constexpr Range kLockStaticLimit{0, 64};             /* addresses */
 inline constexpr Range kLockVlan{1, 4093};                  /* VLAN IDs a locked address may carry */
 inline constexpr Range kLockVlanMode{0, 1};                 /* off, on */
 inline constexpr Range kStreamId{1, 2047};                  /* 802.1Qci stream IDs */
-inline constexpr Range kLpiSampleInterval{1, 36000};        /* seconds */
+inline constexpr Range kLpiSampleInterval{1, 36000};        /* the switch's own unit */
 inline constexpr Range kLpiMaxSamples{1, 8192};             /* samples */
 inline constexpr Range kLedColour{0, 7};                    /* off, red, green, blue, yellow, cyan, magenta, white */
-inline constexpr Range kLedBrightness{0, 100};              /* percent */
+inline constexpr Range kLedBrightness{0, 100};              /* the switch's own scale */
 
 /* Every range above, for the checks that hold the API description to them. */
 inline constexpr const Range *kRanges[] = {

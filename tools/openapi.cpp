@@ -10,12 +10,14 @@
 #include <vector>
 
 #include "api/fields.h"
+#include "api/green/green_history.h"
+#include "api/if/ddisable_routes.h"
+#include "api/if/name_lookup.h"
 #include "api/routes.h"
 #include "frame/envelope.h"
 
 namespace {
 
-constexpr char kRoot[] = "/api/v2/interfaces";
 constexpr char kMacPattern[] = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
 // A reply's MAC text is empty where the switch has none to give (no violation yet).
 constexpr char kReplyMacPattern[] = "^([0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5})?$";
@@ -30,50 +32,63 @@ constexpr uint32_t kCodes[] = {CODE_SUCCESS,   CODE_GENERAL_FAILED, CODE_INVALID
                                CODE_OBJECT_EXIST, CODE_NOT_FOUND,   CODE_UNSUPPORTED};
 
 struct Tag {
-  const char *dir;  // the route's path below the API root
+  const char *dir;  // the routes' directory
   const char *name;
   const char *description;  // on the first row of a name
 };
 const Tag kTags[] = {
-    {"/green-ethernet", "green Ethernet",
+    {kGreen, "green Ethernet",
      "Energy detect and short reach per port: the port sleeps while no link partner is seen, and uses less "
      "power on short cables."},
-    {"/green-ethernet-eee-api", "EEE",
+    {kEee, "EEE",
      "Energy-efficient Ethernet (low power idle) per port and for the switch: modes, timers, statistics and "
      "the sampled history of low-power time."},
-    {"/green-pwr-estimates", "power estimates",
+    {kPowerEstimates, "power estimates",
      "The switch's estimates of the power each port and the whole switch use now, and what they saved."},
-    {"/green-pwr-sav-history", "power-saving history",
+    {kPowerHistory, "power-saving history",
      "Samples of the power saved, taken at the configured interval, walked sample by sample."},
-    {"/if", "interfaces",
+    {kIf, "interfaces",
      "The ports: enumeration and identity, link and operational state, speed, duplex, frame sizes, "
      "descriptions, administrative state, port expansion and FEC, D-Disable auto-recovery, and their "
      "traffic counters."},
-    {"/if/counters", "interfaces", nullptr},
-    {"/if/all-counters", "interfaces", nullptr},
-    {"/pml", "MAC locking",
+    {kIfCounters, "interfaces", nullptr},
+    {kIfAllCounters, "interfaces", nullptr},
+    {kPml, "MAC locking",
      "Port MAC locking: which source MAC addresses a port accepts, its limits, the addresses it learned or "
      "was given, the last violation, and stream filters."},
-    {"", "cable", "Cable diagnostics of a copper port: the state and length of each pair."},
-    {"/interface-app", "interface application",
+    {kRoot, "cable", "Cable diagnostics of a copper port: the state and length of each pair."},
+    {kApp, "interface application",
      "Time ranges of a port and its colour LED: mode, colour and brightness."},
 };
 
 struct Example {
-  const char *name;
+  const doc::Field &field;
   const char *text;  // a text example; null for a number
   double number;
 };
 // What "Try it out" and the reply check send: a port, VLAN and MAC address
 // the default simulated switch knows.
 const Example kExamples[] = {
-    {"ifNum", nullptr, 3},       {"intIfNum", nullptr, 3},  {"interface", nullptr, 3},
-    {"intf", nullptr, 3},        {"prevIfNum", nullptr, 2}, {"vlanId", nullptr, 10},
-    {"unit", nullptr, 1},        {"remIndex", nullptr, 1},  {"timestamp", nullptr, 1},
-    {"ifType", nullptr, 0},      {"streamID", nullptr, 5},  {"sampleNo", nullptr, 1},
-    {"curSample", nullptr, 1},   {"interval", nullptr, 300}, {"macAddr", "00:1B:21:3A:4F:92", 0},
-    {"name", "0/3", 0},          {"timeRange", "work", 0},  {"intfName", "0/3", 0},
-    {"mtu_size", nullptr, 1500}, {"maxFrameSize", nullptr, 1518},
+    {fields::kIfNum, nullptr, 3},
+    {fields::kIntIfNum, nullptr, 3},
+    {fields::kInterface, nullptr, 3},
+    {fields::kIntf, nullptr, 3},
+    {fields::kPrevIfNum, nullptr, 2},
+    {fields::kVlanId, nullptr, 10},
+    {fields::kUnit, nullptr, 1},
+    {fields::kRemIndex, nullptr, 1},
+    {fields::kTimestamp, nullptr, 1},
+    {fields::kInterfaceType, nullptr, 0},
+    {fields::kStreamID, nullptr, 5},
+    {history_doc::kSampleNo, nullptr, 1},
+    {history_doc::kCurSample, nullptr, 1},
+    {recovery_doc::kIntervalField, nullptr, 300},
+    {fields::kMacAddr, "00:1B:21:3A:4F:92", 0},
+    {name_doc::kName, "0/3", 0},
+    {fields::kTimeRange, "work", 0},
+    {fields::kIntfName, "0/3", 0},
+    {fields::kMtuSize, nullptr, 1500},
+    {fields::kMaxFrameSize, nullptr, facts::kMaxFrameSize.least},
 };
 
 cJSON *object() { return cJSON_CreateObject(); }
@@ -272,7 +287,7 @@ cJSON *argSchema(const kit::Arg &a) {
     }
     case Kind::BodyText: {
       cJSON *s = textSchema(false);
-      describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " characters.");
+      describe(s, "Longer texts are cut to " + std::to_string(a.longest) + " bytes.");
       return s;
     }
     case Kind::OutText: {
@@ -295,7 +310,7 @@ void addExample(cJSON *to, const char *key, const char *name, cJSON *schema) {
     return;
   }
   for (const Example &e : kExamples) {
-    if (strcmp(e.name, name) != 0) continue;
+    if (strcmp(e.field.name, name) != 0) continue;
     if (e.text) addText(to, key, e.text);
     else cJSON_AddNumberToObject(to, key, e.number);
     return;
@@ -493,9 +508,8 @@ cJSON *replyModel(cJSON *schemas, doc::Shape shape, const char *group, cJSON *da
 }
 
 const char *tagOf(const RouteRow &r) {
-  const char *below = r.path + strlen(kRoot);
   for (const Tag &t : kTags)
-    if (strcmp(t.dir, below) == 0) return t.name;
+    if (strcmp(t.dir, r.path) == 0) return t.name;
   return "interfaces";
 }
 
@@ -562,6 +576,11 @@ void leadWith(cJSON *schema, const doc::Field &f) {
     text += std::string(&b == f.bits.data() ? " Bits: " : ", ") + bit + " " + b.meaning;
   }
   if (!f.bits.empty()) text += "; no other bit is set.";
+  for (const facts::DisableReason &r : f.reasons) {
+    text += std::string(&r == f.reasons.data() ? " Reasons: \"" : ", \"") + r.api + "\"";
+    if (r.meaning) text += std::string(" ") + r.meaning;
+  }
+  if (!f.reasons.empty()) text += ".";
   if (text.empty()) return;
   const cJSON *old = cJSON_GetObjectItem(schema, "description");
   std::string all = old ? text + " " + old->valuestring : text;
@@ -667,7 +686,9 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   addText(op, "x-privilege", writes ? "read-write" : "read-only");
   std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
   if (r.note) note = std::string(r.note) + " " + note;
-  if (r.doc && r.doc->gated) note += " Answers 17002 when the port has no colour LED.";
+  if (r.doc && r.doc->gated)
+    note += r.doc->gatedOnFirst ? " Answers 17002 when interface 1 has no colour LED, whichever unit is named."
+                                : " Answers 17002 when the port has no colour LED.";
   if (r.doc && r.doc->shape == doc::Shape::Fixed)
     note += " Always answers " + std::to_string(r.doc->code) + ": the switch has no such setting.";
   note += kNotesPointer;

@@ -33,7 +33,8 @@ inline constexpr doc::Field kSampleNo{.name = "sampleNo",
                                       .text = "The number of the history record, counted from 1 since the port's "
                                               "history was last cleared."};
 inline constexpr doc::Field kSampleTime{.name = "sampleTime",
-                                        .text = "When the sample was taken, in seconds since 1970-01-01 00:00 UTC."};
+                                        .text = "When the sample was taken, as the switch stamps it, passed "
+                                                "through unchanged."};
 inline constexpr doc::Field kPercentLpiTime{
     .name = "percentLpiTime", .text = "The share of the sample interval the port spent in low-power idle, in percent."};
 inline constexpr doc::Field kPercentLpiTimeTotal{

@@ -25,15 +25,6 @@ constexpr doc::HandDoc portRead(const char *summary, doc::Fields fields) {
 }
 
 namespace port_doc {
-inline constexpr doc::Field kAdminState{.name = "admin-state",
-                                        .text = "\"up\" when the port is administratively enabled, else \"down\".",
-                                        .type = doc::Type::Text,
-                                        .texts = &kIfUpDown};
-inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
-                                           .text = "\"enable\" when the port negotiates speed and duplex, else "
-                                                   "\"disable\".",
-                                           .type = doc::Type::Text,
-                                           .texts = &kIfAutoNegotiate};
 inline constexpr doc::Field kAdminStateFields[] = {kAdminState};
 inline constexpr doc::Field kAutoNegFields[] = {kAutoNegotiate};
 inline constexpr doc::Field kSpeedFields[] = {kConfiguredSpeed, kOperationalSpeed, kSpeedMode, kConfiguredDuplex,
@@ -53,8 +44,8 @@ inline constexpr doc::Field kLaneModeBody[] = {{.name = kConfigLanes.name,
 
 inline constexpr doc::HandDoc kAdminStateDoc = portRead("Reads whether one port is administratively enabled, for the port pages", port_doc::kAdminStateFields);
 inline constexpr doc::HandDoc kAutoNegDoc = portRead("Reads whether auto-negotiation is on on one port, for the port pages", port_doc::kAutoNegFields);
-inline constexpr doc::HandDoc kSpeedDoc = portRead("Reads one port's configured and operational speed and duplex, in Mbit/s", port_doc::kSpeedFields);
-inline constexpr doc::HandDoc kMtuSizeDoc = portRead("Reads one port's MTU, largest frame and Ethernet header size", port_doc::kFrameFields);
+inline constexpr doc::HandDoc kSpeedDoc = portRead("Reads one port's speed setting in Mbit/s; configured-speed and the duplex fields are fixed", port_doc::kSpeedFields);
+inline constexpr doc::HandDoc kMtuSizeDoc = portRead("Reads one port's Ethernet header size; its MTU and largest frame read 0 here", port_doc::kFrameFields);
 inline constexpr doc::HandDoc kDescrDoc = portRead("Reads the description of one port, for the port pages", port_doc::kDescriptionFields);
 inline constexpr doc::HandDoc kSoftShutdownDoc = portRead("Reads whether one port is soft shut down, for the port pages", port_doc::kSoftShutdownFields);
 inline constexpr doc::HandDoc kFecModeDoc = portRead("Reads one port's configured and operational forward error correction", port_doc::kFecFields);

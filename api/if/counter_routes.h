@@ -41,11 +41,20 @@ inline constexpr doc::Field kCounterFields[] = {kInterface,     kBytesReceived, 
 
 // The status summary does not ask the switch for these: a client reads them through the single-attribute routes.
 inline constexpr doc::Field kFixedAdminState{
-    .name = "admin-state", .text = "Always \"down\".", .type = doc::Type::Text, .words = "down"};
+    .name = kAdminState.name,
+    .text = "Always \"down\", whatever the port's state: GET if/admin-state reads it.",
+    .type = doc::Type::Text,
+    .words = "down"};
 inline constexpr doc::Field kFixedLinkState{
-    .name = "link-state", .text = "Always \"down\".", .type = doc::Type::Text, .words = "down"};
+    .name = "link-state",
+    .text = "Always \"down\", whatever the port's state: GET if/link-state reads it.",
+    .type = doc::Type::Text,
+    .words = "down"};
 inline constexpr doc::Field kFixedAutoNegotiate{
-    .name = "auto-negotiate", .text = "Always \"enable\".", .type = doc::Type::Text, .words = "enable"};
+    .name = kAutoNegotiate.name,
+    .text = "Always \"enable\", whatever the port's setting: GET if/auto-neg reads it.",
+    .type = doc::Type::Text,
+    .words = "enable"};
 inline constexpr doc::Field kStatusFields[] = {kInterface,
                                                kFixedAdminState,
                                                kFixedLinkState,

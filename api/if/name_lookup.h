@@ -6,6 +6,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "api/fields.h"
 #include "api/route_doc.h"
 
 enum class NameKind { All, Lag, Vlan, SlotPort, Unknown };
@@ -33,7 +34,7 @@ inline constexpr doc::Field kName{
             "empty or 128 characters and more read as all.",
     .type = doc::Type::Text,
     .optional = true};
-inline constexpr doc::Field kEntryName{.name = "interface",
+inline constexpr doc::Field kEntryName{.name = fields::kInterface.name,
                                        .text = "The interface's name: slot/port as \"0/3\", \"lag1\", "
                                                "\"vlan10\"; the name as asked when one was asked for.",
                                        .type = doc::Type::Text};

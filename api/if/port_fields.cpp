@@ -7,8 +7,6 @@ using namespace port_doc;
 
 namespace {
 
-constexpr uint32_t kDescrBuffer = 256;
-
 void addLaneMode(cJSON *o, const doc::Field &field, PortValueGetter get, uint32_t ifNum) {
   const char *text = field.texts->text(portValueOrZero(get, ifNum));
   if (text) cJSON_AddStringToObject(o, field.name, text);
@@ -42,10 +40,10 @@ void addFrameFields(cJSON *o, uint32_t ifNum) {
 }
 
 void addDescription(cJSON *o, uint32_t ifNum) {
-  char text[kDescrBuffer] = {};
-  open_buffdesc descr = {kDescrBuffer, text};
+  char text[fields::kDescrBuffer] = {};
+  open_buffdesc descr = {fields::kDescrBuffer, text};
   if (rpcclt_openapiIfDescrGet(&gOpenClient, ifNum, &descr) != OPEN_E_NONE) text[0] = '\0';
-  text[kDescrBuffer - 1] = '\0';
+  text[fields::kDescrBuffer - 1] = '\0';
   cJSON_AddStringToObject(o, kDescription.name, text);
 }
 

@@ -16,7 +16,17 @@
 // The page's keys, as the handlers write them and the API description
 // shows them.
 namespace port_doc {
-inline constexpr doc::Field kInterface{.name = "interface", .text = "The interface number the object describes."};
+inline constexpr doc::Field kInterface{.name = fields::kInterface.name,
+                                      .text = "The interface number the object describes."};
+inline constexpr doc::Field kAdminState{.name = "admin-state",
+                                        .text = "\"up\" when the port is administratively enabled, else \"down\".",
+                                        .type = doc::Type::Text,
+                                        .texts = &kIfUpDown};
+inline constexpr doc::Field kAutoNegotiate{.name = "auto-negotiate",
+                                           .text = "\"enable\" when the port negotiates speed and duplex, else "
+                                                   "\"disable\".",
+                                           .type = doc::Type::Text,
+                                           .texts = &kIfAutoNegotiate};
 inline constexpr doc::Field kConfiguredSpeed{
     .name = "configured-speed",
     .text = "Always \"unknown\": the configured speed is \"speed-mode\".",
@@ -48,7 +58,7 @@ inline constexpr doc::Field kEthernetHeaderSize{
             "does not answer."};
 inline constexpr doc::Field kDescription{
     .name = "description",
-    .text = "The port's description, up to 255 characters; empty when it has none.",
+    .text = "The port's description, up to 255 bytes; empty when it has none.",
     .type = doc::Type::Text};
 inline constexpr doc::Field kSoftShutdown{
     .name = "soft-shutdown",
@@ -69,7 +79,8 @@ inline constexpr doc::Field kFecOper{
 inline constexpr doc::Field kConfigLanes{
     .name = "expandable-config-mode",
     .text = "The configured lane mode: how many lanes of which speed the port runs as (\"4x100G\": four lanes of "
-            "100 Gbit/s); null when the port is not split.",
+            "100 Gbit/s); null when the port is not split or the switch does not answer, \"none\" for a mode the "
+            "switch numbers otherwise.",
     .type = doc::Type::Text,
     .texts = &kIfLaneMode};
 inline constexpr doc::Field kOperLanes{

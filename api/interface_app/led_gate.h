@@ -20,6 +20,7 @@ bool ledColorSupported(LedPort port);
 template <LedPort Port, class Inner>
 struct LedGated {
   using Gated = Inner;
+  static constexpr bool kAsksFirstPort = Port == LedPort::First;
   static constexpr const char *group = Inner::group;
 
   static uint32_t handle() {

@@ -3,6 +3,7 @@
 // fibre ports that share one four-lane cage split 4x25G (25-28 on the
 // default switch); 10G uplinks have no cage.
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -32,9 +33,16 @@ constexpr uint32_t kNoDuplex = 2;
 constexpr uint32_t kCopperCapabilities = 0x101F;
 constexpr uint32_t kFibreCapabilities = 0x0190;
 
+// A mask sets only bits the switch's capability table gives a meaning.
+constexpr bool onlyKnownBits(uint32_t mask) {
+  for (const facts::CapabilityBit &b : facts::kCapabilityBits) mask &= ~b.bit;
+  return mask == 0;
+}
+static_assert(onlyKnownBits(kCopperCapabilities) && onlyKnownBits(kFibreCapabilities));
+
 constexpr uint32_t kHeaderSize = 18;
-constexpr uint32_t kMinFrameSize = 1518;
-constexpr uint32_t kMaxFrameSize = 9216;
+constexpr uint32_t kMinFrameSize = facts::kMaxFrameSize.least;
+constexpr uint32_t kMaxFrameSize = facts::kMaxFrameSize.most;
 
 // Expansion modes the cage can run: single 10G or 25G per lane, two 50G,
 // one 40G or one 100G.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -26,8 +27,6 @@ constexpr uint32_t kHistoryStep = 300;
 constexpr uint32_t kUplinkSamples = 5000;
 constexpr uint32_t kRecentSamples = 36;
 constexpr uint32_t kSwitchTimeAtLoad = kHistoryEpoch + kUplinkSamples * kHistoryStep;
-constexpr uint32_t kSampleIntervalMax = 36000;
-constexpr uint32_t kMaxSamplesMax = 8192;
 
 // Seconds since each port's counters were last cleared, at load: 3 days,
 // 4 hours, 12 minutes and 5 seconds.
@@ -355,7 +354,7 @@ void trimHistory(Sim &s) {
 
 int sampleIntervalSet(Sim &s, Call &c) {
   uint64_t v = c.in("sampleInterval");
-  if (v < 1 || v > kSampleIntervalMax) return OPEN_E_PARAM;
+  if (v < facts::kLpiSampleInterval.least || v > facts::kLpiSampleInterval.most) return OPEN_E_PARAM;
   s.model.green.sampleIntervalMin = static_cast<uint32_t>(v);
   s.model.green.nextSampleMs = clockNowMs(s.clock) + sampleStepMs(s);
   return OPEN_E_NONE;
@@ -364,7 +363,7 @@ int sampleIntervalSet(Sim &s, Call &c) {
 // A smaller maximum keeps the newest samples.
 int maxSamplesSet(Sim &s, Call &c) {
   uint64_t v = c.in("maxSamples");
-  if (v < 1 || v > kMaxSamplesMax) return OPEN_E_PARAM;
+  if (v < facts::kLpiMaxSamples.least || v > facts::kLpiMaxSamples.most) return OPEN_E_PARAM;
   s.model.green.maxSamples = static_cast<uint32_t>(v);
   trimHistory(s);
   return OPEN_E_NONE;

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "switch_facts.h"
+
 namespace sim {
 
 // The switch's shape. Copper ports come first, then the fibre ports; with
@@ -69,7 +71,7 @@ struct LpiSample {
 // Configuration values the switch keeps per port and only reports back.
 struct PortSettings {
   std::string description;
-  uint32_t maxFrame = 1518;
+  uint32_t maxFrame = facts::kMaxFrameSize.least;
   uint32_t softShutdown = 0;
   uint32_t linkTrap = 1;
   uint32_t expandConfigMode = 0, expandOperMode = 0;  // cage ports only
@@ -81,8 +83,8 @@ struct PortSettings {
 // Port MAC locking of one port.
 struct PmlPort {
   uint32_t mode = 0;  // 1 locked
-  uint32_t dynamicLimit = 4096, staticLimit = 20;
-  uint32_t dynamicMaxLimit = 4096, staticMaxLimit = 64;
+  uint32_t dynamicLimit = facts::kLockDynamicLimit.most, staticLimit = 20;
+  uint32_t dynamicMaxLimit = facts::kLockDynamicLimit.most, staticMaxLimit = facts::kLockStaticLimit.most;
   uint32_t trapMode = 0, ddisableMode = 0, stickyMode = 0;
   uint32_t trapFrequency = 0, ageTime = 0;
   std::string lastViolationMac;
@@ -139,7 +141,7 @@ struct Port {
 };
 
 struct PmlVlan {
-  uint32_t dynamicLimit = 4096, ddisableMode = 0, trapMode = 0, mode = 0;
+  uint32_t dynamicLimit = facts::kLockDynamicLimit.most, ddisableMode = 0, trapMode = 0, mode = 0;
 };
 
 struct PmlEntry {
@@ -168,7 +170,7 @@ struct Green {
   uint32_t energyDetect = 1, shortReach = 0, eee = 1;
   uint64_t totalLpiTime = 5843211;
   uint32_t savingPercent = 38;
-  uint32_t sampleIntervalMin = 5, maxSamples = 8192;
+  uint32_t sampleIntervalMin = 5, maxSamples = facts::kLpiMaxSamples.most;
   int64_t nextSampleMs = 300000;
   std::string features = "Energy-Detect Short-Reach EEE EEE-LPI-History Power-Estimates";
 };

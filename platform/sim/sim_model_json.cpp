@@ -366,7 +366,8 @@ static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error
   const cJSON *x = nullptr;
   cJSON_ArrayForEach(x, j) {
     std::string key = x->string;
-    if (key == "interval" && cJSON_IsNumber(x) && x->valuedouble >= 30 && x->valuedouble <= 86400 &&
+    if (key == "interval" && cJSON_IsNumber(x) && x->valuedouble >= facts::kRecoveryInterval.least &&
+        x->valuedouble <= facts::kRecoveryInterval.most &&
         x->valuedouble == static_cast<double>(static_cast<uint32_t>(x->valuedouble))) {
       e.intervalS = static_cast<uint32_t>(x->valuedouble);
       continue;
@@ -376,7 +377,9 @@ static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error
       continue;
     }
     if (key != "causes" || !cJSON_IsObject(x)) {
-      *error = key == "interval" ? "scenario: \"model\".\"errdisable\".\"interval\": must be whole seconds from 30 to 86400"
+      *error = key == "interval" ? "scenario: \"model\".\"errdisable\".\"interval\": must be whole seconds from " +
+                                       std::to_string(facts::kRecoveryInterval.least) + " to " +
+                                       std::to_string(facts::kRecoveryInterval.most)
                                  : "scenario: \"model\".\"errdisable\": unknown field \"" + key + "\"";
       return false;
     }

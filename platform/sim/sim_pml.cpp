@@ -10,19 +10,22 @@
 #include <tuple>
 
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
 namespace {
 
-constexpr uint32_t kDynamicMax = 4096;
-constexpr uint32_t kStaticMax = 64;
+// The limits the switch holds its settings to.
+constexpr uint32_t kDynamicMax = facts::kLockDynamicLimit.most;
+constexpr uint32_t kStaticMax = facts::kLockStaticLimit.most;
 constexpr uint32_t kStaticDefault = 20;
-constexpr uint32_t kTrapIntervalMax = 1000000;  // seconds between traps
-constexpr uint32_t kAgeTimeMax = 1440;          // minutes
-constexpr uint32_t kVlanModeMax = 1;            // 0 off, 1 VLAN-based locking
-constexpr uint32_t kStreamMax = 2047;
-constexpr uint32_t kVlanMax = 4093;
+constexpr uint32_t kTrapIntervalMax = facts::kLockTrapInterval.most;
+constexpr uint32_t kAgeTimeMax = facts::kLockAgeTime.most;
+constexpr uint32_t kVlanModeMax = facts::kLockVlanMode.most;  // 0 off, 1 VLAN-based locking
+constexpr uint32_t kVlanMax = facts::kLockVlan.most;
+
+bool within(const facts::Range &r, uint64_t v) { return v >= r.least && v <= r.most; }
 
 using Entry = PmlEntry;
 using Table = std::vector<Entry>;
@@ -253,7 +256,7 @@ int vlanDynamicNext(Sim &s, Call &c) {
 // lockable port and a well-formed address.
 int entryKey(const Sim &s, const Call &c, std::string *mac) {
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  if (!canonicalMac(c.text("macAddr"), mac) || c.in("vlanId") < 1 || c.in("vlanId") > kVlanMax) return OPEN_E_PARAM;
+  if (!canonicalMac(c.text("macAddr"), mac) || !within(facts::kLockVlan, c.in("vlanId"))) return OPEN_E_PARAM;
   return OPEN_E_NONE;
 }
 
@@ -318,7 +321,7 @@ int streamSet(Sim &s, Call &c) {
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
   uint64_t stream = c.in("streamId"), vlan = c.in("vlanId");
-  if (stream < 1 || stream > kStreamMax) return OPEN_E_PARAM;
+  if (!within(facts::kStreamId, stream)) return OPEN_E_PARAM;
   Pml &t = s.model.pml;
   if (!findEntry(t.statics, c.port(), mac, vlan) && !findEntry(t.dynamics, c.port(), mac, vlan)) return OPEN_E_NOT_FOUND;
   Entry *bound = findEntry(t.streams, c.port(), mac, vlan);

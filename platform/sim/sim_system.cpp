@@ -124,7 +124,7 @@ bool parseConfigLine(const std::string &raw, ConfigLine *out) {
   if (sscanf(line.c_str(), "errdisable recovery interval %ld%c", &n, &rest) == 1) {
     out->kind = ConfigLine::Interval;
     out->interval = n;
-    return n >= 30 && n <= 86400;
+    return n >= facts::kRecoveryInterval.least && n <= facts::kRecoveryInterval.most;
   }
   bool no = line.rfind("no ", 0) == 0;
   const std::string prefix = "errdisable recovery cause ";

@@ -97,7 +97,7 @@ bool checkMacs(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
     e->macs.push_back(m->valuestring);
   }
   int64_t vlan = 0;
-  if (!wholeField(o, "vlan", 1, 4093, false, &vlan, error)) return false;
+  if (!wholeField(o, "vlan", facts::kLockVlan.least, facts::kLockVlan.most, false, &vlan, error)) return false;
   e->vlan = static_cast<uint32_t>(vlan);
   if (vlanExists(s, e->vlan)) return true;
   *error = "unknown VLAN " + std::to_string(vlan);

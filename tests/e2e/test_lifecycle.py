@@ -233,6 +233,7 @@ class System:
             pass
         out = self.planter.stdout.read()  # through the reader that may hold it already, after "planted"
         self.planter.wait(timeout=30)
+        self.planter.stdout.close()
         os.remove(self.root + "/run/stop-racing")
         return json.loads(out)
 
@@ -409,8 +410,10 @@ class Raced(unittest.TestCase):
     def test_upgrade_from_1_0_0(self):
         system = System(self.packages)
         try:
+            # a log as 1.1.0 could leave it: www-data's, 0640, and yet held open by her since she made it
             system.sh(OLD + " && install -d -o www-data -g www-data -m 0700 /tmp/session && "
                       "printf 'kept\\n' | install -o www-data -g www-data -m 0640 /dev/stdin /tmp/k9100.log")
+            held_log = os.stat(system.root + "/tmp/k9100.log").st_ino
             token = system.session()
             old_sim = subprocess.Popen(["chroot", system.root, "/usr/bin/open-sim", "serve", "--socket",
                                         "/tmp/open-sim.sock"], stderr=subprocess.DEVNULL)
@@ -423,34 +426,68 @@ class Raced(unittest.TestCase):
             self.assertEqual(old_sim.wait(timeout=10), 0)
             with open(system.root + "/tmp/k9100.log") as f:
                 self.assertTrue(f.read().startswith("kept\n"))
+            self.assertNotEqual(os.stat(system.root + "/tmp/k9100.log").st_ino, held_log)
             self.assertEqual(system.get(LINK_STATE, token), (200, SERVED))
         finally:
             system.close()
 
 
+# What else is at one of the program's names in the emptied /tmp before the boot steps; what must be found
+# where it was moved aside (owner, mode, type), the same at another name of it if it has one; and what the
+# name made anew holds. Root makes what she could make only where /tmp is on the file system of the file
+# and fs.protected_hardlinks is off (a hard link), and what 1.0.0 left.
+OTHER_PLANTS = [
+    (AS_USER + "mkfifo -m 0666 /tmp/k9100.log", "/tmp/k9100.log", USER + " 666 fifo", None, ""),
+    (AS_USER + "mkdir -p /tmp/devmgr_log_level/7", "/tmp/devmgr_log_level", USER + " 755 directory", None, ""),
+    (AS_USER + "ln -s /var/cache/lighttpd /tmp/session", "/tmp/session", USER + " 777 symbolic link", None, ""),
+    ("install -m 0644 /dev/null /tmp/.root && ln /tmp/.root /tmp/k9100.log.old", "/tmp/k9100.log.old",
+     "root 644 regular empty file", "/tmp/.root", ""),
+    ("runuser -u www-data -- sh -c 'umask 022; echo 7 > /tmp/.www' && ln /tmp/.www /tmp/devmgr_log_level",
+     "/tmp/devmgr_log_level", "www-data 644 regular file", "/tmp/.www", ""),
+    # 1.0.0's log, open to all: closed, and what it held carried into the new one
+    ("runuser -u www-data -- sh -c 'umask 022; echo kept > /tmp/k9100.log'", "/tmp/k9100.log",
+     "www-data 640 regular file", None, "kept\n"),
+]
+
+
 class Boot(unittest.TestCase):
-    """After a reboot /tmp is empty, and the user plants the program's names before the boot steps run:
+    """After a reboot /tmp is empty, and something else is at the program's names before the boot steps run:
     systemd-tmpfiles with the packages' entry, then what makes the names for sure (interfaces-v2.service with
-    systemd; without it, the init script, as here). tmpfiles gives her names no other owner; the init script
-    moves them aside, says so, and makes them www-data's."""
+    systemd; without it, the init script, as here). tmpfiles gives them no other owner or mode; the init
+    script moves them aside as they are, says so, and makes the names www-data's."""
+
+    def boot(self, system, plant):
+        """/tmp emptied, PLANT, then the boot steps: what the init script moved aside, and where to."""
+        system.empty_tmp()
+        plant()
+        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
+        before = system.sh(stat, check=False).stdout.splitlines()
+        system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
+        after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
+        out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+        made = system.sh(stat).stdout.replace("regular empty file", "regular file")
+        self.assertEqual(([line for line in before if line not in after_tmpfiles], made), ([], "".join(
+            "%s www-data %s\n" % (n, "700 directory" if n == "/tmp/session" else "640 regular file") for n in NAMES)))
+        return dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out))
 
     def test_planted_names_are_moved_aside(self):
         packages_folder = packages(with_old=False)
         system = System(packages_folder)
         try:
             system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
-            system.empty_tmp()
-            system.plant()
-            mine = {n: USER for n in NAMES}
-            system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf")
-            after_tmpfiles = system.owners(NAMES)
-            out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+            moved = self.boot(system, system.plant)
             system.stop_planting()
             system.sh("/etc/init.d/lighttpd start")
             system.start_sim()
-            self.assertEqual((after_tmpfiles, system.owners(NAMES), sorted(re.findall(r"moved (\S+) aside", out)),
-                              system.get(LINK_STATE, "hers"), system.get(LINK_STATE, system.session())),
-                             (mine, {n: "www-data" for n in NAMES}, sorted(NAMES), (403, b""), (200, SERVED)))
+            self.assertEqual((sorted(moved), system.owners(NAMES), system.get(LINK_STATE, "hers"),
+                              system.get(LINK_STATE, system.session())),
+                             (sorted(NAMES), {n: "www-data" for n in NAMES}, (403, b""), (200, SERVED)))
+            for plant, name, aside, other, held in OTHER_PLANTS:
+                with self.subTest(plant=plant):
+                    moved = self.boot(system, lambda: system.sh(plant))
+                    found = system.sh("stat -c '%%U %%a %%F' %s %s; cat %s 2>/dev/null || true" % (
+                        moved.get(name, "/missing"), other or "", name)).stdout
+                    self.assertEqual((list(moved), found), ([name], (aside + "\n") * (2 if other else 1) + held))
         finally:
             system.close()
             shutil.rmtree(packages_folder)

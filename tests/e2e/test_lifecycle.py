@@ -464,9 +464,11 @@ class Boot(unittest.TestCase):
         before = system.sh(stat, check=False).stdout.splitlines()
         system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
         after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
+        status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
         out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+        status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
         made = system.sh(stat).stdout.replace("regular empty file", "regular file")
-        self.assertEqual(([line for line in before if line not in after_tmpfiles], made), ([], "".join(
+        self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made), ([], [3, 0], "".join(
             "%s www-data %s\n" % (n, "700 directory" if n == "/tmp/session" else "640 regular file") for n in NAMES)))
         return dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out))
 

@@ -371,11 +371,21 @@ class Installed(unittest.TestCase):
             self.assertEqual(f.read(), "kept")
 
 
+# The program rotates its log ten times, at level 7, with requests that log a refused session (then the
+# snippet is disabled again, for Raced.race to enable).
+ROTATIONS = ("lighty-enable-mod interfaces-v2-cgi >/dev/null && service lighttpd restart >/dev/null && "
+             "printf 7 > /tmp/devmgr_log_level && for i in 1 2 3 4 5 6 7 8 9 10; do "
+             "head -c 1048000 /dev/zero | tr '\\0' x >> /tmp/k9100.log; for j in 1 2 3 4 5 6 7 8; do "
+             "curl -s -o /dev/null -H 'session: none' 'http://127.0.0.1%s'; done; done; "
+             "lighty-disable-mod interfaces-v2-cgi >/dev/null" % LINK_STATE)
+
+
 class Raced(unittest.TestCase):
     """A local user re-creates the program's names in /tmp in a tight loop while dpkg installs the packages, or
-    upgrades them from 1.0.0. She must win nothing: the names end as www-data's, her session opens nothing, and
-    no file she holds open is given to www-data. An upgrade keeps the sessions and the log it found, and ends an
-    open-sim that still runs the replaced binary, started by hand on 1.0.0's socket."""
+    upgrades them from 1.0.0, or while the program rotates its log. She must win nothing: the names end as
+    www-data's, her session opens nothing, and no file she holds open is given to www-data. An upgrade keeps the
+    sessions and the log it found, and ends an open-sim that still runs the replaced binary, started by hand on
+    1.0.0's socket."""
 
     @classmethod
     def setUpClass(cls):
@@ -385,7 +395,7 @@ class Raced(unittest.TestCase):
     def tearDownClass(cls):
         shutil.rmtree(cls.packages)
 
-    def race(self, system, step):
+    def race(self, system, step, names_free=True):
         system.plant(race=True)
         try:
             out = system.sh(step).stderr
@@ -393,17 +403,27 @@ class Raced(unittest.TestCase):
             held = system.stop_planting()
         system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
         system.start_sim()
-        self.assertGreater(held["planted"], 0)
+        hers = [int(system.sh("id -u " + USER).stdout)] if names_free else []
+        self.assertEqual(held["planted"] > 0, names_free)
         self.assertEqual((system.owners(NAMES), held["owners"], system.get(LINK_STATE, "hers"),
                           system.get(LINK_STATE, system.session())),
-                         ({n: "www-data" for n in NAMES}, [int(system.sh("id -u " + USER).stdout)],
-                          (403, b""), (200, SERVED)))
+                         ({n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
         return out
 
     def test_install(self):
         system = System(self.packages)
         try:
             self.race(system, NEW)
+        finally:
+            system.close()
+
+    def test_log_rotation(self):
+        system = System(self.packages)
+        try:
+            system.sh(NEW)
+            system.start_sim()
+            self.race(system, ROTATIONS, names_free=False)
+            self.assertGreater(os.stat(system.root + "/tmp/k9100.log.old").st_size, 1048576)
         finally:
             system.close()
 

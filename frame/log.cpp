@@ -10,6 +10,7 @@
 #include <sys/mman.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <syslog.h>
 #include <time.h>
 #include <unistd.h>
@@ -136,9 +137,11 @@ void lazyStart() {
   g.started = true;
 }
 
-// Removes the rotation file when it is ours. The name may change between
-// the look and the removal; whatever is removed then, nothing of it is used.
-bool oldLogRemoved() {
+// Whether the rotation file is missing or ours, to be replaced by the full
+// log in one rename: never removed first, which would leave its name free
+// for another local user to take. One she swaps in after the look cannot be
+// replaced (the sticky /tmp), and the log is kept (moveFullLogAside).
+bool oldLogReplaceable() {
   struct stat st = {};
   const char *why = nullptr;
   if (lstat(g.files->oldLog, &st) != 0) {
@@ -147,9 +150,48 @@ bool oldLogRemoved() {
   } else {
     why = untrustedBecause(st, S_IFREG);
   }
-  if (!why && unlink(g.files->oldLog) != 0 && errno != ENOENT) why = strerror(errno);
   if (why) sayNotUsing(g.files->oldLog, why);
   return !why;
+}
+
+// Makes a fresh, empty log of this process's under a name of its own
+// beside the log, and puts that name into `fresh`.
+bool madeFreshLog(char *fresh, size_t size) {
+  struct timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  snprintf(fresh, size, "%s.%d.%ld", g.files->log, static_cast<int>(getpid()), now.tv_nsec);
+  int fd = open(fresh, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0640);
+  if (fd < 0) return false;
+  close(fd);
+  return true;
+}
+
+bool exchanged(const char *a, const char *b) {
+#ifdef SYS_renameat2
+  return syscall(SYS_renameat2, AT_FDCWD, a, AT_FDCWD, b, 2 /* RENAME_EXCHANGE */) == 0;
+#else
+  (void)a, (void)b;
+  errno = ENOSYS;
+  return false;
+#endif
+}
+
+// Renames the full log to the rotation name with a fresh file already in
+// its place: exchanged with it in one step, so the log's name is never free
+// for another local user to make first, which would leave the program no
+// log to write until the next boot. Where the exchange is not possible, in
+// two steps as before; where the rotation name was taken meanwhile, the full
+// log is put back and goes on growing.
+void moveFullLogAside() {
+  char fresh[512];
+  if (!madeFreshLog(fresh, sizeof fresh)) {
+    rename(g.files->log, g.files->oldLog);
+  } else if (!exchanged(fresh, g.files->log)) {
+    unlink(fresh);
+    rename(g.files->log, g.files->oldLog);
+  } else if (rename(fresh, g.files->oldLog) != 0 && exchanged(fresh, g.files->log)) {
+    unlink(fresh);
+  }
 }
 
 bool stillNamedLog(FILE *file) {
@@ -167,7 +209,7 @@ void rotate() {
   if (stillNamedLog(g.file)) {
     // A rotation name someone else made is left to them, even where this
     // process could remove it: the log then goes on growing, said once.
-    if (oldLogRemoved()) rename(g.files->log, g.files->oldLog);
+    if (oldLogReplaceable()) moveFullLogAside();
   }
   fclose(g.file);
   g.file = openLogForAppending(g.files->log);

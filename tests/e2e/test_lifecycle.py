@@ -233,6 +233,7 @@ class System:
             pass
         out = self.planter.stdout.read()  # through the reader that may hold it already, after "planted"
         self.planter.wait(timeout=30)
+        self.planter.stdout.close()
         os.remove(self.root + "/run/stop-racing")
         return json.loads(out)
 
@@ -370,11 +371,21 @@ class Installed(unittest.TestCase):
             self.assertEqual(f.read(), "kept")
 
 
+# The program rotates its log ten times, at level 7, with requests that log a refused session (then the
+# snippet is disabled again, for Raced.race to enable).
+ROTATIONS = ("lighty-enable-mod interfaces-v2-cgi >/dev/null && service lighttpd restart >/dev/null && "
+             "printf 7 > /tmp/devmgr_log_level && for i in 1 2 3 4 5 6 7 8 9 10; do "
+             "head -c 1048000 /dev/zero | tr '\\0' x >> /tmp/k9100.log; for j in 1 2 3 4 5 6 7 8; do "
+             "curl -s -o /dev/null -H 'session: none' 'http://127.0.0.1%s'; done; done; "
+             "lighty-disable-mod interfaces-v2-cgi >/dev/null" % LINK_STATE)
+
+
 class Raced(unittest.TestCase):
     """A local user re-creates the program's names in /tmp in a tight loop while dpkg installs the packages, or
-    upgrades them from 1.0.0. She must win nothing: the names end as www-data's, her session opens nothing, and
-    no file she holds open is given to www-data. An upgrade keeps the sessions and the log it found, and ends an
-    open-sim that still runs the replaced binary, started by hand on 1.0.0's socket."""
+    upgrades them from 1.0.0, or while the program rotates its log. She must win nothing: the names end as
+    www-data's, her session opens nothing, and no file she holds open is given to www-data. An upgrade keeps the
+    sessions and the log it found, and ends an open-sim that still runs the replaced binary, started by hand on
+    1.0.0's socket."""
 
     @classmethod
     def setUpClass(cls):
@@ -384,7 +395,7 @@ class Raced(unittest.TestCase):
     def tearDownClass(cls):
         shutil.rmtree(cls.packages)
 
-    def race(self, system, step):
+    def race(self, system, step, names_free=True):
         system.plant(race=True)
         try:
             out = system.sh(step).stderr
@@ -392,11 +403,11 @@ class Raced(unittest.TestCase):
             held = system.stop_planting()
         system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
         system.start_sim()
-        self.assertGreater(held["planted"], 0)
+        hers = [int(system.sh("id -u " + USER).stdout)] if names_free else []
+        self.assertEqual(held["planted"] > 0, names_free)
         self.assertEqual((system.owners(NAMES), held["owners"], system.get(LINK_STATE, "hers"),
                           system.get(LINK_STATE, system.session())),
-                         ({n: "www-data" for n in NAMES}, [int(system.sh("id -u " + USER).stdout)],
-                          (403, b""), (200, SERVED)))
+                         ({n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
         return out
 
     def test_install(self):
@@ -406,11 +417,23 @@ class Raced(unittest.TestCase):
         finally:
             system.close()
 
+    def test_log_rotation(self):
+        system = System(self.packages)
+        try:
+            system.sh(NEW)
+            system.start_sim()
+            self.race(system, ROTATIONS, names_free=False)
+            self.assertGreater(os.stat(system.root + "/tmp/k9100.log.old").st_size, 1048576)
+        finally:
+            system.close()
+
     def test_upgrade_from_1_0_0(self):
         system = System(self.packages)
         try:
+            # a log as 1.1.0 could leave it: www-data's, 0640, and yet held open by her since she made it
             system.sh(OLD + " && install -d -o www-data -g www-data -m 0700 /tmp/session && "
                       "printf 'kept\\n' | install -o www-data -g www-data -m 0640 /dev/stdin /tmp/k9100.log")
+            held_log = os.stat(system.root + "/tmp/k9100.log").st_ino
             token = system.session()
             old_sim = subprocess.Popen(["chroot", system.root, "/usr/bin/open-sim", "serve", "--socket",
                                         "/tmp/open-sim.sock"], stderr=subprocess.DEVNULL)
@@ -423,34 +446,70 @@ class Raced(unittest.TestCase):
             self.assertEqual(old_sim.wait(timeout=10), 0)
             with open(system.root + "/tmp/k9100.log") as f:
                 self.assertTrue(f.read().startswith("kept\n"))
+            self.assertNotEqual(os.stat(system.root + "/tmp/k9100.log").st_ino, held_log)
             self.assertEqual(system.get(LINK_STATE, token), (200, SERVED))
         finally:
             system.close()
 
 
+# What else is at one of the program's names in the emptied /tmp before the boot steps; what must be found
+# where it was moved aside (owner, mode, type), the same at another name of it if it has one; and what the
+# name made anew holds. Root makes what she could make only where /tmp is on the file system of the file
+# and fs.protected_hardlinks is off (a hard link), and what 1.0.0 left.
+OTHER_PLANTS = [
+    (AS_USER + "mkfifo -m 0666 /tmp/k9100.log", "/tmp/k9100.log", USER + " 666 fifo", None, ""),
+    (AS_USER + "mkdir -p /tmp/devmgr_log_level/7", "/tmp/devmgr_log_level", USER + " 755 directory", None, ""),
+    (AS_USER + "ln -s /var/cache/lighttpd /tmp/session", "/tmp/session", USER + " 777 symbolic link", None, ""),
+    ("install -m 0644 /dev/null /tmp/.root && ln /tmp/.root /tmp/k9100.log.old", "/tmp/k9100.log.old",
+     "root 644 regular empty file", "/tmp/.root", ""),
+    ("runuser -u www-data -- sh -c 'umask 022; echo 7 > /tmp/.www' && ln /tmp/.www /tmp/devmgr_log_level",
+     "/tmp/devmgr_log_level", "www-data 644 regular file", "/tmp/.www", ""),
+    # 1.0.0's log, open to all: closed, and what it held carried into the new one
+    ("runuser -u www-data -- sh -c 'umask 022; echo kept > /tmp/k9100.log'", "/tmp/k9100.log",
+     "www-data 640 regular file", None, "kept\n"),
+]
+
+
 class Boot(unittest.TestCase):
-    """After a reboot /tmp is empty, and the user plants the program's names before the boot steps run:
+    """After a reboot /tmp is empty, and something else is at the program's names before the boot steps run:
     systemd-tmpfiles with the packages' entry, then what makes the names for sure (interfaces-v2.service with
-    systemd; without it, the init script, as here). tmpfiles gives her names no other owner; the init script
-    moves them aside, says so, and makes them www-data's."""
+    systemd; without it, the init script, as here). tmpfiles gives them no other owner or mode; the init
+    script moves them aside as they are, says so, and makes the names www-data's."""
+
+    def boot(self, system, plant):
+        """/tmp emptied, PLANT, then the boot steps: what the init script moved aside, and where to."""
+        system.empty_tmp()
+        plant()
+        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
+        before = system.sh(stat, check=False).stdout.splitlines()
+        system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
+        after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
+        status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
+        out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+        status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
+        made = system.sh(stat).stdout.replace("regular empty file", "regular file")
+        self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made), ([], [3, 0], "".join(
+            "%s www-data %s\n" % (n, "700 directory" if n == "/tmp/session" else "640 regular file") for n in NAMES)))
+        return dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out))
 
     def test_planted_names_are_moved_aside(self):
         packages_folder = packages(with_old=False)
         system = System(packages_folder)
         try:
             system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
-            system.empty_tmp()
-            system.plant()
-            mine = {n: USER for n in NAMES}
-            system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf")
-            after_tmpfiles = system.owners(NAMES)
-            out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+            moved = self.boot(system, system.plant)
             system.stop_planting()
             system.sh("/etc/init.d/lighttpd start")
             system.start_sim()
-            self.assertEqual((after_tmpfiles, system.owners(NAMES), sorted(re.findall(r"moved (\S+) aside", out)),
-                              system.get(LINK_STATE, "hers"), system.get(LINK_STATE, system.session())),
-                             (mine, {n: "www-data" for n in NAMES}, sorted(NAMES), (403, b""), (200, SERVED)))
+            self.assertEqual((sorted(moved), system.owners(NAMES), system.get(LINK_STATE, "hers"),
+                              system.get(LINK_STATE, system.session())),
+                             (sorted(NAMES), {n: "www-data" for n in NAMES}, (403, b""), (200, SERVED)))
+            for plant, name, aside, other, held in OTHER_PLANTS:
+                with self.subTest(plant=plant):
+                    moved = self.boot(system, lambda: system.sh(plant))
+                    found = system.sh("stat -c '%%U %%a %%F' %s %s; cat %s 2>/dev/null || true" % (
+                        moved.get(name, "/missing"), other or "", name)).stdout
+                    self.assertEqual((list(moved), found), ([name], (aside + "\n") * (2 if other else 1) + held))
         finally:
             system.close()
             shutil.rmtree(packages_folder)

@@ -114,6 +114,12 @@ int ctlCommand(int argc, char **argv) {
   request += static_cast<char>(wire::kInString);
   request.append(reinterpret_cast<char *>(&payloadLen), 4).append(payload, payloadLen);
   cJSON_free(payload);
+  // The daemon hangs up on a longer frame, which would read as no daemon;
+  // only a file's contents can make one.
+  if (request.size() - 4 > wire::kMaxFrame) {
+    fprintf(stderr, "open-sim: the file is too large to send: a request carries %u MiB at most\n", wire::kMaxFrame >> 20);
+    return 2;
+  }
   uint32_t frameLen = static_cast<uint32_t>(request.size() - 4);
   memcpy(&request[0], &frameLen, 4);
 

@@ -1,18 +1,16 @@
 // Scenario files and the commands of `open-sim ctl`.
 #include <errno.h>
+#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include <string.h>
-
 #include <algorithm>
-#include <set>
-
-#include "sim/sim_model_json.h"
 
 #include "sim/sim.h"
+#include "sim/sim_checks.h"
 #include "sim/sim_json.h"
+#include "sim/sim_model_json.h"
 #include "switch_facts.h"
 
 namespace sim {
@@ -27,9 +25,6 @@ static std::string printJson(const cJSON *j, bool formatted) {
 static cJSON *valueToJson(const Value &v) {
   return v.isText ? cJSON_CreateString(v.text.c_str()) : cJSON_CreateNumber(static_cast<double>(v.num));
 }
-
-// Every whole number a JSON number holds exactly.
-constexpr double kMostExact = 9007199254740992.0;
 
 static bool jsonToValue(const cJSON *j, Value *v) {
   if (cJSON_IsString(j)) {
@@ -138,42 +133,6 @@ static bool checkTopLevel(const cJSON *root, const char *what, const std::vector
   return true;
 }
 
-// A file states a port's facts apart, so they must be facts a switch can
-// have: the kind of port its layout makes it, a medium its slot takes (a
-// copper port has none, so copper it stays), Green Ethernet on copper
-// only, a LAG of the switch, a disable reason of a D-Disable cause (the
-// cause follows from it), and VLANs the switch can configure.
-static bool factsAgree(Sim &next, std::string *error) {
-  const SwitchLayout &layout = next.model.layout;
-  for (auto &[n, p] : next.model.ports) {
-    std::string where = "scenario: \"model\".\"ports\".\"" + std::to_string(n) + "\": ";
-    int cause = -1;
-    for (size_t i = 0; i < std::size(facts::kDDisableCauses); ++i)
-      if (p.disableReason && facts::kDDisableCauses[i].reason == p.disableReason) cause = static_cast<int>(i);
-    bool lagKnown = !p.lagMember || (p.lagMember >= SwitchLayout::kFirstLag &&
-                                     p.lagMember < SwitchLayout::kFirstLag + layout.lags);
-    const char *why = p.fibre != layout.isFibre(n)      ? "\"fibre\" is the layout's"
-                      : p.fibre ? (p.medium > 2 ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)" : nullptr)
-                                : (p.medium != 1 ? "\"medium\" of a copper port is 1 (copper)" : nullptr);
-    if (!why) why = p.fibre && p.greenCapable             ? "\"greenCapable\" is for copper ports"
-                    : !lagKnown                            ? "\"lagMember\" is no LAG of the switch"
-                    : p.disableReason && cause < 0        ? "\"disableReason\" is no D-Disable cause's reason"
-                    : p.cause >= 0 && p.cause != cause ? "\"cause\" is not the cause of \"disableReason\""
-                                                          : nullptr;
-    if (why) {
-      *error = where + why;
-      return false;
-    }
-    p.cause = cause;
-  }
-  std::set<uint32_t> vlans(next.model.vlans.begin(), next.model.vlans.end());
-  if (vlans.size() != next.model.vlans.size() || (!vlans.empty() && (*vlans.begin() < 1 || *vlans.rbegin() > 4093))) {
-    *error = "scenario: \"model\".\"vlans\": VLANs from 1 to 4093, each once";
-    return false;
-  }
-  return true;
-}
-
 // The switch a file describes: its layout seeded (the default switch's
 // without one), then the model's sections it carries over that.
 static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
@@ -186,7 +145,7 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   }
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
-  if (model && (!modelFromJson(model, next.model, error) || !factsAgree(next, error))) return false;
+  if (model && (!modelFromJson(model, next.model, error) || !scenarioFactsAgree(next, error))) return false;
   // A file may set a port's facts apart; its link follows them.
   for (auto &[n, p] : next.model.ports) settleLink(next, p, p.settledMs);
   return true;
@@ -237,11 +196,20 @@ static bool parseInt(const std::string &t, long long *v) {
   return errno == 0 && *end == '\0';
 }
 
+// A call the simulator does not answer cannot be set, failed or delayed:
+// the command would take, and a dump holding it would not load.
+static bool knownCall(const std::string &call, std::string *out) {
+  if (findRule(call)) return true;
+  *out = "open-sim: unknown call \"" + call + "\"\n";
+  return false;
+}
+
 static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
   if (w.size() != 4) {
     *out = "usage: set CALL KEY VALUE\n";
     return 2;
   }
+  if (!knownCall(w[1], out)) return 2;
   Json value(cJSON_Parse(w[3].c_str()));
   Outputs v;
   // A value that is not JSON is taken as a plain text.
@@ -254,13 +222,15 @@ static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
   return 0;
 }
 
+// A result is what a call returns: 32 bits, signed.
 static int ctlFail(Sim &s, const std::vector<std::string> &w, std::string *out) {
   long long result = 0, count = -1;
-  if (w.size() < 3 || w.size() > 4 || !parseInt(w[2], &result) ||
+  if (w.size() < 3 || w.size() > 4 || !parseInt(w[2], &result) || result < INT32_MIN || result > INT32_MAX ||
       (w.size() == 4 && (!parseInt(w[3], &count) || count < 1))) {
-    *out = "usage: fail CALL RESULT [COUNT]\n";
+    *out = "usage: fail CALL RESULT [COUNT] (RESULT from -2147483648 to 2147483647, COUNT 1 or more)\n";
     return 2;
   }
+  if (!knownCall(w[1], out)) return 2;
   s.faults[w[1]] = {static_cast<int>(result), count};
   return 0;
 }
@@ -372,10 +342,7 @@ static int ctlDelay(Sim &s, const std::vector<std::string> &w, std::string *out)
     *out = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
     return 2;
   }
-  if (!findRule(w[1])) {
-    *out = "open-sim: unknown call \"" + w[1] + "\"\n";
-    return 2;
-  }
+  if (!knownCall(w[1], out)) return 2;
   if (ms == 0) s.delays.erase(w[1]);
   else s.delays[w[1]] = {ms, count};
   return 0;
@@ -419,27 +386,35 @@ static int ctlDump(const Sim &s, std::string *out) {
   return 0;
 }
 
-int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  out->clear();
-  if (w.empty()) {
-    *out = "usage: set|fail|delay|journal|reset|dump|load|clock|play\n";
+// Loads the scenario last started again, its timeline from the start.
+static int ctlReset(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  if (w.size() != 1) {
+    *out = "usage: reset\n";
     return 2;
   }
-  const std::string &cmd = w[0];
+  std::string error, scenario = s.scenario;
+  return loadScenario(s, scenario, &error) ? 0 : 1;
+}
+
+static int ctlDumpCommand(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  if (w.size() == 1) return ctlDump(s, out);
+  *out = "usage: dump\n";
+  return 2;
+}
+
+using Control = int (*)(Sim &, const std::vector<std::string> &, std::string *);
+const std::pair<const char *, Control> kControls[] = {
+    {"set", ctlSet},     {"fail", ctlFail},   {"delay", ctlDelay}, {"journal", ctlJournal}, {"reset", ctlReset},
+    {"dump", ctlDumpCommand}, {"load", ctlLoad}, {"clock", ctlClock}, {"play", ctlPlay},
+};
+
+int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
+  out->clear();
   catchUp(s);
-  if (cmd == "set") return ctlSet(s, w, out);
-  if (cmd == "fail") return ctlFail(s, w, out);
-  if (cmd == "journal") return ctlJournal(s, w, out);
-  if (cmd == "load") return ctlLoad(s, w, out);
-  if (cmd == "clock") return ctlClock(s, w, out);
-  if (cmd == "play") return ctlPlay(s, w, out);
-  if (cmd == "delay") return ctlDelay(s, w, out);
-  if (cmd == "dump" && w.size() == 1) return ctlDump(s, out);
-  if (cmd == "reset" && w.size() == 1) {
-    std::string error, scenario = s.scenario;
-    return loadScenario(s, scenario, &error) ? 0 : 1;
-  }
-  *out = "unknown command: " + cmd + "\n";
+  for (const auto &[name, control] : kControls)
+    if (!w.empty() && w[0] == name) return control(s, w, out);
+  *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") +
+         " (set, fail, delay, journal, reset, dump, load, clock or play)\n";
   return 2;
 }
 

@@ -2,13 +2,17 @@
 // same way to write a dump and to read a file, so that what is dumped
 // loads back as it was.
 #include <stdio.h>
-
 #include <stdlib.h>
 
+#include <algorithm>
+#include <limits>
+#include <optional>
 #include <set>
 #include <type_traits>
 
 #include "sim/sim.h"
+#include "sim/sim_checks.h"
+#include "sim/sim_json.h"
 #include "sim/sim_model_json.h"
 #include "switch_facts.h"
 
@@ -20,25 +24,25 @@ namespace {
 
 template <class V>
 void visit(TrafficRates &r, V &v) {
-  v("inOctetsPerSec", r.inOctetsPerSec);
-  v("outOctetsPerSec", r.outOctetsPerSec);
+  v("inOctetsPerSec", r.inOctetsPerSec, kOctetsPerSec);
+  v("outOctetsPerSec", r.outOctetsPerSec, kOctetsPerSec);
   v("inAvgFrame", r.inAvgFrame);
   v("outAvgFrame", r.outAvgFrame);
-  v("inErrorsPerMillion", r.inErrorsPerMillion);
+  v("inErrorsPerMillion", r.inErrorsPerMillion, kPerMillion);
 }
 
 template <class V>
 void visit(LpiSample &r, V &v) {
   v("number", r.number);
   v("time", r.time);
-  v("percent", r.percent);
-  v("percentTotal", r.percentTotal);
+  v("percent", r.percent, kPercent);
+  v("percentTotal", r.percentTotal, kPercent);
 }
 
 template <class V>
 void visit(PortSettings &p, V &v) {
   v("description", p.description);
-  v("maxFrame", p.maxFrame);
+  v("maxFrame", p.maxFrame, facts::kMaxFrameSize);
   v("softShutdown", p.softShutdown);
   v("linkTrap", p.linkTrap);
   v("expandConfigMode", p.expandConfigMode);
@@ -46,25 +50,25 @@ void visit(PortSettings &p, V &v) {
   v("fecConfig", p.fecConfig);
   v("fecOper", p.fecOper);
   v("timeRange", p.timeRange);
-  v("ledColor", p.ledColor);
-  v("ledBrightness", p.ledBrightness);
+  v("ledColor", p.ledColor, facts::kLedColour);
+  v("ledBrightness", p.ledBrightness, facts::kLedBrightness);
 }
 
 template <class V>
 void visit(PmlPort &p, V &v) {
   v("mode", p.mode);
-  v("dynamicLimit", p.dynamicLimit);
-  v("staticLimit", p.staticLimit);
-  v("dynamicMaxLimit", p.dynamicMaxLimit);
-  v("staticMaxLimit", p.staticMaxLimit);
+  v("dynamicLimit", p.dynamicLimit, facts::kLockDynamicLimit);
+  v("staticLimit", p.staticLimit, facts::kLockStaticLimit);
+  v("dynamicMaxLimit", p.dynamicMaxLimit, facts::kLockDynamicLimit);
+  v("staticMaxLimit", p.staticMaxLimit, facts::kLockStaticLimit);
   v("trapMode", p.trapMode);
   v("ddisableMode", p.ddisableMode);
   v("stickyMode", p.stickyMode);
-  v("trapFrequency", p.trapFrequency);
-  v("ageTime", p.ageTime);
+  v("trapFrequency", p.trapFrequency, facts::kLockTrapInterval);
+  v("ageTime", p.ageTime, facts::kLockAgeTime);
   v("lastViolationMac", p.lastViolationMac);
   v("lastViolationVlan", p.lastViolationVlan);
-  v("vlanDynamicLimit", p.vlanDynamicLimit);
+  v("vlanDynamicLimit", p.vlanDynamicLimit, facts::kLockDynamicLimit);
 }
 
 template <class V>
@@ -118,10 +122,10 @@ void visit(Port &p, V &v) {
 
 template <class V>
 void visit(PmlVlan &p, V &v) {
-  v("dynamicLimit", p.dynamicLimit);
+  v("dynamicLimit", p.dynamicLimit, facts::kLockDynamicLimit);
   v("ddisableMode", p.ddisableMode);
   v("trapMode", p.trapMode);
-  v("mode", p.mode);
+  v("mode", p.mode, facts::kLockVlanMode);
 }
 
 template <class V>
@@ -150,9 +154,9 @@ void visit(Green &g, V &v) {
   v("shortReach", g.shortReach);
   v("eee", g.eee);
   v("totalLpiTime", g.totalLpiTime);
-  v("savingPercent", g.savingPercent);
-  v("sampleIntervalMin", g.sampleIntervalMin);
-  v("maxSamples", g.maxSamples);
+  v("savingPercent", g.savingPercent, kPercent);
+  v("sampleIntervalMin", g.sampleIntervalMin, facts::kLpiSampleInterval);
+  v("maxSamples", g.maxSamples, facts::kLpiMaxSamples);
   v("nextSampleMs", g.nextSampleMs);
   v("features", g.features);
 }
@@ -214,18 +218,45 @@ struct Writer {
     return w.into;
   }
   template <class T>
-  void operator()(const char *name, const T &value) {
+  void operator()(const char *name, const T &value, std::optional<Bounds> = std::nullopt) {
     cJSON_AddItemToObject(into, name, make(value));
   }
 };
 
 // --- reading -----------------------------------------------------------------
 
+// A key that names a port or a VLAN: decimal digits, 32 bits at most.
+bool keyNumber(const char *key, uint32_t *n) {
+  uint64_t v = 0;
+  for (const char *c = key; *c; ++c) {
+    if (*c < '0' || *c > '9' || c - key >= 10) return false;
+    v = v * 10 + static_cast<uint64_t>(*c - '0');
+  }
+  *n = static_cast<uint32_t>(v);
+  return *key && v <= UINT32_MAX;
+}
+
+std::string rangeText(Bounds b) {
+  char text[96];
+  snprintf(text, sizeof text, "must be from %.15g to %.15g", b.least, b.most);
+  return text;
+}
+
+// A whole number of the type that JSON holds exactly.
+template <class N>
+constexpr Bounds typeBounds() {
+  if constexpr (std::is_same_v<N, int64_t> || std::is_same_v<N, uint64_t>)
+    return {std::is_signed_v<N> ? -kMostExact : 0, kMostExact};
+  else
+    return {static_cast<double>(std::numeric_limits<N>::min()), static_cast<double>(std::numeric_limits<N>::max())};
+}
+
 struct Reader {
   const cJSON *from;
   std::string where;
   std::string *error;
   std::set<std::string> known;
+  std::optional<Bounds> bounds;  // the field's own, while it is read
 
   bool fail(const std::string &what) {
     if (error->empty()) *error = where + ": " + what;
@@ -241,14 +272,21 @@ struct Reader {
     t = j->valuestring;
     return true;
   }
+  // Within the field's bounds and its type's: a number past 32 bits is
+  // refused, never wrapped.
   template <class N>
     requires std::is_arithmetic_v<N>
   bool read(const cJSON *j, N &n) {
-    if (!cJSON_IsNumber(j) || j->valuedouble != static_cast<double>(static_cast<int64_t>(j->valuedouble)))
-      return fail("must be a whole number");
-    if (std::is_unsigned_v<N> && j->valuedouble < 0) return fail("must not be negative");
-    n = static_cast<N>(j->valuedouble);
-    return true;
+    Bounds b = typeBounds<N>();
+    if (bounds) b = {std::max(b.least, bounds->least), std::min(b.most, bounds->most)};
+    int64_t v = 0;
+    switch (readWhole(j, b.least, b.most, &v)) {
+      case NumberFault::None: n = static_cast<N>(v); return true;
+      case NumberFault::OutOfRange:
+        if (cJSON_IsNumber(j) && j->valuedouble < 0 && b.least == 0) return fail("must not be negative");
+        return fail(rangeText(b));
+      default: return fail("must be a whole number");
+    }
   }
   template <class T, size_t N>
   bool readList(const cJSON *j, T *list) {
@@ -273,9 +311,8 @@ struct Reader {
     map.clear();
     const cJSON *x = nullptr;
     cJSON_ArrayForEach(x, j) {
-      char *end = nullptr;
-      unsigned long k = strtoul(x->string, &end, 10);
-      if (!*x->string || *end) return fail("\"" + std::string(x->string) + "\" is not a number");
+      uint32_t k = 0;
+      if (!keyNumber(x->string, &k)) return fail("\"" + std::string(x->string) + "\" is not a number");
       if (!read(x, map[static_cast<K>(k)])) return false;
     }
     return true;
@@ -310,7 +347,7 @@ struct Reader {
   }
   template <Visitable S>
   static bool readStruct(const cJSON *j, S &s, const std::string &where, std::string *error) {
-    Reader r{j, where, error, {}};
+    Reader r{j, where, error, {}, {}};
     if (!cJSON_IsObject(j)) return r.fail("must be an object");
     visit(s, r);
     if (!error->empty()) return false;
@@ -319,13 +356,15 @@ struct Reader {
     return true;
   }
   template <class T>
-  void operator()(const char *name, T &value) {
+  void operator()(const char *name, T &value, std::optional<Bounds> fieldBounds = std::nullopt) {
     known.insert(name);
     const cJSON *j = cJSON_GetObjectItemCaseSensitive(from, name);
     if (!j || !error->empty()) return;
     std::string outer = where;
     where += ".\"" + std::string(name) + "\"";
+    bounds = fieldBounds;
     read(j, value);
+    bounds.reset();
     where = outer;
   }
 };
@@ -363,36 +402,36 @@ bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
 // The auto-recovery table: an interval, and causes by the API's or the
 // CLI's name, each set or not; causes not named keep their setting.
 static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error) {
+  Reader r{j, "scenario: \"model\".\"errdisable\"", error, {}, {}};
+  if (!cJSON_IsObject(j)) return r.fail("must be an object");
+  r("interval", e.intervalS, facts::kRecoveryInterval);
+  r("intervalSetAtMs", e.intervalSetAtMs);
+  r.known.insert("causes");
   const cJSON *x = nullptr;
-  cJSON_ArrayForEach(x, j) {
-    std::string key = x->string;
-    if (key == "interval" && cJSON_IsNumber(x) && x->valuedouble >= facts::kRecoveryInterval.least &&
-        x->valuedouble <= facts::kRecoveryInterval.most &&
-        x->valuedouble == static_cast<double>(static_cast<uint32_t>(x->valuedouble))) {
-      e.intervalS = static_cast<uint32_t>(x->valuedouble);
-      continue;
-    }
-    if (key == "intervalSetAtMs" && cJSON_IsNumber(x)) {
-      e.intervalSetAtMs = static_cast<int64_t>(x->valuedouble);
-      continue;
-    }
-    if (key != "causes" || !cJSON_IsObject(x)) {
-      *error = key == "interval" ? "scenario: \"model\".\"errdisable\".\"interval\": must be whole seconds from " +
-                                       std::to_string(facts::kRecoveryInterval.least) + " to " +
-                                       std::to_string(facts::kRecoveryInterval.most)
-                                 : "scenario: \"model\".\"errdisable\": unknown field \"" + key + "\"";
-      return false;
-    }
-    const cJSON *c = nullptr;
-    cJSON_ArrayForEach(c, x) {
-      int i = causeIndex(c->string);
-      if (i < 0 || !cJSON_IsBool(c)) {
-        *error = std::string("scenario: \"model\".\"errdisable\".\"causes\": ") +
-                 (i < 0 ? "unknown cause \"" + std::string(c->string) + "\"" : "\"" + std::string(c->string) + "\" must be true or false");
-        return false;
-      }
-      e.recovers[i] = cJSON_IsTrue(c);
-    }
+  cJSON_ArrayForEach(x, j) if (!r.known.count(x->string)) return r.fail("unknown field \"" + std::string(x->string) + "\"");
+  const cJSON *causes = cJSON_GetObjectItemCaseSensitive(j, "causes");
+  if (!error->empty() || !causes) return error->empty();
+  r.where += ".\"causes\"";
+  if (!cJSON_IsObject(causes)) return r.fail("must be an object");
+  cJSON_ArrayForEach(x, causes) {
+    int i = causeIndex(x->string);
+    if (i < 0) return r.fail("unknown cause \"" + std::string(x->string) + "\"");
+    if (!cJSON_IsBool(x)) return r.fail("\"" + std::string(x->string) + "\" must be true or false");
+    e.recovers[static_cast<size_t>(i)] = cJSON_IsTrue(x);
+  }
+  return true;
+}
+
+// Ports by number, each a port of the seeded switch.
+static bool portsFromJson(const cJSON *j, Model &m, std::string *error) {
+  Reader r{j, "scenario: \"model\".\"ports\"", error, {}, {}};
+  if (!cJSON_IsObject(j)) return r.fail("must be an object");
+  const cJSON *port = nullptr;
+  cJSON_ArrayForEach(port, j) {
+    uint32_t n = 0;
+    auto it = keyNumber(port->string, &n) ? m.ports.find(n) : m.ports.end();
+    if (it == m.ports.end()) return r.fail("the switch has no port \"" + std::string(port->string) + "\"");
+    if (!Reader::readStruct(port, it->second, r.where + ".\"" + port->string + "\"", error)) return false;
   }
   return true;
 }
@@ -406,18 +445,7 @@ bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
     if (key == "layout") {
       continue;  // read first, to seed the switch this file is about
     } else if (key == "ports") {
-      const cJSON *port = nullptr;
-      cJSON_ArrayForEach(port, x) {
-        char *end = nullptr;
-        unsigned long n = strtoul(port->string, &end, 10);
-        auto it = m.ports.find(static_cast<uint32_t>(n));
-        if (!*port->string || *end || it == m.ports.end()) {
-          *error = "scenario: \"model\".\"ports\": the switch has no port \"" + std::string(port->string) + "\"";
-          return false;
-        }
-        std::string where = "scenario: \"model\".\"ports\".\"" + std::string(port->string) + "\"";
-        if (!Reader::readStruct(port, it->second, where, error)) return false;
-      }
+      ok = portsFromJson(x, m, error);
     } else if (key == "errdisable") {
       ok = errdisableFromJson(x, m.errdisable, error);
     } else if (key == "pml") {
@@ -426,7 +454,7 @@ bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
       ok = Reader::readStruct(x, m.green, "scenario: \"model\".\"green\"", error);
     } else {
       // The switch-wide values that stand alone.
-      Reader r{j, "scenario: \"model\"", error, {}};
+      Reader r{j, "scenario: \"model\"", error, {}, {}};
       r("vlans", m.vlans);
       r("ledMode", m.ledMode);
       r("osVersion", m.osVersion);

@@ -404,12 +404,13 @@ Entry entry(uint32_t ifNum, const char *mac, uint32_t vlan, bool sticky = false,
   return e;
 }
 
-void seedTables(Pml &t) {
+// The storage array learnt on the first fibre port, wherever it is.
+void seedTables(Pml &t, uint32_t storagePort) {
   t.dynamics = {
       entry(1, "00:1A:2B:3C:4D:01", 1),  entry(1, "00:1A:2B:3C:4D:02", 1),  entry(1, "F4:8E:38:11:22:33", 10),
       entry(2, "3C:EC:EF:10:20:30", 1),  entry(2, "3C:EC:EF:10:20:32", 10), entry(3, "00:1B:21:3A:4F:90", 10),
-      entry(5, "00:0E:C6:A1:B2:C4", 1),  entry(8, "B8:27:EB:45:67:89", 1),  entry(25, "00:25:90:AA:BB:01", 10),
-      entry(25, "00:25:90:AA:BB:02", 10),
+      entry(5, "00:0E:C6:A1:B2:C4", 1),  entry(8, "B8:27:EB:45:67:89", 1),  entry(storagePort, "00:25:90:AA:BB:01", 10),
+      entry(storagePort, "00:25:90:AA:BB:02", 10),
   };
   t.statics = {
       entry(2, "3C:EC:EF:10:20:31", 1),
@@ -512,7 +513,7 @@ void seedPml(Sim &s) {
   s.model.pml = Pml();
   for (auto &[n, p] : s.model.ports) seedPort(s, p);
   for (uint32_t vlan : s.model.vlans) seedVlan(s, vlan);
-  seedTables(s.model.pml);
+  seedTables(s.model.pml, s.model.layout.firstFibre());
 }
 
 }  // namespace sim

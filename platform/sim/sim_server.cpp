@@ -125,6 +125,10 @@ std::string answer(Sim &s, const std::string &frame, int64_t *delayMs) {
   if (c.name == wire::kControlCall) {
     std::string out;
     int status = handleControl(s, decodeWords(c), &out);
+    // The client refuses a longer frame, which would read as no daemon.
+    if (out.size() + 64 > wire::kMaxFrame)
+      return encodeControlReply(1, "open-sim: the answer is too large to send: a reply carries " +
+                                       std::to_string(wire::kMaxFrame >> 20) + " MiB at most\n");
     return encodeControlReply(status, out);
   }
   int result = handleCall(s, c);

@@ -1,6 +1,5 @@
 // Timelines: events at moments of simulated time, checked whole before any
 // is taken, then applied in order as the clock reaches them.
-#include <ctype.h>
 #include <math.h>
 #include <stdio.h>
 #include <string.h>
@@ -9,6 +8,7 @@
 #include <algorithm>
 
 #include "sim/sim.h"
+#include "sim/sim_checks.h"
 #include "sim/sim_json.h"
 #include "switch_facts.h"
 
@@ -20,22 +20,12 @@ constexpr int64_t kDefaultSecondsToWrap = 10;
 // Bounds that keep every conversion to an integer defined.
 constexpr double kMostSeconds = 1e9;
 constexpr double kMostNumber = 4294967295.0;
-// Above any port's line rate (400G is 5e10 octets a second), and exact in
-// a JSON number.
-constexpr double kMostOctetsPerSec = 1e12;
 constexpr int kMostFields = 3;
 
 using Check = bool (*)(const Sim &, const cJSON *, TimelineEvent *, std::string *);
 using Apply = void (*)(Sim &, const TimelineEvent &);
 
 const cJSON *member(const cJSON *o, const char *name) { return cJSON_GetObjectItemCaseSensitive(o, name); }
-
-bool wellFormedMac(const std::string &t) {
-  if (t.size() != 17) return false;
-  for (size_t i = 0; i < t.size(); ++i)
-    if (i % 3 == 2 ? t[i] != ':' && t[i] != '-' : !isxdigit(static_cast<unsigned char>(t[i]))) return false;
-  return true;
-}
 
 // A whole-number field between the bounds; `optional` lets it be absent.
 bool wholeField(const cJSON *o, const char *name, double least, double most, bool optional, int64_t *v,
@@ -133,8 +123,8 @@ bool checkTraffic(const Sim &, const cJSON *o, TimelineEvent *e, std::string *er
     *error = "needs \"inOctetsPerSec\", \"outOctetsPerSec\" or \"inErrors\"";
     return false;
   }
-  return wholeField(o, "inOctetsPerSec", 0, kMostOctetsPerSec, true, &t.inOctetsPerSec, error) &&
-         wholeField(o, "outOctetsPerSec", 0, kMostOctetsPerSec, true, &t.outOctetsPerSec, error) &&
+  return wholeField(o, "inOctetsPerSec", 0, kOctetsPerSec.most, true, &t.inOctetsPerSec, error) &&
+         wholeField(o, "outOctetsPerSec", 0, kOctetsPerSec.most, true, &t.outOctetsPerSec, error) &&
          wholeField(o, "inErrors", 0, kMostNumber, true, &t.inErrors, error);
 }
 

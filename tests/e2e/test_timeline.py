@@ -62,13 +62,11 @@ EVENTS = [
       "green-pwr-sav-history/intf-next-entry?intIfNum=3&sampleNo=36", "sampleNo", 10023, 37, at=300),
 ]
 
-# Every refusal the daemon makes is held in tests/unit/sim_timeline_test.cpp; these go through the ctl client
-# reading a file.
+# Every refusal the daemon makes is held in tests/unit/sim_timeline_test.cpp; these the ctl client makes
+# itself, reading a file.
 BAD = [
-    ("unknown port", {"timeline": [E(5, "link-down", 1), E(20, "link-up", 99)]},
-     "timeline event 2 (at 20): unknown port 99"),
-    ("broken JSON", '{"timeline": [\n  {"at": 5,, }]}', "timeline file: broken JSON at line 2, column 13"),
     ("a zero byte, which would hide what follows", '{"timeline": []}\n\0{}', "timeline file: a zero byte at line 2, column 1"),
+    ("over the frame limit", " " * (64 << 20), "the file is too large to send: a request carries 64 MiB at most"),
 ]
 
 

@@ -51,10 +51,12 @@ void start(sim::Sim &s, const std::string &scenario = sim::defaultScenario()) {
   ASSERT_EQ(ctl(s, {"clock", "advance", "10"}).status, 0);
 }
 
-TEST(SimTimeline, EachBadFileIsRefusedInOneLineAndChangesNothing) {
+TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
   struct Case {
-    const char *command;  // play or load
-    std::string file, line;
+    std::vector<std::string> words;
+    std::string line;
+    Case(const char *command, std::string file, std::string l) : words{command, std::move(file)}, line(std::move(l)) {}
+    Case(std::vector<std::string> w, std::string l) : words(std::move(w)), line(std::move(l)) {}
   } cases[] = {
       {"play", playFile(R"({"at": 5, "event": "flap", "port": 1})"), R"(timeline event 1 (at 5): unknown event "flap")"},
       {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1}, {"at": 20, "event": "link-up", "port": 99})"),
@@ -190,15 +192,46 @@ TEST(SimTimeline, EachBadFileIsRefusedInOneLineAndChangesNothing) {
       {"load", R"({"timeline": [{"at": 5, "event": "link-down", "port": 99}]})",
        "timeline event 1 (at 5): unknown port 99"},
       {"load", "{} {}", "scenario: text after the JSON at line 1, column 4"},
+      {"load", R"({"model": {"ports": [{}]}})", R"(scenario: "model"."ports": must be an object)"},
+      {"load", R"({"model": {"errdisable": [1]}})", R"(scenario: "model"."errdisable": must be an object)"},
+      {"load", R"({"model": {"green": {"maxSamples": 4294967295}}})",
+       R"(scenario: "model"."green"."maxSamples": must be from 1 to 8192)"},
+      {"load", R"({"model": {"layout": {"copperPorts": 4294967304}}})",
+       R"(scenario: "model"."layout"."copperPorts": must be from 0 to 4294967295)"},
+      {"load", R"({"model": {"ports": {"1": {"rates": {"inOctetsPerSec": 1e300}}}}})",
+       R"(scenario: "model"."ports"."1"."rates"."inOctetsPerSec": must be from 0 to 1000000000000)"},
+      {"load", R"({"model": {"ports": {"1": {"pml": {"vlanDynamicLimit": {"-1": 5}}}}}})",
+       R"(scenario: "model"."ports"."1"."pml"."vlanDynamicLimit": "-1" is not a number)"},
+      {"load", R"({"model": {"ports": {"1": {"pml": {"vlanDynamicLimit": {"5": 5}}}}}})",
+       R"(scenario: "model"."ports"."1": "pml"."vlanDynamicLimit" names a VLAN the switch lacks)"},
+      {"load", R"({"model": {"ports": {"3": {"green": {"history": [{"percent": 70000}]}}}}})",
+       R"(scenario: "model"."ports"."3"."green"."history"."percent": must be from 0 to 100)"},
+      {"load", R"({"model": {"ports": {"25": {"lagMember": 650}}}})", R"(scenario: "model"."ports"."25": "lagMember" is for copper ports)"},
+      {"load", R"({"model": {"ports": {"25": {"powerEstimate": true}}}})",
+       R"(scenario: "model"."ports"."25": "powerEstimate" is for copper ports)"},
+      {"load", R"({"model": {"pml": {"vlans": {"5": {}}}}})", R"(scenario: "model"."pml"."vlans": VLAN 5 is no VLAN of the switch)"},
+      {"load", R"({"model": {"pml": {"static": [{"ifNum": 99, "macAddr": "00:11:22:33:44:55", "vlanId": 1}]}}})",
+       R"(scenario: "model"."pml"."static"[0]: "ifNum" is no port of the switch)"},
+      {"load", R"({"model": {"pml": {"dynamic": [{"ifNum": 1, "macAddr": "01:11:22:33:44:55", "vlanId": 1}]}}})",
+       R"(scenario: "model"."pml"."dynamic"[0]: "macAddr" is no unicast MAC address (upper-case pairs joined by ":"))"},
+      {"load", R"({"model": {"pml": {"static": [{"ifNum": 1, "macAddr": "00:11:22:33:44:55", "vlanId": 5000}]}}})",
+       R"(scenario: "model"."pml"."static"[0]: "vlanId" is no VLAN of the switch)"},
+      {{"set", "openapiIfAdminStateGot", "1", "0"}, R"(open-sim: unknown call "openapiIfAdminStateGot")"},
+      {{"delay", "openapiIfAdminStateGot", "5"}, R"(open-sim: unknown call "openapiIfAdminStateGot")"},
+      {{"fail", "openapiIfAdminStateGet", "4294967296"},
+       "usage: fail CALL RESULT [COUNT] (RESULT from -2147483648 to 2147483647, COUNT 1 or more)"},
+      {{"reset", "now"}, "usage: reset"},
+      {{"frob"}, R"(unknown command "frob" (set, fail, delay, journal, reset, dump, load, clock or play))"},
   };
   sim::Sim s;
   start(s);
   std::string before = ctl(s, {"dump"}).out;
   for (const Case &c : cases) {
-    Ctl r = ctl(s, {c.command, c.file});
-    EXPECT_EQ(r.status, 2) << c.file;
-    EXPECT_EQ(r.out, "open-sim: " + c.line + "\n") << c.file;
-    ASSERT_TRUE(ctl(s, {"dump"}).out == before) << "the state changed: " << c.file;
+    Ctl r = ctl(s, c.words);
+    bool file = c.words[0] == "play" || c.words[0] == "load";  // its line names the file's kind
+    EXPECT_EQ(r.status, 2) << c.words.back();
+    EXPECT_EQ(r.out, (file ? "open-sim: " : "") + c.line + "\n") << c.words.back();
+    ASSERT_TRUE(ctl(s, {"dump"}).out == before) << "the state changed: " << c.words.back();
   }
   ASSERT_EQ(read(s, "openapiIfLinkStateGet", 1), 0);
   ctl(s, {"clock", "advance", "20"});
@@ -280,14 +313,14 @@ TEST(SimClock, TakesDecimalSecondsOnlyAndARefusalLeavesTheTime) {
 
 // "next" stops at each pending thing in turn, timers and events alike,
 // names what was due then, and applies it.
-// BPDU guard recovers after 60 s; no power-saving samples to stop at (a
-// sample interval of 0, which only a scenario can set).
+// BPDU guard recovers after 60 s; the next power-saving sample is 600
+// hours away.
 std::string recoveringSwitch() {
   std::string causes;
   for (const facts::DDisableCause &c : facts::kDDisableCauses)
     causes += std::string(causes.empty() ? "" : ", ") + "\"" + c.cli + "\": " + (strcmp(c.cli, "bpduguard") ? "false" : "true");
   return R"({"model": {"errdisable": {"interval": 60, "causes": {)" + causes + R"(}},
-                       "green": {"sampleIntervalMin": 0}}})";
+                       "green": {"sampleIntervalMin": 36000, "nextSampleMs": 2160000000}}})";
 }
 
 TEST(SimClock, NextStopsAtEachPendingThingInTurn) {
@@ -312,10 +345,6 @@ TEST(SimClock, NextStopsAtEachPendingThingInTurn) {
     EXPECT_EQ(read(s, "openapiIfLinkStateGet", 3), step.link3);
   }
   EXPECT_EQ(read(s, "openapiIfAdminStateGet", 5), 0);
-  Ctl none = ctl(s, {"clock", "next"});
-  EXPECT_EQ(none.status, 1);
-  EXPECT_EQ(none.out, "nothing pending; the clock stays at 71.000\n");
-  EXPECT_EQ(now(s), "paused 71.000\n");
 }
 
 // The events still to come at the simulated time they apply, the timers,
@@ -331,7 +360,8 @@ TEST(SimTimeline, DumpShowsWhatIsPending) {
   char *pending = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(root.get(), "pending"));
   EXPECT_STREQ(pending, R"({"now":11,"paused":true,)"
                         R"("timeline":[{"at":30.25,"event":"traffic","port":3,"inErrors":5}],)"
-                        R"("timers":[{"at":71,"what":"port 2 recovers from D-Disable"}]})");
+                        R"("timers":[{"at":71,"what":"port 2 recovers from D-Disable"},)"
+                        R"({"at":2160000,"what":"power-saving history sample"}]})");
   cJSON_free(pending);
   EXPECT_EQ(ctl(s, {"load", dump.out}).out, "");
 }
@@ -358,7 +388,6 @@ TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
                                          {"delay", call, "1.5"}, {"delay", call, ""}, {"delay", call, "70", "0"},
                                          {"delay", call}})
     EXPECT_EQ(ctl(s, words).out, usage) << words[2];
-  EXPECT_EQ(ctl(s, {"delay", "openapiIfAdminStateGot", "5"}).out, "open-sim: unknown call \"openapiIfAdminStateGot\"\n");
   EXPECT_EQ(sim::takeDelay(s, call), 0);
 }
 

@@ -12,6 +12,9 @@ namespace sim {
 namespace {
 
 std::string gCliDir = "/mnt/application/quill/tmp";
+// A script is a few KiB; a larger file is no CLI file, and reading it
+// whole would take the daemon's memory.
+constexpr size_t kMostCliFileBytes = 1 << 20;
 
 int refuse(const std::string &path, const char *why) {
   fprintf(stderr, "open-sim: refused CLI file %s: %s\n", path.c_str(), why);
@@ -58,7 +61,14 @@ bool readCliFile(const std::string &path, std::string *out) {
   out->clear();
   char buf[4096];
   ssize_t n;
-  while ((n = read(fd, buf, sizeof buf)) > 0) out->append(buf, static_cast<size_t>(n));
+  while ((n = read(fd, buf, sizeof buf)) > 0) {
+    if (out->size() + static_cast<size_t>(n) > kMostCliFileBytes) {
+      close(fd);
+      refuse(path, "larger than 1 MiB");
+      return false;
+    }
+    out->append(buf, static_cast<size_t>(n));
+  }
   close(fd);
   return n == 0;
 }

@@ -17,7 +17,8 @@ sim::Arg text(const std::string &t) {
 
 // Whoever reaches the simulator's socket names the files of the CLI
 // exchange, which the simulator opens with its own rights: only a regular
-// file directly inside the CLI work folder, never through a link.
+// file directly inside the CLI work folder, never through a link, and
+// never one larger than a script can be.
 TEST(SimCliFiles, OnlyRegularFilesInsideTheWorkFolderAreReadOrWritten) {
   TempDir work, elsewhere;
   std::string dir = work.path.substr(0, work.path.size() - 1), secret = elsewhere.file("secret");
@@ -27,6 +28,7 @@ TEST(SimCliFiles, OnlyRegularFilesInsideTheWorkFolderAreReadOrWritten) {
   mkfifo(work.file("fifo").c_str(), 0666);
   mkdir(work.file("folder").c_str(), 0700);
   writeText(work.file("script"), "configure\nerrdisable recovery interval 300\nend\n");
+  writeText(work.file("huge"), std::string((1 << 20) + 1, '\n'));
   struct Case { std::string in, out; int result; } cases[] = {
       {work.file("script"), work.file("packed"), 0},
       {secret, work.file("packed"), -1},                       // read from elsewhere
@@ -37,6 +39,7 @@ TEST(SimCliFiles, OnlyRegularFilesInsideTheWorkFolderAreReadOrWritten) {
       {work.file("script"), work.file("fifo"), -1},
       {work.file("script"), work.file("folder"), -1},
       {dir, work.file("packed"), -1},
+      {work.file("huge"), work.file("packed"), -1},            // more than a script can be
   };
   sim::Sim s;
   for (const Case &c : cases) {

@@ -45,18 +45,11 @@ void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
   }
 }
 
-sim::Arg text(const std::string &t) {
-  sim::Arg a;
-  a.kind = wire::kInString;
-  a.text = t;
-  return a;
-}
-
 void cliScript(sim::Sim &s, const uint8_t *data, size_t size) {
   std::string in = sim::cliDir() + "/script", out = sim::cliDir() + "/output", said;
   FILE *f = fopen(in.c_str(), "wb");
   fuzz::require(f && fwrite(data, 1, size, f) == size && fclose(f) == 0, "the script written");
-  sim::Call apply{"rpcclt_openapiTxtCfgApply", {text(in), text(out)}};
+  sim::Call apply{"rpcclt_openapiTxtCfgApply", {{wire::kInString, 4, 0, 0, in}, {wire::kInString, 4, 0, 0, out}}};
   int result = sim::handleCall(s, apply);
   fuzz::require(sim::readCliFile(out, &said), "the apply's output");
   fuzz::require(result == 0 ? said == "Configuration applied.\n" : said.rfind("Error in line ", 0) == 0,

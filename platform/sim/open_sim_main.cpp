@@ -73,7 +73,7 @@ int serveCommand(int argc, char **argv) {
   // and reset and load keep it standing.
   if (paused) sim::clockPause(s.clock);
   if (!sim::loadScenario(s, scenario, &error)) {
-    fprintf(stderr, "open-sim: %s\n", error.c_str());
+    fprintf(stderr, "open-sim: %s\n", sim::oneLine(error).c_str());
     return 1;
   }
   return sim::serve(s, simSocketPath(socket));

@@ -411,11 +411,14 @@ const std::pair<const char *, Control> kControls[] = {
 int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
   out->clear();
   catchUp(s);
-  for (const auto &[name, control] : kControls)
-    if (!w.empty() && w[0] == name) return control(s, w, out);
-  *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") +
-         " (set, fail, delay, journal, reset, dump, load, clock or play)\n";
-  return 2;
+  int status = 2;
+  const auto *control = std::find_if(std::begin(kControls), std::end(kControls),
+                                     [&](const auto &c) { return !w.empty() && w[0] == c.first; });
+  if (control != std::end(kControls)) status = control->second(s, w, out);
+  else *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") +
+              " (set, fail, delay, journal, reset, dump, load, clock or play)\n";
+  if (status != 0 && !out->empty()) *out = oneLine(out->substr(0, out->find_last_not_of('\n') + 1)) + "\n";
+  return status;
 }
 
 }  // namespace sim

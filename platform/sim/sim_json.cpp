@@ -53,6 +53,16 @@ Json parseStrictObject(const std::string &text, const char *what, std::string *e
   return nullptr;
 }
 
+std::string oneLine(const std::string &text) {
+  std::string out;
+  for (unsigned char c : text) {
+    char escaped[8];
+    snprintf(escaped, sizeof escaped, c == '\n' ? "\\n" : c == '\t' ? "\\t" : "\\u%04x", c);
+    out += c < 0x20 || c == 0x7f ? std::string(escaped) : std::string(1, static_cast<char>(c));
+  }
+  return out;
+}
+
 const char *duplicateKey(const cJSON *object) {
   if (!cJSON_IsObject(object)) return nullptr;
   std::set<std::string> seen;

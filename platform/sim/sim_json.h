@@ -27,6 +27,10 @@ const char *duplicateKey(const cJSON *object);
 // path of keys and list positions below `node` (."errdisable"[2]).
 bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key);
 
+// A refusal stays one line whatever names it echoes: control characters
+// (a key may hold a newline) are written as JSON escapes.
+std::string oneLine(const std::string &text);
+
 // What a number field must be; a reason of one phrase when it is not.
 enum class NumberFault { None, Missing, NotNumber, Fraction, OutOfRange };
 NumberFault readWhole(const cJSON *n, double least, double most, int64_t *out);

@@ -458,7 +458,7 @@ bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
       r("vlans", m.vlans);
       r("ledMode", m.ledMode);
       r("osVersion", m.osVersion);
-      r("apiVersion", m.apiVersion);
+      r("apiVersion", m.apiVersion, Bounds{0, INT32_MAX});  // the record's fields are 32-bit
       if (!error->empty()) return false;
       if (!r.known.count(key)) {
         *error = "scenario: \"model\": unknown section \"" + key + "\"";

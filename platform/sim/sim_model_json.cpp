@@ -108,8 +108,8 @@ void visit(Port &p, V &v) {
   v("counters", p.counters);
   v("settledMs", p.settledMs);
   v("wrapAtOctets", p.wrapAtOctets);
-  v("drawUpMw", p.drawUpMw);
-  v("drawDownMw", p.drawDownMw);
+  v("drawUpMw", p.drawUpMw, kMilliwatts);
+  v("drawDownMw", p.drawDownMw, kMilliwatts);
   v("savedMwh", p.savedMwh);
   v("savedMwMs", p.savedMwMs);
   v("powerEstimate", p.powerEstimate);

@@ -104,7 +104,7 @@ bool checkPower(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *err
     *error = "port " + std::to_string(e->port) + " has no power estimate";
     return false;
   }
-  return wholeField(o, "milliwatts", 0, kMostNumber, false, &e->milliwatts, error) &&
+  return wholeField(o, "milliwatts", kMilliwatts.least, kMilliwatts.most, false, &e->milliwatts, error) &&
          wholeField(o, "savedMwh", 0, kMostNumber, true, &e->savedMwh, error);
 }
 

@@ -18,10 +18,10 @@ int control(sim::Sim &s, std::vector<std::string> words) {
   return status;
 }
 
-// After a file is taken, the clock moves over what it set going: a day,
+// After a file is taken, the clock moves over what it set going: an hour,
 // then the next pending thing.
 void runOn(sim::Sim &s) {
-  control(s, {"clock", "advance", "86400"});
+  control(s, {"clock", "advance", "3600"});
   control(s, {"clock", "next"});
 }
 

@@ -4,6 +4,8 @@
 // between spaces), f a CLI script applied through the CLI work folder.
 #include <stdlib.h>
 
+#include <sstream>
+
 #include "fuzz/fuzz_support.h"
 #include "sim/sim.h"
 #include "sim/sim_files.h"
@@ -35,13 +37,10 @@ void file(sim::Sim &s, const char *command, const std::string &text) {
 void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
   while (size) {
     std::string line = fuzz::takeLine(data, size);
+    std::istringstream in(line);
     std::vector<std::string> words;
-    for (size_t at = 0; at <= line.size();) {
-      size_t end = std::min(line.find(' ', at), line.size());
-      words.push_back(line.substr(at, end - at));
-      at = end + 1;
-    }
-    control(s, words);
+    for (std::string word; std::getline(in, word, ' ');) words.push_back(word);
+    if (!words.empty()) control(s, words);
   }
 }
 
@@ -60,15 +59,11 @@ void cliScript(sim::Sim &s, const uint8_t *data, size_t size) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-  static char dir[] = "/tmp/fuzz-cli-XXXXXX";
-  fuzz::require(mkdtemp(dir) != nullptr, "a CLI work folder");
-  sim::setCliDir(dir);
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   static const sim::Sim loaded = [] {
+    static char dir[] = "/tmp/fuzz-cli-XXXXXX";
+    fuzz::require(mkdtemp(dir) != nullptr, "a CLI work folder");
+    sim::setCliDir(dir);
     sim::Sim s;
     std::string error;
     sim::clockPause(s.clock);

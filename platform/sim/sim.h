@@ -222,13 +222,23 @@ bool linkUp(const Sim &s, uint32_t ifNum);
 void settleLink(Sim &s, Port &p, int64_t atMs);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t counterAt(const Port &p, Counter which, int64_t atMs);   // as the 32-bit counter reads
-uint64_t countedAt(const Port &p, Counter which, int64_t atMs);   // all counted, unwrapped
-int64_t wrapDueMs(const Port &p, int64_t nowMs);
+uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // as the 32-bit counter reads
+uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // all counted, unwrapped
+int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
 int64_t drawMw(const Sim &s, const Port &p);
-// Mean watts saved per port while up with EEE, or down with energy detect.
+// Mean watts saved per port while up with EEE on both ends, or down with
+// energy detect.
 int64_t savingMw(const Sim &s, const Port &p);
+// EEE runs on the link with both ends: the link sleeps between frames.
+bool lowPowerIdle(const Sim &s, const Port &p);
+// Milliseconds the port's link has slept since load, at `atMs`.
+uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs);
+
+// The octets a second the port's link carries each way while up, and
+// whether both ways share them (half duplex).
+uint64_t lineOctetsPerSec(const Sim &s, const Port &p);
+bool halfDuplex(const Sim &s, const Port &p);
 
 // What events and settings change, each at a moment of simulated time.
 void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);  // the partner comes or goes

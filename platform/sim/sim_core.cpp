@@ -150,10 +150,13 @@ const Interface *firstOfType(const Sim &s, uint32_t type) {
 }
 
 // The interface list is kept sorted by number, so "next" is the first
-// number above `after`, whether or not `after` itself exists.
+// number above `after`, whether or not `after` itself exists. The walks
+// take type 8 for interfaces of any type.
+constexpr uint32_t kAnyType = 8;
+
 const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after) {
   for (const Interface &i : s.interfaces)
-    if (i.type == type && i.ifNum > after) return &i;
+    if ((i.type == type || type == kAnyType) && i.ifNum > after) return &i;
   return nullptr;
 }
 

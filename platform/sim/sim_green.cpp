@@ -38,7 +38,6 @@ constexpr int64_t kEeeSavingMw = 120;
 bool eeeActive(const Sim &s, const Port &p) {
   return p.up && p.greenCapable && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
 }
-bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
 bool energyDetectOn(const Sim &s, const Port &p) {
   return p.greenCapable && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
 }
@@ -47,6 +46,10 @@ Port *greenPort(Sim &s, uint64_t ifNum) {
   Port *p = findPort(s, ifNum);
   return p && p->greenCapable ? p : nullptr;
 }
+
+// Why a Green Ethernet call finds no green port: a port without the
+// feature lacks it, a number that is no port names nothing.
+int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
 
 // The green ports ascend, so "next" is the first number above `after`.
 int walkGreen(Sim &s, uint64_t after, Call &c) {
@@ -70,13 +73,13 @@ int isGreenIntf(Sim &s, Call &c) {
 
 template <PortField<uint32_t> F>
 int greenGet(Sim &s, Call &c) {
-  return greenPort(s, c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
+  return greenPort(s, c.port()) ? portGet<F>(s, c) : lacking(s, c.port());
 }
 
 template <PortField<uint32_t> F>
 int greenSet(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   // A saving that changes rate counts what it saved until now first.
   settleCounters(s, *p, clockNowMs(s.clock));
   return portSet<F>(s, c);
@@ -165,14 +168,14 @@ int64_t statsAge(const Sim &s, const Port &p) { return clockNowSeconds(s.clock) 
 
 int timeSinceReset(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   c.out("seconds", static_cast<uint64_t>(statsAge(s, *p)));
   return OPEN_E_NONE;
 }
 
 int timeSinceResetSplit(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   uint64_t t = static_cast<uint64_t>(statsAge(s, *p));
   c.out("days", t / 86400);
   c.out("hours", t % 86400 / 3600);
@@ -183,28 +186,41 @@ int timeSinceResetSplit(Sim &s, Call &c) {
 
 int eeeStatisticsClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  settleCounters(s, *p, clockNowMs(s.clock));
   GreenPort &g = p->green;
   g.txEvents = g.rxEvents = 0;
   g.txDuration[0] = g.txDuration[1] = g.rxDuration[0] = g.rxDuration[1] = 0;
+  g.lpiMsAtClear = g.lpiMs;
   g.statsClearedS = clockNowSeconds(s.clock);
   return OPEN_E_NONE;
+}
+
+// While EEE runs on both ends the link sleeps in bursts: a wake every
+// 25 ms, asleep 60% of the time sending and 55% receiving.
+constexpr uint64_t kLpiMsPerEvent = 25;
+constexpr uint64_t kTxSleepUsPerMs = 600, kRxSleepUsPerMs = 550;
+
+uint64_t lpiMsSinceClear(const Sim &s, const Port &p) {
+  return lpiMsAt(s, p, clockNowMs(s.clock)) - p.green.lpiMsAtClear;
 }
 
 template <uint64_t GreenPort::*Count>
 int eeeEvents(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("count", p->green.*Count);
+  if (!p) return lacking(s, c.port());
+  c.out("count", (p->green.*Count + lpiMsSinceClear(s, *p) / kLpiMsPerEvent) % (1ULL << 32));
   return OPEN_E_NONE;
 }
 
-template <uint64_t (GreenPort::*Duration)[2]>
+template <uint64_t (GreenPort::*Duration)[2], uint64_t UsPerMs>
 int eeeDuration(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("high", (p->green.*Duration)[0]);
-  c.out("low", (p->green.*Duration)[1]);
+  if (!p) return lacking(s, c.port());
+  const uint64_t(&base)[2] = p->green.*Duration;
+  uint64_t us = (base[0] << 32) + base[1] + lpiMsSinceClear(s, *p) * UsPerMs;
+  c.out("high", us >> 32);
+  c.out("low", us & 0xFFFFFFFFu);
   return OPEN_E_NONE;
 }
 
@@ -213,13 +229,13 @@ int eeeDuration(Sim &s, Call &c) {
 template <bool Ready>
 int dllState(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   c.out("value", Ready ? lowPowerIdle(s, *p) : eeeActive(s, *p));
   return OPEN_E_NONE;
 }
 
 int localTwsys(Sim &s, Call &c) {
-  if (!greenPort(s, c.port())) return OPEN_E_NOT_FOUND;
+  if (!greenPort(s, c.port())) return lacking(s, c.port());
   c.out("twsys", kLocalTwsys);
   return OPEN_E_NONE;
 }
@@ -228,7 +244,7 @@ int localTwsys(Sim &s, Call &c) {
 // only while EEE runs on the link with the partner.
 int echoTwsys(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   c.out("twsys", lowPowerIdle(s, *p) ? kPartnerTwsys : 0);
   return OPEN_E_NONE;
 }
@@ -237,14 +253,15 @@ int echoTwsys(Sim &s, Call &c) {
 template <bool Echo>
 int remoteValue(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || !lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (!lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
   c.out("twsys", Echo ? kLocalTwsys : kPartnerTwsys);
   return OPEN_E_NONE;
 }
 
 int localSummary(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   bool enabled = eeeActive(s, *p), ready = lowPowerIdle(s, *p);
   uint32_t echo = ready ? kPartnerTwsys : 0;
   c.out("twSysTx", kLocalTwsys);
@@ -261,7 +278,8 @@ int localSummary(Sim &s, Call &c) {
 
 int remoteSummary(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || !lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (!lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
   c.out("twSysTx", kPartnerTwsys);
   c.out("twSysTxEcho", kLocalTwsys);
   c.out("twSysRx", kPartnerTwsys);
@@ -270,8 +288,12 @@ int remoteSummary(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// The switch's count in seconds: what it had at load and what every port
+// slept since.
 int totalLpiTime(Sim &s, Call &c) {
-  c.out("lpiTotalTime", s.model.green.totalLpiTime);
+  uint64_t ms = 0;
+  for (const auto &[n, p] : s.model.ports) ms += lpiMsAt(s, p, clockNowMs(s.clock));
+  c.out("lpiTotalTime", (s.model.green.totalLpiTime + ms / 1000) % (1ULL << 32));
   return OPEN_E_NONE;
 }
 
@@ -285,14 +307,14 @@ int featuresSupported(Sim &s, Call &c) {
 
 int intfCurrentPower(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
+  if (!p || !p->powerEstimate) return lacking(s, c.port());
   c.out("pwrConsumption", static_cast<uint64_t>(drawMw(s, *p)));
   return OPEN_E_NONE;
 }
 
 int intfCumulativeSaving(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
+  if (!p || !p->powerEstimate) return lacking(s, c.port());
   c.out("pwrSaving", savedMwhAt(s, *p, clockNowMs(s.clock)));
   return OPEN_E_NONE;
 }
@@ -316,7 +338,7 @@ int globalCumulativeSaving(Sim &s, Call &c) {
 
 int intfStatisticsClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   settleCounters(s, *p, clockNowMs(s.clock));
   p->savedMwh = 0;
   p->savedMwMs = 0;
@@ -391,7 +413,8 @@ int answerSample(Call &c, const Port &p, size_t index) {
 
 int historyFirst(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (p->green.history.empty()) return OPEN_E_NOT_FOUND;
   return answerSample(c, *p, 0);
 }
 
@@ -409,7 +432,8 @@ int historyNext(Sim &s, Call &c) {
 // The sample after the one numbered `curSample`; 0 asks for the first.
 int historyNextSample(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (p->green.history.empty()) return OPEN_E_NOT_FOUND;
   uint64_t cur = c.in("curSample");
   if (cur == 0) return answerSample(c, *p, 0);
   for (size_t i = 0; i + 1 < p->green.history.size(); ++i)
@@ -420,7 +444,7 @@ int historyNextSample(Sim &s, Call &c) {
 // Counted from now: the samples taken so far are gone.
 int historyClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   p->green.history.clear();
   p->green.lpiSum = 0;
   p->green.lpiTaken = 0;
@@ -434,7 +458,7 @@ int historyClear(Sim &s, Call &c) {
 void seedHistory(Sim &s, Port &p) {
   uint32_t count = p.ifNum == 1 ? kUplinkSamples : kRecentSamples;
   for (uint32_t i = 0; i < count; ++i)
-    addSample(p.green, s.model.green.maxSamples, eeeActive(s, p), p.ifNum,
+    addSample(p.green, s.model.green.maxSamples, lowPowerIdle(s, p), p.ifNum,
               kSwitchTimeAtLoad - (count - i) * kHistoryStep);
 }
 
@@ -467,14 +491,20 @@ void seedPower(Port &p) {
 
 }  // namespace
 
+bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
+
+uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs) {
+  return p.green.lpiMs + (lowPowerIdle(s, p) && atMs > p.settledMs ? static_cast<uint64_t>(atMs - p.settledMs) : 0);
+}
+
 int64_t drawMw(const Sim &s, const Port &p) {
   if (!p.up) return p.drawDownMw;
-  return p.drawUpMw + (p.greenCapable && !eeeActive(s, p) ? kEeeSavingMw : 0);
+  return p.drawUpMw + (p.greenCapable && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
 }
 
 int64_t savingMw(const Sim &s, const Port &p) {
   if (!p.powerEstimate) return 0;
-  if (p.up) return eeeActive(s, p) ? kEeeSavingMw : 0;
+  if (p.up) return lowPowerIdle(s, p) ? kEeeSavingMw : 0;
   return energyDetectOn(s, p) ? std::max<int64_t>(0, p.drawUpMw - p.drawDownMw) : 0;
 }
 
@@ -488,7 +518,7 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, 
   Port *p = findPort(s, ifNum);
   if (!p) return;
   settleCounters(s, *p, atMs);
-  int64_t eee = p->up && p->greenCapable && !eeeActive(s, *p) ? kEeeSavingMw : 0;
+  int64_t eee = p->up && p->greenCapable && !lowPowerIdle(s, *p) ? kEeeSavingMw : 0;
   (p->up ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
   if (savedMwh < 0) return;
   p->savedMwh = static_cast<uint64_t>(savedMwh);
@@ -509,7 +539,7 @@ void takeLpiSamples(Sim &s, int64_t uptoMs) {
     p.green.lpiTaken += static_cast<uint32_t>(skipped);
     for (int64_t k = skipped; k < due; ++k) {
       int64_t at = g.nextSampleMs + k * step;
-      addSample(p.green, g.maxSamples, eeeActive(s, p), n, kSwitchTimeAtLoad + static_cast<uint32_t>(at / 1000));
+      addSample(p.green, g.maxSamples, lowPowerIdle(s, p), n, kSwitchTimeAtLoad + static_cast<uint32_t>(at / 1000));
     }
   }
   g.nextSampleMs += due * step;
@@ -557,9 +587,9 @@ const CallRule kGreenRules[] = {
                switchSet<SIM_SWITCH_FIELD(green.eee)>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, eeeEvents<&GreenPort::txEvents>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, eeeDuration<&GreenPort::txDuration>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>)),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, eeeEvents<&GreenPort::rxEvents>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, eeeDuration<&GreenPort::rxDuration>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>)),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceReset),
     SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),

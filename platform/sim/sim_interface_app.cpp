@@ -14,6 +14,10 @@ constexpr uint32_t kBrightnessMax = 100;
 
 bool hasLed(uint32_t ifNum) { return ifNum <= kLedPorts; }
 
+// A port without a colour LED lacks the feature; a number that is no port
+// names nothing.
+int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
+
 // Names longer than the switch keeps are refused, not cut.
 int timeRangeSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
@@ -32,12 +36,12 @@ int ledSupport(Sim &s, Call &c) {
 
 template <PortField<uint32_t> F>
 int ledGet(Sim &s, Call &c) {
-  return hasLed(c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
+  return hasLed(c.port()) ? portGet<F>(s, c) : lacking(s, c.port());
 }
 
 template <PortField<uint32_t> F, uint32_t Max>
 int ledSet(Sim &s, Call &c) {
-  return hasLed(c.port()) ? portSet<F, 0, Max>(s, c) : OPEN_E_NOT_FOUND;
+  return hasLed(c.port()) ? portSet<F, 0, Max>(s, c) : lacking(s, c.port());
 }
 
 int ledModeGet(Sim &s, Call &c) {

@@ -22,6 +22,14 @@ constexpr int64_t kUptimeAtLoadS = 90000;
 constexpr uint32_t kMacTextSize = 18;
 constexpr uint32_t kDescriptionSize = 255;
 
+constexpr uint32_t kPatchCableM = 3;
+// Copper cables plugged in at load, in metres: the partners' and two
+// whose far end is open.
+struct Cable {
+  uint32_t ifNum, metres;
+};
+constexpr Cable kCables[] = {{1, 30}, {2, 50}, {3, 5}, {4, 23}, {5, 15}, {7, 10}, {8, 80}, {12, 48}};
+
 // Link state 0 is up; operational state 2 is D-Disabled.
 constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
 constexpr uint32_t kOprDown = 0, kOprUp = 1, kOprDiagDisabled = 2;
@@ -160,16 +168,23 @@ void settleLink(Sim &s, Port &p, int64_t atMs) {
 }
 
 // The partner comes or goes; whether the link follows is the port's to say.
+// A partner on a copper port without a cable came with a patch cable.
 void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
   p->partner = up;
+  if (up && !p->fibre && !p->cableM) p->cableM = kPatchCableM;
   settleLink(s, *p, atMs);
 }
 
+// Disabling and enabling a port again is the manual way out of D-Disable.
 void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
+  if (enabled && !p->adminEnabled) {
+    p->disableReason = 0;
+    p->cause = -1;
+  }
   p->adminEnabled = enabled;
   settleLink(s, *p, atMs);
 }
@@ -209,6 +224,8 @@ void seedInterfaces(Sim &s) {
     findPort(s, layout.copperPorts - 3 - 2 * l)->lagMember = kFirstLag + l;
     findPort(s, layout.copperPorts - 2 - 2 * l)->lagMember = kFirstLag + l;
   }
+  for (const Cable &c : kCables)
+    if (Port *p = findPort(s, c.ifNum)) p->cableM = c.metres;
   findPort(s, 1)->settings.description = "Uplink to core";
   findPort(s, 2)->settings.description = "Office access point";
   findPort(s, layout.firstFibre())->settings.description = "Storage array";

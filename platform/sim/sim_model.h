@@ -97,9 +97,12 @@ struct GreenPort {
   uint32_t energyDetect = 0, shortReachAuto = 0, shortReachForced = 0;
   uint32_t eeeAdmin = 1, txIdleTime = 100, txWakeTime = 17;
   bool partnerEee = true;  // the link partner speaks EEE over LLDP
-  // LPI events and durations ({high, low} words) counted until the last clear.
+  // LPI events and durations ({high, low} words) at the last clear; what
+  // the link slept since then adds to them.
   uint64_t txEvents = 0, rxEvents = 0;
   uint64_t txDuration[2] = {0, 0}, rxDuration[2] = {0, 0};
+  uint64_t lpiMs = 0;         // asleep since load, until the port's `settledMs`
+  uint64_t lpiMsAtClear = 0;  // `lpiMs` at the last clear
   int64_t statsClearedS = 0;  // simulated seconds of the last clear (negative: before load)
   std::deque<LpiSample> history;
   uint64_t lpiSum = 0;       // of every sample since the history was cleared
@@ -115,9 +118,10 @@ struct Port {
   uint32_t medium = 1;   // active medium: 0 none (no transceiver), 1 copper, 2 fiber
   bool up = false;       // the link as it stands, kept in step by settleLink
   int64_t lastChangeS = 0;  // switch uptime at the last link change
-  // Configured speed (platform speed-mode value, 1 auto), duplex (1 full)
-  // and negotiation (0 on, 1 off); what was negotiated shows while up.
-  uint32_t speedMode = 1, duplexMode = 1, autoNeg = 0;
+  // Configured speed (platform speed-mode value, 1 auto): the duplex and
+  // negotiation follow from it; what was negotiated shows while up.
+  uint32_t speedMode = 1;
+  uint32_t cableM = 0;  // the copper cable plugged in, in metres; 0 none
   // D-Disable: the reason while shut, the cause's place in the switch's
   // cause table, and when it tripped.
   uint32_t disableReason = 0;

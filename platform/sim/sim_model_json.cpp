@@ -80,6 +80,8 @@ void visit(GreenPort &g, V &v) {
   v("rxEvents", g.rxEvents);
   v("txDuration", g.txDuration);
   v("rxDuration", g.rxDuration);
+  v("lpiMs", g.lpiMs);
+  v("lpiMsAtClear", g.lpiMsAtClear);
   v("statsClearedS", g.statsClearedS);
   v("history", g.history);
   v("lpiSum", g.lpiSum);
@@ -95,8 +97,7 @@ void visit(Port &p, V &v) {
   v("up", p.up);
   v("lastChangeS", p.lastChangeS);
   v("speedMode", p.speedMode);
-  v("duplexMode", p.duplexMode);
-  v("autoNeg", p.autoNeg);
+  v("cableM", p.cableM);
   v("disableReason", p.disableReason);
   v("cause", p.cause);
   v("tripAtMs", p.tripAtMs);
@@ -221,6 +222,9 @@ struct Writer {
 
 // --- reading -----------------------------------------------------------------
 
+// Keys older files may hold for facts the model now derives.
+const std::set<std::string> kDerived = {"duplexMode", "autoNeg"};
+
 struct Reader {
   const cJSON *from;
   std::string where;
@@ -315,7 +319,11 @@ struct Reader {
     visit(s, r);
     if (!error->empty()) return false;
     const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) if (!r.known.count(x->string)) return r.fail("unknown field \"" + std::string(x->string) + "\"");
+    cJSON_ArrayForEach(x, j) {
+      if (r.known.count(x->string)) continue;
+      if (kDerived.count(x->string)) return r.fail("\"" + std::string(x->string) + "\" is now derived from the other facts");
+      return r.fail("unknown field \"" + std::string(x->string) + "\"");
+    }
     return true;
   }
   template <class T>

@@ -245,7 +245,7 @@ std::vector<PendingTimer> pendingTimers(const Sim &s) {
   for (const auto &[n, p] : s.model.ports) {
     if (recovers(s, p))
       out.push_back({std::max(now, recoveryAtMs(s, p)), "port " + std::to_string(n) + " recovers from D-Disable"});
-    if (int64_t wrap = wrapDueMs(p, now); wrap >= 0) out.push_back({wrap, "port " + std::to_string(n) + " counters wrap"});
+    if (int64_t wrap = wrapDueMs(s, p, now); wrap >= 0) out.push_back({wrap, "port " + std::to_string(n) + " counters wrap"});
   }
   if (s.model.green.sampleIntervalMin > 0) out.push_back({s.model.green.nextSampleMs, "power-saving history sample"});
   std::stable_sort(out.begin(), out.end(), [](const PendingTimer &a, const PendingTimer &b) { return a.atMs < b.atMs; });

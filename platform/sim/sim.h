@@ -255,6 +255,8 @@ int causeIndex(const std::string &name);
 int disableReasonOf(const std::string &cause);  // 0 for no cause
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
 void recoverDDisabled(Sim &s, int64_t uptoMs);
+// The earliest moment a shut port comes back, or -1 when none will.
+int64_t nextRecoveryMs(const Sim &s);
 void recordPmlViolation(Sim &s, const TimelineEvent &e);
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum);
 void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs);

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "sim/sim.h"
 #include "switch_facts.h"
@@ -26,7 +27,7 @@ constexpr uint32_t kHistoryEpoch = 1709251200;
 constexpr uint32_t kHistoryStep = 300;
 constexpr uint32_t kUplinkSamples = 5000;
 constexpr uint32_t kRecentSamples = 36;
-constexpr uint32_t kSwitchTimeAtLoad = kHistoryEpoch + kUplinkSamples * kHistoryStep;
+constexpr int64_t kSwitchTimeAtLoad = int64_t{kHistoryEpoch} + kUplinkSamples * kHistoryStep;
 
 // Seconds since each port's counters were last cleared, at load: 3 days,
 // 4 hours, 12 minutes and 5 seconds.
@@ -349,29 +350,91 @@ int intfStatisticsClear(Sim &s, Call &c) {
 
 int64_t sampleStepMs(const Sim &s) { return static_cast<int64_t>(s.model.green.sampleIntervalMin) * 60000; }
 
-// Idle links sleep most of the night and less in office hours.
-uint16_t lpiPercent(bool idle, uint32_t ifNum, uint32_t index, uint32_t time) {
-  if (!idle) return 0;
-  uint32_t hourOfDay = time / 3600 % 24;
-  uint32_t base = hourOfDay >= 8 && hourOfDay < 18 ? 35 : 80;
-  return static_cast<uint16_t>(base + (index * 7 + ifNum * 13) % 15);
+// Idle links sleep most of the night and less in office hours; the
+// sample's place in the history adds a little of its own, which repeats
+// every 15 samples (7 and 15 share no factor, so 15 in a row take each
+// of 0 to 14 once).
+constexpr int64_t kDayS = 86400, kOfficeFromS = 8 * 3600, kOfficeToS = 18 * 3600;
+constexpr uint64_t kNightPercent = 80, kOfficePercent = 35, kPlaceCycle = 15, kPlaceCycleSum = 105;
+
+bool officeHours(int64_t time) {
+  int64_t second = time % kDayS;
+  return second >= kOfficeFromS && second < kOfficeToS;
 }
 
-void addSample(GreenPort &g, uint32_t maxSamples, bool idle, uint32_t ifNum, uint32_t time) {
-  LpiSample r;
-  r.percent = lpiPercent(idle, ifNum, g.lpiTaken, time);
-  g.lpiSum += r.percent;
-  ++g.lpiTaken;
-  r.number = static_cast<uint16_t>(g.lpiTaken);
-  r.time = time;
-  r.percentTotal = static_cast<uint16_t>(g.lpiSum / g.lpiTaken);
-  g.history.push_back(r);
-  while (g.history.size() > maxSamples) g.history.pop_front();
+uint64_t placePercent(const LpiRun &r, uint32_t ifNum, uint64_t k) { return ((r.place + k) * 7 + ifNum * 13) % kPlaceCycle; }
+
+uint16_t lpiPercent(const LpiRun &r, uint32_t ifNum, uint64_t k) {
+  if (!r.idle) return 0;
+  uint64_t base = officeHours(r.firstTime + static_cast<int64_t>(k * r.stepS)) ? kOfficePercent : kNightPercent;
+  return static_cast<uint16_t>(base + placePercent(r, ifNum, k));
+}
+
+// The percents of the run's first `count` samples, without visiting each:
+// the place repeats every 15 samples and the hour every day, so a long
+// run costs no more than a day of samples.
+uint64_t percentSum(const LpiRun &r, uint32_t ifNum, uint64_t count) {
+  if (!r.idle || !count) return 0;
+  uint64_t sum = count / kPlaceCycle * kPlaceCycleSum;
+  for (uint64_t k = count / kPlaceCycle * kPlaceCycle; k < count; ++k) sum += placePercent(r, ifNum, k);
+  uint64_t period = kDayS / std::gcd<uint64_t>(kDayS, r.stepS);
+  uint64_t full = count / period, rest = count % period, inPeriod = 0, inRest = 0;
+  for (uint64_t k = 0; k < (full ? period : rest); ++k) {
+    bool office = officeHours(r.firstTime + static_cast<int64_t>(k * r.stepS));
+    inPeriod += office;
+    inRest += office && k < rest;
+  }
+  uint64_t office = full * inPeriod + inRest;
+  return sum + kNightPercent * count - (kNightPercent - kOfficePercent) * office;
+}
+
+uint64_t keptSamples(const GreenPort &g) {
+  uint64_t kept = 0;
+  for (const LpiRun &r : g.history) kept += r.count;
+  return kept;
+}
+
+// The oldest samples go first; what they counted stays in the average.
+void trimHistory(GreenPort &g, uint32_t ifNum, uint64_t maxSamples) {
+  for (uint64_t kept = keptSamples(g); kept > maxSamples;) {
+    LpiRun &r = g.history.front();
+    uint64_t drop = std::min(r.count, kept - maxSamples);
+    kept -= drop;
+    if (drop == r.count) {
+      g.history.pop_front();
+      continue;
+    }
+    r.sumBefore += percentSum(r, ifNum, drop);
+    r.place += drop;
+    r.firstTime += static_cast<int64_t>(drop * r.stepS);
+    r.count -= drop;
+  }
+}
+
+// `count` samples every `stepS` seconds from `time`, the link asleep or
+// not throughout: the last run grows when they carry it on.
+void addSamples(GreenPort &g, uint32_t ifNum, bool idle, int64_t time, uint32_t stepS, uint64_t count,
+                uint64_t maxSamples) {
+  LpiRun next;
+  if (!g.history.empty()) {
+    LpiRun &last = g.history.back();
+    if (last.idle == idle && last.stepS == stepS && last.firstTime + static_cast<int64_t>(last.count * stepS) == time) {
+      last.count += count;
+      return trimHistory(g, ifNum, maxSamples);
+    }
+    next.place = last.place + last.count;
+    next.sumBefore = last.sumBefore + percentSum(last, ifNum, last.count);
+  }
+  next.firstTime = time;
+  next.stepS = stepS;
+  next.count = count;
+  next.idle = idle;
+  g.history.push_back(next);
+  trimHistory(g, ifNum, maxSamples);
 }
 
 void trimHistory(Sim &s) {
-  for (auto &[n, p] : s.model.ports)
-    while (p.green.history.size() > s.model.green.maxSamples) p.green.history.pop_front();
+  for (auto &[n, p] : s.model.ports) trimHistory(p.green, n, s.model.green.maxSamples);
 }
 
 int sampleIntervalSet(Sim &s, Call &c) {
@@ -391,30 +454,36 @@ int maxSamplesSet(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-void writeSample(Arg &a, const Port &p, size_t index) {
-  const LpiSample &r = p.green.history[index];
+// The kept sample at `index`, oldest first, as the wire carries it: its
+// number and time in the platform's 16 and 32 bits.
+void writeSample(Arg &a, const Port &p, uint64_t index, uint64_t kept) {
+  uint64_t k = index;
+  auto run = p.green.history.begin();
+  for (; k >= run->count; ++run) k -= run->count;
+  uint64_t place = run->place + k;
   open_pwr_sav_sample_t out = {};
-  out.sampleNo = r.number;
-  out.sampleTime = r.time;
-  out.percentLpiTime = r.percent;
-  out.percentLpiTimeTotal = r.percentTotal;
+  out.sampleNo = static_cast<uint16_t>(place + 1);
+  out.sampleTime = static_cast<uint32_t>(run->firstTime + static_cast<int64_t>(k * run->stepS));
+  out.percentLpiTime = lpiPercent(*run, p.ifNum, k);
+  out.percentLpiTimeTotal = static_cast<uint16_t>((run->sumBefore + percentSum(*run, p.ifNum, k + 1)) / (place + 1));
   // The cursor names the port and the position of the following sample.
-  out.next = index + 1 < p.green.history.size() ? (static_cast<uint64_t>(p.ifNum) << 32) | (index + 1) : 0;
+  out.next = index + 1 < kept ? (static_cast<uint64_t>(p.ifNum) << 32) | (index + 1) : 0;
   a.text.assign(reinterpret_cast<const char *>(&out), sizeof out);
   a.written = true;
 }
 
-int answerSample(Call &c, const Port &p, size_t index) {
+int answerSample(Call &c, const Port &p, uint64_t index) {
   Arg &a = c.arg("sample");
+  uint64_t kept = keptSamples(p.green);
   if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
-  writeSample(a, p, index);
+  if (index >= kept) return OPEN_E_NOT_FOUND;
+  writeSample(a, p, index, kept);
   return OPEN_E_NONE;
 }
 
 int historyFirst(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  if (p->green.history.empty()) return OPEN_E_NOT_FOUND;
   return answerSample(c, *p, 0);
 }
 
@@ -424,21 +493,20 @@ int historyNext(Sim &s, Call &c) {
   open_pwr_sav_sample_t r = {};
   memcpy(&r, a.text.data(), sizeof r);
   const Port *p = greenPort(s, r.next >> 32);
-  size_t index = static_cast<uint32_t>(r.next);
-  if (r.next == 0 || !p || index >= p->green.history.size()) return OPEN_E_NOT_FOUND;
-  return answerSample(c, *p, index);
+  if (r.next == 0 || !p) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, static_cast<uint32_t>(r.next));
 }
 
-// The sample after the one numbered `curSample`; 0 asks for the first.
+// The sample after the one numbered `curSample` (numbers run on in 16
+// bits); 0 asks for the first.
 int historyNextSample(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  if (p->green.history.empty()) return OPEN_E_NOT_FOUND;
   uint64_t cur = c.in("curSample");
-  if (cur == 0) return answerSample(c, *p, 0);
-  for (size_t i = 0; i + 1 < p->green.history.size(); ++i)
-    if (p->green.history[i].number == cur) return answerSample(c, *p, i + 1);
-  return OPEN_E_NOT_FOUND;
+  if (cur == 0 || p->green.history.empty()) return answerSample(c, *p, 0);
+  uint16_t firstNumber = static_cast<uint16_t>(p->green.history.front().place + 1);
+  if (cur > UINT16_MAX) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, static_cast<uint16_t>(cur - firstNumber) + 1u);
 }
 
 // Counted from now: the samples taken so far are gone.
@@ -446,8 +514,6 @@ int historyClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
   p->green.history.clear();
-  p->green.lpiSum = 0;
-  p->green.lpiTaken = 0;
   return OPEN_E_NONE;
 }
 
@@ -457,9 +523,8 @@ int historyClear(Sim &s, Call &c) {
 // on the other ports.
 void seedHistory(Sim &s, Port &p) {
   uint32_t count = p.ifNum == 1 ? kUplinkSamples : kRecentSamples;
-  for (uint32_t i = 0; i < count; ++i)
-    addSample(p.green, s.model.green.maxSamples, lowPowerIdle(s, p), p.ifNum,
-              kSwitchTimeAtLoad - (count - i) * kHistoryStep);
+  addSamples(p.green, p.ifNum, lowPowerIdle(s, p), kSwitchTimeAtLoad - count * kHistoryStep, kHistoryStep, count,
+             s.model.green.maxSamples);
 }
 
 // Desk ports 13-24 power down while nobody is plugged in; the partner on
@@ -526,23 +591,18 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, 
 }
 
 // Every EEE port takes a sample each interval (none with an interval of
-// 0, which only a scenario sets); after a long jump only the
-// last `maxSamples` are kept, so only those are made.
+// 0, which only a scenario sets), with the link as it stands: nothing
+// changes it between two moments the clock's queue hands in.
 void takeLpiSamples(Sim &s, int64_t uptoMs) {
   Green &g = s.model.green;
   int64_t step = sampleStepMs(s);
   if (step <= 0 || g.nextSampleMs > uptoMs) return;
-  int64_t due = (uptoMs - g.nextSampleMs) / step + 1;
-  int64_t skipped = std::max<int64_t>(0, due - g.maxSamples);
-  for (auto &[n, p] : s.model.ports) {
-    if (!p.greenCapable) continue;
-    p.green.lpiTaken += static_cast<uint32_t>(skipped);
-    for (int64_t k = skipped; k < due; ++k) {
-      int64_t at = g.nextSampleMs + k * step;
-      addSample(p.green, g.maxSamples, lowPowerIdle(s, p), n, kSwitchTimeAtLoad + static_cast<uint32_t>(at / 1000));
-    }
-  }
-  g.nextSampleMs += due * step;
+  uint64_t due = static_cast<uint64_t>((uptoMs - g.nextSampleMs) / step + 1);
+  for (auto &[n, p] : s.model.ports)
+    if (p.greenCapable)
+      addSamples(p.green, n, lowPowerIdle(s, p), kSwitchTimeAtLoad + g.nextSampleMs / 1000,
+                 static_cast<uint32_t>(step / 1000), due, g.maxSamples);
+  g.nextSampleMs += static_cast<int64_t>(due) * step;
 }
 
 const CallRule kGreenRules[] = {

@@ -60,12 +60,18 @@ struct TrafficRates {
   uint64_t inErrorsPerMillion = 0;
 };
 
-// One sample of the power-saving (LPI) history.
-struct LpiSample {
-  uint16_t number = 0;
-  uint32_t time = 0;  // seconds since 1970 on the switch's clock
-  uint16_t percent = 0;
-  uint16_t percentTotal = 0;
+// A run of power-saving (LPI) samples, one every `stepS` seconds, the link
+// asleep (`idle`) or awake throughout; each sample's figures follow from
+// its place in the history since its clear (`place` is the run's first
+// sample's, from 0) and its time. `sumBefore` holds the percents of every sample
+// before the run, the dropped ones too, for the running average.
+struct LpiRun {
+  uint64_t place = 0;
+  int64_t firstTime = 0;  // seconds since 1970 on the switch's clock
+  uint32_t stepS = 300;
+  uint64_t count = 0;
+  bool idle = false;
+  uint64_t sumBefore = 0;
 };
 
 // Configuration values the switch keeps per port and only reports back.
@@ -104,9 +110,7 @@ struct GreenPort {
   uint64_t lpiMs = 0;         // asleep since load, until the port's `settledMs`
   uint64_t lpiMsAtClear = 0;  // `lpiMs` at the last clear
   int64_t statsClearedS = 0;  // simulated seconds of the last clear (negative: before load)
-  std::deque<LpiSample> history;
-  uint64_t lpiSum = 0;       // of every sample since the history was cleared
-  uint32_t lpiTaken = 0;     // samples since the history was cleared
+  std::deque<LpiRun> history;
 };
 
 struct Port {

@@ -28,11 +28,13 @@ void visit(TrafficRates &r, V &v) {
 }
 
 template <class V>
-void visit(LpiSample &r, V &v) {
-  v("number", r.number);
-  v("time", r.time);
-  v("percent", r.percent);
-  v("percentTotal", r.percentTotal);
+void visit(LpiRun &r, V &v) {
+  v("place", r.place);
+  v("firstTime", r.firstTime);
+  v("stepS", r.stepS);
+  v("count", r.count);
+  v("idle", r.idle);
+  v("sumBefore", r.sumBefore);
 }
 
 template <class V>
@@ -84,8 +86,6 @@ void visit(GreenPort &g, V &v) {
   v("lpiMsAtClear", g.lpiMsAtClear);
   v("statsClearedS", g.statsClearedS);
   v("history", g.history);
-  v("lpiSum", g.lpiSum);
-  v("lpiTaken", g.lpiTaken);
 }
 
 template <class V>
@@ -223,7 +223,7 @@ struct Writer {
 // --- reading -----------------------------------------------------------------
 
 // Keys older files may hold for facts the model now derives.
-const std::set<std::string> kDerived = {"duplexMode", "autoNeg"};
+const std::set<std::string> kDerived = {"duplexMode", "autoNeg", "lpiSum", "lpiTaken"};
 
 struct Reader {
   const cJSON *from;

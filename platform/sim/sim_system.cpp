@@ -46,14 +46,6 @@ int64_t recoveryAtMs(const Sim &s, const Port &p) {
   return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause], e.intervalSetAtMs});
 }
 
-// The earliest moment a shut port comes back, or -1 when none will.
-int64_t nextRecoveryMs(const Sim &s) {
-  int64_t next = -1;
-  for (const auto &[n, p] : s.model.ports)
-    if (recovers(s, p) && (next < 0 || recoveryAtMs(s, p) < next)) next = recoveryAtMs(s, p);
-  return next;
-}
-
 // With no port waiting to recover, the countdown runs round the interval.
 long secondsLeft(const Sim &s, bool anyEnabled) {
   int64_t next = nextRecoveryMs(s), now = clockNowMs(s.clock);
@@ -199,6 +191,13 @@ int apiVersionCall(Sim &s, Call &c) {
 }
 
 }  // namespace
+
+int64_t nextRecoveryMs(const Sim &s) {
+  int64_t next = -1;
+  for (const auto &[n, p] : s.model.ports)
+    if (recovers(s, p) && (next < 0 || recoveryAtMs(s, p) < next)) next = recoveryAtMs(s, p);
+  return next;
+}
 
 int causeIndex(const std::string &name) {
   for (size_t i = 0; i < kCauseCount; ++i) {

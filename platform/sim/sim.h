@@ -7,6 +7,7 @@
 #include <stdint.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -214,12 +215,19 @@ int64_t takeDelay(Sim &s, const std::string &call);
 
 Port *findPort(Sim &s, uint64_t ifNum);
 const Port *findPort(const Sim &s, uint64_t ifNum);
+// What follows from a port's facts: its link, its medium's kind, and the
+// features only copper ports have (energy detect, short reach, EEE, power
+// estimates).
+inline bool isUp(const Port &p) { return p.adminEnabled && p.partner && p.medium != 0 && p.disableReason == 0; }
+inline bool isFibre(const Sim &s, const Port &p) { return s.model.layout.isFibre(p.ifNum); }
+inline bool isGreen(const Sim &s, const Port &p) { return !isFibre(s, p); }
 // Whether the interface's link is up: a port's, or a LAG's through its
 // members; other interfaces have no link.
 bool linkUp(const Sim &s, uint32_t ifNum);
-// Brings the port's link in line with its facts at `atMs`: counters and
-// savings are settled first, so that what was counted while up stays.
-void settleLink(Sim &s, Port &p, int64_t atMs);
+// The one path for every change of a port's facts at `atMs`: what it
+// counted and saved until then is settled first, then the facts change,
+// and a link that changes with them is stamped.
+void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
 uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // as the 32-bit counter reads
@@ -253,6 +261,7 @@ bool knownMedia(const std::string &media);
 // for none.
 int causeIndex(const std::string &name);
 int disableReasonOf(const std::string &cause);  // 0 for no cause
+int causeOf(uint32_t disableReason);            // -1 for none
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
 void recoverDDisabled(Sim &s, int64_t uptoMs);
 // The earliest moment a shut port comes back, or -1 when none will.

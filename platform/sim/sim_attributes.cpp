@@ -77,7 +77,7 @@ bool contains(const uint32_t (&list)[N], uint64_t v) {
 
 // What a port set to negotiate runs at: the best both ends do.
 uint32_t negotiatedSpeed(const Sim &s, const Port &p) {
-  if (!p.fibre) return kSpeed1000Full;
+  if (!isFibre(s, p)) return kSpeed1000Full;
   return s.model.layout.cage ? kSpeed25G : kSpeed10G;
 }
 
@@ -104,10 +104,10 @@ uint64_t duplexModeOf(const Sim &, const Port &p) {
   const SpeedMode *m = speedModeOf(p.speedMode);
   return m && m->half ? 0 : 1;
 }
-uint64_t operDuplexOf(const Sim &s, const Port &p) { return p.up ? duplexModeOf(s, p) : kNoDuplex; }
+uint64_t operDuplexOf(const Sim &s, const Port &p) { return isUp(p) ? duplexModeOf(s, p) : kNoDuplex; }
 uint64_t headerSizeOf(const Sim &, const Port &) { return kHeaderSize; }
 uint64_t adminStateOf(const Sim &, const Port &p) { return p.adminEnabled ? 1 : 0; }
-uint64_t capabilitiesOf(const Sim &, const Port &p) { return p.fibre ? kFibreCapabilities : kCopperCapabilities; }
+uint64_t capabilitiesOf(const Sim &s, const Port &p) { return isFibre(s, p) ? kFibreCapabilities : kCopperCapabilities; }
 uint64_t specialTypeOf(const Sim &, const Port &p) { return p.lagMember ? kLagMemberPort : kNormalPort; }
 uint64_t laneCountOf(const Sim &, const Port &) { return 1; }
 
@@ -123,7 +123,7 @@ int activeMediaCall(Sim &s, Call &c) {
 int pauseStatusCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  bool pause = p->up && p->medium == 1;
+  bool pause = isUp(*p) && p->medium == 1;
   c.out("rxPauseAllowed", pause);
   c.out("txPauseAllowed", pause);
   return OPEN_E_NONE;
@@ -292,18 +292,18 @@ bool knownMedia(const std::string &media) {
 void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  p->medium = 0;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [](Port &q) { q.medium = 0; });
 }
 
 // A new module comes up on its medium, with a partner at the far end.
 void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  for (const Medium &m : kMedia)
-    if (media == m.name) p->medium = m.value;
-  p->partner = true;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    for (const Medium &m : kMedia)
+      if (media == m.name) q.medium = m.value;
+    q.partner = true;
+  });
 }
 
 const CallRule kAttributeRules[] = {
@@ -352,14 +352,13 @@ const size_t kAttributeRuleCount = sizeof kAttributeRules / sizeof kAttributeRul
 void seedAttributes(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
   for (auto &[n, p] : s.model.ports) {
-    p.speedMode = !p.fibre ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
+    p.speedMode = !layout.isFibre(n) ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
     p.settings.maxFrame = n == layout.firstFibre() ? kMaxFrameSize : kMinFrameSize;
     bool cage = layout.inCage(n);
     p.settings.expandConfigMode = p.settings.expandOperMode = cage ? kSingle25G : 0;
   }
   if (Port *guarded = findPort(s, kGuardedPort)) {
     guarded->disableReason = static_cast<uint32_t>(disableReasonOf(kGuardCause));
-    guarded->cause = causeIndex(kGuardCause);
     guarded->tripAtMs = -kGuardTrippedBeforeLoadMs;
   }
 }

@@ -139,32 +139,24 @@ static bool checkTopLevel(const cJSON *root, const char *what, const std::vector
 }
 
 // A file states a port's facts apart, so they must be facts a switch can
-// have: the kind of port its layout makes it, a medium its slot takes (a
-// copper port has none, so copper it stays), Green Ethernet on copper
-// only, a LAG of the switch, a disable reason of a D-Disable cause (the
-// cause follows from it), and VLANs the switch can configure.
+// have: a medium its slot takes (a copper port has none, so copper it
+// stays), a LAG of the switch, a disable reason of a D-Disable cause, and
+// VLANs the switch can configure.
 static bool factsAgree(Sim &next, std::string *error) {
   const SwitchLayout &layout = next.model.layout;
   for (auto &[n, p] : next.model.ports) {
     std::string where = "scenario: \"model\".\"ports\".\"" + std::to_string(n) + "\": ";
-    int cause = -1;
-    for (size_t i = 0; i < std::size(facts::kDDisableCauses); ++i)
-      if (p.disableReason && facts::kDDisableCauses[i].reason == p.disableReason) cause = static_cast<int>(i);
     bool lagKnown = !p.lagMember || (p.lagMember >= SwitchLayout::kFirstLag &&
                                      p.lagMember < SwitchLayout::kFirstLag + layout.lags);
-    const char *why = p.fibre != layout.isFibre(n)      ? "\"fibre\" is the layout's"
-                      : p.fibre ? (p.medium > 2 ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)" : nullptr)
-                                : (p.medium != 1 ? "\"medium\" of a copper port is 1 (copper)" : nullptr);
-    if (!why) why = p.fibre && p.greenCapable             ? "\"greenCapable\" is for copper ports"
-                    : !lagKnown                            ? "\"lagMember\" is no LAG of the switch"
-                    : p.disableReason && cause < 0        ? "\"disableReason\" is no D-Disable cause's reason"
-                    : p.cause >= 0 && p.cause != cause ? "\"cause\" is not the cause of \"disableReason\""
-                                                          : nullptr;
+    const char *why = layout.isFibre(n) ? (p.medium > 2 ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)" : nullptr)
+                                        : (p.medium != 1 ? "\"medium\" of a copper port is 1 (copper)" : nullptr);
+    if (!why) why = !lagKnown                                       ? "\"lagMember\" is no LAG of the switch"
+                    : p.disableReason && causeOf(p.disableReason) < 0 ? "\"disableReason\" is no D-Disable cause's reason"
+                                                                    : nullptr;
     if (why) {
       *error = where + why;
       return false;
     }
-    p.cause = cause;
   }
   std::set<uint32_t> vlans(next.model.vlans.begin(), next.model.vlans.end());
   if (vlans.size() != next.model.vlans.size() || (!vlans.empty() && (*vlans.begin() < 1 || *vlans.rbegin() > 4093))) {
@@ -187,8 +179,6 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
   if (model && (!modelFromJson(model, next.model, error) || !factsAgree(next, error))) return false;
-  // A file may set a port's facts apart; its link follows them.
-  for (auto &[n, p] : next.model.ports) settleLink(next, p, p.settledMs);
   return true;
 }
 

@@ -133,9 +133,9 @@ Port *findPort(Sim &s, uint64_t ifNum) {
 const Port *findPort(const Sim &s, uint64_t ifNum) { return findPort(const_cast<Sim &>(s), ifNum); }
 
 bool linkUp(const Sim &s, uint32_t ifNum) {
-  if (const Port *p = findPort(s, ifNum)) return p->up;
+  if (const Port *p = findPort(s, ifNum)) return isUp(*p);
   for (const auto &[n, p] : s.model.ports)
-    if (p.lagMember == ifNum && p.up) return true;
+    if (p.lagMember == ifNum && isUp(p)) return true;
   return false;
 }
 

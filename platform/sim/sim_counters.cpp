@@ -124,7 +124,7 @@ constexpr uint32_t kCableSpreadM = 5;
 int cableTestCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  if (p->fibre) return OPEN_E_UNAVAIL;
+  if (isFibre(s, *p)) return OPEN_E_UNAVAIL;
   bool live = p->cableM && p->partner;
   c.out("status", !p->cableM ? kNoCable : live ? kCableNormal : kCableOpen);
   c.out("lengthKnown", live ? 1 : 0);
@@ -141,14 +141,14 @@ uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
 }
 
 uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
-  return p.counters[which] + (p.up ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
+  return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
 }
 
 // When the announced wrap comes, as the port counts now; -1 once it came
 // or while the port does not count.
 int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs) {
   uint64_t counted = countedAt(s, p, kInOctets, nowMs), rate = carried(s, p).inOctetsPerSec;
-  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !p.up || !rate) return -1;
+  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !isUp(p) || !rate) return -1;
   uint64_t left = p.wrapAtOctets - counted;
   return nowMs + static_cast<int64_t>((left * 1000 + rate - 1) / rate);
 }
@@ -157,7 +157,7 @@ void settleCounters(Sim &s, Port &p, int64_t atMs) {
   if (atMs <= p.settledMs) return;
   uint64_t ms = static_cast<uint64_t>(atMs - p.settledMs);
   TrafficRates r = carried(s, p);
-  if (p.up)
+  if (isUp(p))
     for (int c = 0; c < kCounterCount; ++c) p.counters[c] += grown(r, static_cast<Counter>(c), atMs - p.settledMs);
   p.green.lpiMs = lpiMsAt(s, p, atMs);
   p.savedMwMs += static_cast<uint64_t>(savingMw(s, p)) * ms;
@@ -200,7 +200,7 @@ void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs
   if (t.inOctetsPerSec >= 0) p->rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
   if (t.outOctetsPerSec >= 0) p->rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
   // A port without a link receives nothing, damaged or not.
-  if (p->up) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
+  if (isUp(*p)) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
 }
 
 const CallRule kCounterRules[] = {

@@ -37,15 +37,15 @@ constexpr int64_t kStatsAgeAtLoad = 3 * 86400 + 4 * 3600 + 12 * 60 + 5;
 constexpr int64_t kEeeSavingMw = 120;
 
 bool eeeActive(const Sim &s, const Port &p) {
-  return p.up && p.greenCapable && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
+  return isUp(p) && isGreen(s, p) && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
 }
 bool energyDetectOn(const Sim &s, const Port &p) {
-  return p.greenCapable && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
+  return isGreen(s, p) && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
 }
 
 Port *greenPort(Sim &s, uint64_t ifNum) {
   Port *p = findPort(s, ifNum);
-  return p && p->greenCapable ? p : nullptr;
+  return p && isGreen(s, *p) ? p : nullptr;
 }
 
 // Why a Green Ethernet call finds no green port: a port without the
@@ -55,7 +55,7 @@ int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_U
 // The green ports ascend, so "next" is the first number above `after`.
 int walkGreen(Sim &s, uint64_t after, Call &c) {
   for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
-    if (!it->second.greenCapable) continue;
+    if (!isGreen(s, it->second)) continue;
     c.out("intIfNum", it->first);
     return OPEN_E_NONE;
   }
@@ -136,7 +136,7 @@ struct OprStatus {
 // Energy detect powers a port down while no link partner is sensed.
 OprStatus energyDetectStatus(Sim &s, const Port &p) {
   if (!energyDetectOn(s, p)) return {false, kAdminDown};
-  if (p.up) return {false, kLinkUp};
+  if (isUp(p)) return {false, kLinkUp};
   return {true, kNoEnergy};
 }
 
@@ -145,7 +145,7 @@ OprStatus energyDetectStatus(Sim &s, const Port &p) {
 OprStatus shortReachStatus(Sim &s, const Port &p) {
   if (p.green.shortReachForced == 1) return {true, kForced};
   if (p.green.shortReachAuto != 1 || s.model.green.shortReach != 1) return {false, kAdminDown};
-  if (!p.up) return {false, kLinkDown};
+  if (!isUp(p)) return {false, kLinkDown};
   return p.ifNum <= 2 ? OprStatus{true, kShortCable} : OprStatus{false, kLongCable};
 }
 
@@ -153,7 +153,7 @@ int answerStatus(Sim &s, Call &c, OprStatus (*status)(Sim &, const Port &), bool
   const Interface *i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
   const Port *p = findPort(s, c.port());
-  OprStatus st = !p ? OprStatus{false, kNotAttached} : !p->greenCapable ? OprStatus{false, kFiberPort} : status(s, *p);
+  OprStatus st = !p ? OprStatus{false, kNotAttached} : !isGreen(s, *p) ? OprStatus{false, kFiberPort} : status(s, *p);
   c.out("status", st.active ? 1 : 0);
   if (asText) c.outText("reason", reasonText(st.reason));
   else c.out("reason", st.reason);
@@ -308,14 +308,14 @@ int featuresSupported(Sim &s, Call &c) {
 
 int intfCurrentPower(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return lacking(s, c.port());
+  if (!p || !isGreen(s, *p)) return lacking(s, c.port());
   c.out("pwrConsumption", static_cast<uint64_t>(drawMw(s, *p)));
   return OPEN_E_NONE;
 }
 
 int intfCumulativeSaving(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return lacking(s, c.port());
+  if (!p || !isGreen(s, *p)) return lacking(s, c.port());
   c.out("pwrSaving", savedMwhAt(s, *p, clockNowMs(s.clock)));
   return OPEN_E_NONE;
 }
@@ -332,7 +332,7 @@ int globalCurrentPower(Sim &s, Call &c) {
 int globalCumulativeSaving(Sim &s, Call &c) {
   uint64_t total = 0;
   for (const auto &[n, p] : s.model.ports)
-    if (p.powerEstimate) total += savedMwhAt(s, p, clockNowMs(s.clock));
+    if (isGreen(s, p)) total += savedMwhAt(s, p, clockNowMs(s.clock));
   c.out("pwrSaving", total);
   return OPEN_E_NONE;
 }
@@ -535,7 +535,7 @@ void seedGreenPort(Sim &s, Port &p) {
   g.energyDetect = n >= 13 ? 1 : 0;
   g.partnerEee = n != 8;
   g.statsClearedS = -kStatsAgeAtLoad;
-  if (p.up) {
+  if (isUp(p)) {
     g.txEvents = 184000 + n * 1711;
     g.rxEvents = 176500 + n * 1493;
     g.txDuration[0] = g.rxDuration[0] = 1;
@@ -547,11 +547,10 @@ void seedGreenPort(Sim &s, Port &p) {
 
 // Milliwatts drawn up and down, and milliwatt-hours saved since the last
 // clear.
-void seedPower(Port &p) {
-  p.drawUpMw = p.fibre ? 1150 : 560;
-  p.drawDownMw = p.fibre ? 300 : 95;
-  p.powerEstimate = !p.fibre;
-  p.savedMwh = p.fibre ? 0 : p.up ? 4200 + p.ifNum * 37 : 9800 + p.ifNum * 53;
+void seedPower(Port &p, bool fibre) {
+  p.drawUpMw = fibre ? 1150 : 560;
+  p.drawDownMw = fibre ? 300 : 95;
+  p.savedMwh = fibre ? 0 : isUp(p) ? 4200 + p.ifNum * 37 : 9800 + p.ifNum * 53;
 }
 
 }  // namespace
@@ -563,19 +562,19 @@ uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs) {
 }
 
 int64_t drawMw(const Sim &s, const Port &p) {
-  if (!p.up) return p.drawDownMw;
-  return p.drawUpMw + (p.greenCapable && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
+  if (!isUp(p)) return p.drawDownMw;
+  return p.drawUpMw + (isGreen(s, p) && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
 }
 
 int64_t savingMw(const Sim &s, const Port &p) {
-  if (!p.powerEstimate) return 0;
-  if (p.up) return lowPowerIdle(s, p) ? kEeeSavingMw : 0;
+  if (!isGreen(s, p)) return 0;
+  if (isUp(p)) return lowPowerIdle(s, p) ? kEeeSavingMw : 0;
   return energyDetectOn(s, p) ? std::max<int64_t>(0, p.drawUpMw - p.drawDownMw) : 0;
 }
 
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
   const Port *p = findPort(s, ifNum);
-  return p && p->powerEstimate;
+  return p && isGreen(s, *p);
 }
 
 // A reading of the port's draw in the state it is in now.
@@ -583,8 +582,8 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, 
   Port *p = findPort(s, ifNum);
   if (!p) return;
   settleCounters(s, *p, atMs);
-  int64_t eee = p->up && p->greenCapable && !lowPowerIdle(s, *p) ? kEeeSavingMw : 0;
-  (p->up ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
+  int64_t eee = isUp(*p) && isGreen(s, *p) && !lowPowerIdle(s, *p) ? kEeeSavingMw : 0;
+  (isUp(*p) ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
   if (savedMwh < 0) return;
   p->savedMwh = static_cast<uint64_t>(savedMwh);
   p->savedMwMs = 0;
@@ -599,7 +598,7 @@ void takeLpiSamples(Sim &s, int64_t uptoMs) {
   if (step <= 0 || g.nextSampleMs > uptoMs) return;
   uint64_t due = static_cast<uint64_t>((uptoMs - g.nextSampleMs) / step + 1);
   for (auto &[n, p] : s.model.ports)
-    if (p.greenCapable)
+    if (isGreen(s, p))
       addSamples(p.green, n, lowPowerIdle(s, p), kSwitchTimeAtLoad + g.nextSampleMs / 1000,
                  static_cast<uint32_t>(step / 1000), due, g.maxSamples);
   g.nextSampleMs += static_cast<int64_t>(due) * step;
@@ -694,9 +693,8 @@ const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 void seedGreen(Sim &s) {
   s.model.green = Green();
   for (auto &[n, p] : s.model.ports) {
-    p.greenCapable = !p.fibre;
-    seedPower(p);
-    if (p.greenCapable) seedGreenPort(s, p);
+    seedPower(p, isFibre(s, p));
+    if (isGreen(s, p)) seedGreenPort(s, p);
   }
 }
 

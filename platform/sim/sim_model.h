@@ -115,21 +115,18 @@ struct GreenPort {
 
 struct Port {
   uint32_t ifNum = 0;
-  bool fibre = false;
   // Link: up when enabled, not D-Disabled, with a transceiver and a partner.
   bool adminEnabled = true;
   bool partner = false;  // a cable with a live link partner
   uint32_t medium = 1;   // active medium: 0 none (no transceiver), 1 copper, 2 fiber
-  bool up = false;       // the link as it stands, kept in step by settleLink
   int64_t lastChangeS = 0;  // switch uptime at the last link change
   // Configured speed (platform speed-mode value, 1 auto): the duplex and
   // negotiation follow from it; what was negotiated shows while up.
   uint32_t speedMode = 1;
   uint32_t cableM = 0;  // the copper cable plugged in, in metres; 0 none
-  // D-Disable: the reason while shut, the cause's place in the switch's
-  // cause table, and when it tripped.
+  // D-Disable: the reason while shut (its cause follows from it), and when
+  // it tripped.
   uint32_t disableReason = 0;
-  int cause = -1;
   int64_t tripAtMs = 0;
   // Traffic: counters as of `settledMs`, and rates while the link is up.
   TrafficRates rates;
@@ -140,12 +137,10 @@ struct Port {
   int64_t drawUpMw = 560, drawDownMw = 95;
   uint64_t savedMwh = 0;   // at the last clear or load, plus what was settled
   uint64_t savedMwMs = 0;  // remainder below one mWh
-  bool powerEstimate = true;
   uint32_t lagMember = 0;  // the LAG's interface number, 0 none
   PortSettings settings;
   PmlPort pml;
   GreenPort green;
-  bool greenCapable = true;  // energy detect, short reach, EEE: the copper ports
 };
 
 struct PmlVlan {

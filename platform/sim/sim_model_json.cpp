@@ -90,16 +90,13 @@ void visit(GreenPort &g, V &v) {
 
 template <class V>
 void visit(Port &p, V &v) {
-  v("fibre", p.fibre);
   v("adminEnabled", p.adminEnabled);
   v("partner", p.partner);
   v("medium", p.medium);
-  v("up", p.up);
   v("lastChangeS", p.lastChangeS);
   v("speedMode", p.speedMode);
   v("cableM", p.cableM);
   v("disableReason", p.disableReason);
-  v("cause", p.cause);
   v("tripAtMs", p.tripAtMs);
   v("rates", p.rates);
   v("counters", p.counters);
@@ -109,9 +106,7 @@ void visit(Port &p, V &v) {
   v("drawDownMw", p.drawDownMw);
   v("savedMwh", p.savedMwh);
   v("savedMwMs", p.savedMwMs);
-  v("powerEstimate", p.powerEstimate);
   v("lagMember", p.lagMember);
-  v("greenCapable", p.greenCapable);
   v("settings", p.settings);
   v("pml", p.pml);
   v("green", p.green);
@@ -223,7 +218,8 @@ struct Writer {
 // --- reading -----------------------------------------------------------------
 
 // Keys older files may hold for facts the model now derives.
-const std::set<std::string> kDerived = {"duplexMode", "autoNeg", "lpiSum", "lpiTaken"};
+const std::set<std::string> kDerived = {"fibre", "up", "cause", "duplexMode", "autoNeg", "powerEstimate",
+                                        "greenCapable", "lpiSum", "lpiTaken"};
 
 struct Reader {
   const cJSON *from;

@@ -36,14 +36,15 @@ std::string trim(const std::string &s) {
 
 bool recovers(const Sim &s, const Port &p) {
   const std::vector<bool> &causes = s.model.errdisable.recovers;
-  return p.disableReason && p.cause >= 0 && static_cast<size_t>(p.cause) < causes.size() && causes[p.cause];
+  int cause = causeOf(p.disableReason);
+  return cause >= 0 && static_cast<size_t>(cause) < causes.size() && causes[cause];
 }
 
 // One interval after the trip, the interval in force now; not before the
 // cause was set to recover, nor before the interval was set.
 int64_t recoveryAtMs(const Sim &s, const Port &p) {
   const Errdisable &e = s.model.errdisable;
-  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause], e.intervalSetAtMs});
+  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[causeOf(p.disableReason)], e.intervalSetAtMs});
 }
 
 // With no port waiting to recover, the countdown runs round the interval.
@@ -207,6 +208,12 @@ int causeIndex(const std::string &name) {
   return -1;
 }
 
+int causeOf(uint32_t disableReason) {
+  for (size_t i = 0; disableReason && i < kCauseCount; ++i)
+    if (facts::kDDisableCauses[i].reason == disableReason) return static_cast<int>(i);
+  return -1;
+}
+
 int disableReasonOf(const std::string &cause) {
   int i = causeIndex(cause);
   return i < 0 ? 0 : static_cast<int>(facts::kDDisableCauses[i].reason);
@@ -216,10 +223,10 @@ int disableReasonOf(const std::string &cause) {
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p || causeIndex(cause) < 0) return;
-  p->disableReason = static_cast<uint32_t>(disableReasonOf(cause));
-  p->cause = causeIndex(cause);
-  p->tripAtMs = atMs;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    q.disableReason = static_cast<uint32_t>(disableReasonOf(cause));
+    q.tripAtMs = atMs;
+  });
 }
 
 // A port comes back one interval after its trip (the interval in force
@@ -231,10 +238,7 @@ void recoverDDisabled(Sim &s, int64_t uptoMs) {
   if (std::find(causes.begin(), causes.end(), true) == causes.end()) return;
   for (auto &[n, p] : s.model.ports) {
     if (!recovers(s, p) || recoveryAtMs(s, p) > uptoMs) continue;
-    int64_t at = recoveryAtMs(s, p);
-    p.disableReason = 0;
-    p.cause = -1;
-    settleLink(s, p, at);
+    changePort(s, p, recoveryAtMs(s, p), [](Port &q) { q.disableReason = 0; });
   }
 }
 

@@ -34,10 +34,15 @@ const TrafficProfile kProfiles[] = {
 
 // What `ms` of traffic at these rates adds to one counter. About 3% of the
 // frames are broadcast or multicast.
+// Octets at `rate` a second over `ms`, in the counters' 64 bits however
+// long the time: the 32-bit reading stays right after they wrap.
+uint64_t octets(uint64_t rate, int64_t ms) {
+  return static_cast<uint64_t>(static_cast<unsigned __int128>(rate) * static_cast<uint64_t>(ms) / 1000);
+}
+
 uint64_t grown(const TrafficRates &r, Counter which, int64_t ms) {
   if (ms <= 0) return 0;
-  uint64_t inOctets = r.inOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
-  uint64_t outOctets = r.outOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
+  uint64_t inOctets = octets(r.inOctetsPerSec, ms), outOctets = octets(r.outOctetsPerSec, ms);
   uint64_t inUcast = r.inAvgFrame ? inOctets / r.inAvgFrame * 97 / 100 : 0;
   uint64_t outUcast = r.outAvgFrame ? outOctets / r.outAvgFrame * 97 / 100 : 0;
   switch (which) {

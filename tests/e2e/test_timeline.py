@@ -137,7 +137,7 @@ class Timeline(SimTestCase):
         r = subprocess.run(command(OPEN_SIM, "ctl", "--socket", self.sim.socket, "clock", "advance", "0x10"),
                            capture_output=True, text=True)
         self.assertEqual((r.returncode, r.stdout, r.stderr), (2, "", "open-sim: clock advance takes decimal seconds "
-                                                                   "from 0 to 1000000000 (as 2.5), not \"0x10\"\n"))
+                                                                   "from 0 to 10000000000 (as 2.5), not \"0x10\"\n"))
 
     def test_a_scenario_with_a_bad_timeline_does_not_start(self):
         path = write({"timeline": [E(5, "link-down", 99)]})

@@ -215,6 +215,10 @@ int64_t takeDelay(Sim &s, const std::string &call);
 
 Port *findPort(Sim &s, uint64_t ifNum);
 const Port *findPort(const Sim &s, uint64_t ifNum);
+// Why a call about a feature finds no port that has it: a port without
+// the feature lacks it (unsupported), a number that is no port names
+// nothing.
+inline int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
 // What follows from a port's facts: its link, its medium's kind, and the
 // features only copper ports have (energy detect, short reach, EEE, power
 // estimates).

@@ -48,10 +48,6 @@ Port *greenPort(Sim &s, uint64_t ifNum) {
   return p && isGreen(s, *p) ? p : nullptr;
 }
 
-// Why a Green Ethernet call finds no green port: a port without the
-// feature lacks it, a number that is no port names nothing.
-int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
-
 // The green ports ascend, so "next" is the first number above `after`.
 int walkGreen(Sim &s, uint64_t after, Call &c) {
   for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
@@ -167,12 +163,17 @@ int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachSta
 
 int64_t statsAge(const Sim &s, const Port &p) { return clockNowSeconds(s.clock) - p.green.statsClearedS; }
 
-int timeSinceReset(Sim &s, Call &c) {
+// A green port's one output, derived from its facts.
+template <uint64_t (*Answer)(const Sim &, const Port &)>
+int greenDerived(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  c.out("seconds", static_cast<uint64_t>(statsAge(s, *p)));
+  c.last().num = Answer(s, *p);
+  c.last().written = true;
   return OPEN_E_NONE;
 }
+
+uint64_t secondsSinceReset(const Sim &s, const Port &p) { return static_cast<uint64_t>(statsAge(s, p)); }
 
 int timeSinceResetSplit(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
@@ -207,11 +208,8 @@ uint64_t lpiMsSinceClear(const Sim &s, const Port &p) {
 }
 
 template <uint64_t GreenPort::*Count>
-int eeeEvents(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  c.out("count", (p->green.*Count + lpiMsSinceClear(s, *p) / kLpiMsPerEvent) % (1ULL << 32));
-  return OPEN_E_NONE;
+uint64_t eeeEvents(const Sim &s, const Port &p) {
+  return (p.green.*Count + lpiMsSinceClear(s, p) / kLpiMsPerEvent) % (1ULL << 32);
 }
 
 template <uint64_t (GreenPort::*Duration)[2], uint64_t UsPerMs>
@@ -228,27 +226,15 @@ int eeeDuration(Sim &s, Call &c) {
 // What the link partner told over LLDP: only while linked with EEE on both
 // ends (`Ready`), or while EEE runs on the link (`Enable`).
 template <bool Ready>
-int dllState(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  c.out("value", Ready ? lowPowerIdle(s, *p) : eeeActive(s, *p));
-  return OPEN_E_NONE;
+uint64_t dllState(const Sim &s, const Port &p) {
+  return Ready ? lowPowerIdle(s, p) : eeeActive(s, p);
 }
 
-int localTwsys(Sim &s, Call &c) {
-  if (!greenPort(s, c.port())) return lacking(s, c.port());
-  c.out("twsys", kLocalTwsys);
-  return OPEN_E_NONE;
-}
+uint64_t localTwsys(const Sim &, const Port &) { return kLocalTwsys; }
 
 // Our echo of the partner's wake time, as the local summary shows it: heard
 // only while EEE runs on the link with the partner.
-int echoTwsys(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  c.out("twsys", lowPowerIdle(s, *p) ? kPartnerTwsys : 0);
-  return OPEN_E_NONE;
-}
+uint64_t echoTwsys(const Sim &s, const Port &p) { return lowPowerIdle(s, p) ? kPartnerTwsys : 0; }
 
 // A partner's value for its one LLDP record, whatever the time mark.
 template <bool Echo>
@@ -645,22 +631,22 @@ const CallRule kGreenRules[] = {
     SIM_SETTER(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, rpcclt_openapiGreenEthrGlobalEeeAdminModeGet,
                switchSet<SIM_SWITCH_FIELD(green.eee)>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, eeeEvents<&GreenPort::txEvents>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, greenDerived<eeeEvents<&GreenPort::txEvents>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, eeeEvents<&GreenPort::rxEvents>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, greenDerived<eeeEvents<&GreenPort::rxEvents>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceReset),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, greenDerived<secondsSinceReset>),
     SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, dllState<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, dllState<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, dllState<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, dllState<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, echoTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, echoTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, greenDerived<dllState<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, greenDerived<dllState<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, greenDerived<dllState<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, greenDerived<dllState<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, greenDerived<echoTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, greenDerived<echoTwsys>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue<false>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue<true>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue<false>),

@@ -14,10 +14,6 @@ constexpr uint32_t kBrightnessMax = 100;
 
 bool hasLed(uint32_t ifNum) { return ifNum <= kLedPorts; }
 
-// A port without a colour LED lacks the feature; a number that is no port
-// names nothing.
-int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
-
 // Names longer than the switch keeps are refused, not cut.
 int timeRangeSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());

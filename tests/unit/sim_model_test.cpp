@@ -191,7 +191,6 @@ View look(sim::Sim &s) {
     v.cable = ask(s, CALL(rpcclt_openapiCableStatusGet), {i.ifNum}).num["status"];
     v.duplexMode = read1(s, CALL(rpcclt_openapiIfDuplexModeGet), i.ifNum);
     v.staticCount = read1(s, CALL(rpcclt_openapiPmlIntfStaticCountGet), i.ifNum);
-    w.globalStatic += 0;
     if (v.green) {
       v.power = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCurPwrGet), i.ifNum);
       v.saving = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), i.ifNum);
@@ -704,14 +703,6 @@ const Consequence kConsequences[] = {
        return read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15) - before;
      },
      465},
-    {"a wrap moves the received octets only, exactly when announced", nullptr,
-     [](sim::Sim &s) {
-       int64_t out = read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1);
-       play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7})");
-       advance(s, 7);
-       return read1(s, CALL(rpcclt_openapiIfInOctetsGet), 1) + read1(s, CALL(rpcclt_openapiIfOutOctetsGet), 1) - out;
-     },
-     7 * 85000},
     {"an announced wrap waits while the link is down", nullptr,
      [](sim::Sim &s) {
        play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7},

@@ -140,7 +140,8 @@ static bool checkTopLevel(const cJSON *root, const char *what, const std::vector
 
 // A file states a port's facts apart, so they must be facts a switch can
 // have: a medium its slot takes (a copper port has none, so copper it
-// stays), a LAG of the switch, a disable reason of a D-Disable cause, and
+// stays), a partner at the end of a cable, a LAG of the switch, a disable
+// reason of a D-Disable cause, and
 // VLANs the switch can configure.
 static bool factsAgree(Sim &next, std::string *error) {
   const SwitchLayout &layout = next.model.layout;
@@ -151,6 +152,7 @@ static bool factsAgree(Sim &next, std::string *error) {
     const char *why = layout.isFibre(n) ? (p.medium > 2 ? "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)" : nullptr)
                                         : (p.medium != 1 ? "\"medium\" of a copper port is 1 (copper)" : nullptr);
     if (!why) why = !lagKnown                                       ? "\"lagMember\" is no LAG of the switch"
+                    : !layout.isFibre(n) && p.partner && !p.cableM  ? "\"partner\" on a copper port needs a cable (\"cableM\")"
                     : p.disableReason && causeOf(p.disableReason) < 0 ? "\"disableReason\" is no D-Disable cause's reason"
                                                                     : nullptr;
     if (why) {

@@ -292,19 +292,8 @@ int featuresSupported(Sim &s, Call &c) {
 
 // --- power -----------------------------------------------------------------
 
-int intfCurrentPower(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p || !isGreen(s, *p)) return lacking(s, c.port());
-  c.out("pwrConsumption", static_cast<uint64_t>(drawMw(s, *p)));
-  return OPEN_E_NONE;
-}
-
-int intfCumulativeSaving(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p || !isGreen(s, *p)) return lacking(s, c.port());
-  c.out("pwrSaving", savedMwhAt(s, *p, clockNowMs(s.clock)));
-  return OPEN_E_NONE;
-}
+uint64_t currentPower(const Sim &s, const Port &p) { return static_cast<uint64_t>(drawMw(s, p)); }
+uint64_t cumulativeSaving(const Sim &s, const Port &p) { return savedMwhAt(s, p, clockNowMs(s.clock)); }
 
 // The switch's draw is that of all its ports; its saving that of the
 // ports with an estimate.
@@ -656,9 +645,9 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, remoteSummary),
     SIM_RULE(rpcclt_openapiGreenEthrFeaturesSupportedGet, featuresSupported),
 
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, intfCurrentPower),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, greenDerived<currentPower>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCurPwrGet, globalCurrentPower),
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, intfCumulativeSaving),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, greenDerived<cumulativeSaving>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCumSavingGet, globalCumulativeSaving),
     SIM_RULE(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, switchGet<SIM_SWITCH_FIELD(green.savingPercent)>),
     SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, intfStatisticsClear),

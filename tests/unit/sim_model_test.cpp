@@ -640,8 +640,9 @@ const Consequence kConsequences[] = {
        return read1(s, CALL(openapiIfLinkStateGet), 2) * 1000 + read1(s, CALL(rpcclt_openapiIfLastChangeGet), 2) - 90000;
      },
      100},
-    {"enabling brings a port with a partner back up", nullptr,
+    {"disabling and enabling brings a D-Disabled port with a partner back up", nullptr,
      [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "ddisable", "port": 3, "cause": "bpduguard"})");
        ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 0});
        ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 1});
        return read1(s, CALL(openapiIfLinkStateGet), 3);

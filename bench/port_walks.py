@@ -14,6 +14,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 SWITCHES = [("switch-10", 10), ("default", 28), ("switch-52", 52)]
@@ -27,12 +28,16 @@ WALKS = [
 ]
 
 
+MONTH_S = 30 * 86400
+LINK_STATE = ("if/link-state", "ifNum=3")
+
+
 class ScenarioSim:
-    def __init__(self, build, scenario):
+    def __init__(self, build, scenario, *args):
         self.exe = os.path.join(build, "platform", "open-sim")
         self.dir = tempfile.mkdtemp(prefix="bench-walks-")
         self.socket = os.path.join(self.dir, "sim.sock")
-        self.proc = subprocess.Popen([self.exe, "serve", "--socket", self.socket, "--scenario", scenario],
+        self.proc = subprocess.Popen([self.exe, "serve", "--socket", self.socket, "--scenario", scenario] + list(args),
                                      stderr=subprocess.DEVNULL)
         deadline = time.time() + 10
         while not os.path.exists(self.socket):
@@ -63,8 +68,58 @@ def request(build, sim, token, path, query):
     return elapsed
 
 
+def month_old_dump(build, token, rounds):
+    """The 52-port switch a simulated month after load: the dump's size and
+    its time through `ctl` (client process included), and link-state
+    requests made while dumps run back to back, against the same requests
+    with nothing else going on."""
+    sim = ScenarioSim(build, "switch-52", "--paused")
+    try:
+        sim.ctl("clock", "advance", str(MONTH_S))
+        size = len(sim.ctl("dump"))
+        alone = [request(build, sim, token, *LINK_STATE) for _ in range(rounds)]
+        dumps, beside, done = [], [], threading.Event()
+
+        def dump_loop():
+            while not done.is_set():
+                started = time.perf_counter()
+                sim.ctl("dump")
+                dumps.append(time.perf_counter() - started)
+
+        t = threading.Thread(target=dump_loop)
+        t.start()
+        try:
+            beside = [request(build, sim, token, *LINK_STATE) for _ in range(rounds)]
+        finally:
+            done.set()
+            t.join()
+        return {"bytes": size, "dump": dumps, "alone": alone, "beside": beside}
+    finally:
+        sim.stop()
+
+
+def dump_section(fig):
+    extra = [b - statistics.median(fig["alone"]) for b in fig["beside"]]
+    return ["", "### A month-old 52-port switch dumped while a page polls\n",
+            "`bench/port_walks.py`: `open-sim serve --scenario switch-52 --paused`, the clock moved %d days; "
+            "`ctl dump` back to back in one thread while link-state requests (a fresh CGI process each) run in "
+            "another.\n" % (MONTH_S // 86400),
+            "| dump size | dumps | dump fastest | dump median | dump slowest | link-state alone, median | "
+            "beside the dumps, median | slowest | most waited beyond the median alone |",
+            "|---|---|---|---|---|---|---|---|---|",
+            "| %d bytes | %d | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms |" % (
+                fig["bytes"], len(fig["dump"]), min(fig["dump"]) * 1e3, statistics.median(fig["dump"]) * 1e3,
+                max(fig["dump"]) * 1e3, statistics.median(fig["alone"]) * 1e3,
+                statistics.median(fig["beside"]) * 1e3, max(fig["beside"]) * 1e3, max(extra) * 1e3)]
+
+
 def measure(build, token, rounds):
-    """Rows: (switch, ports, walk, calls, fastest and median seconds)."""
+    """The walks' rows, (switch, ports, walk, calls, fastest and median
+    seconds), and the month-old dump's figures."""
+    return {"walks": walk_rows(build, token, rounds), "month_old_dump": month_old_dump(build, token, rounds)}
+
+
+def walk_rows(build, token, rounds):
     rows = []
     for scenario, ports in SWITCHES:
         sim = ScenarioSim(build, scenario)
@@ -80,7 +135,8 @@ def measure(build, token, rounds):
     return rows
 
 
-def section(rows, rounds):
+def section(measured, rounds):
+    rows = measured["walks"]
     w = ["## Walks over every port, by switch size\n",
          "`bench/port_walks.py`: one request in a fresh process against `open-sim serve --scenario NAME`, %d "
          "rounds; calls counted from the journal (registration included). The fastest round is the cost with the "
@@ -91,7 +147,7 @@ def section(rows, rounds):
     for scenario, ports, name, calls, fastest, median in sorted(rows, key=lambda r: (r[2], r[1])):
         w.append("| %s | %s | %d | %d | %.1f ms | %.1f ms | %.1f µs |" % (
             name, scenario, ports, calls, fastest * 1e3, median * 1e3, fastest * 1e6 / calls))
-    return w
+    return w + dump_section(measured["month_old_dump"])
 
 
 def main():

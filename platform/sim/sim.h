@@ -7,6 +7,7 @@
 #include <stdint.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -214,21 +215,42 @@ int64_t takeDelay(Sim &s, const std::string &call);
 
 Port *findPort(Sim &s, uint64_t ifNum);
 const Port *findPort(const Sim &s, uint64_t ifNum);
+// Why a call about a feature finds no port that has it: a port without
+// the feature lacks it (unsupported), a number that is no port names
+// nothing.
+inline int lacking(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
+// What follows from a port's facts: its link, its medium's kind, and the
+// features only copper ports have (energy detect, short reach, EEE, power
+// estimates).
+inline bool isUp(const Port &p) { return p.adminEnabled && p.partner && p.medium != 0 && p.disableReason == 0; }
+inline bool isFibre(const Sim &s, const Port &p) { return s.model.layout.isFibre(p.ifNum); }
+inline bool isGreen(const Sim &s, const Port &p) { return !isFibre(s, p); }
 // Whether the interface's link is up: a port's, or a LAG's through its
 // members; other interfaces have no link.
 bool linkUp(const Sim &s, uint32_t ifNum);
-// Brings the port's link in line with its facts at `atMs`: counters and
-// savings are settled first, so that what was counted while up stays.
-void settleLink(Sim &s, Port &p, int64_t atMs);
+// The one path for every change of a port's facts at `atMs`: what it
+// counted and saved until then is settled first, then the facts change,
+// and a link that changes with them is stamped.
+void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t counterAt(const Port &p, Counter which, int64_t atMs);   // as the 32-bit counter reads
-uint64_t countedAt(const Port &p, Counter which, int64_t atMs);   // all counted, unwrapped
-int64_t wrapDueMs(const Port &p, int64_t nowMs);
+uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // as the 32-bit counter reads
+uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // all counted, unwrapped
+int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
 int64_t drawMw(const Sim &s, const Port &p);
-// Mean watts saved per port while up with EEE, or down with energy detect.
+// Mean watts saved per port while up with EEE on both ends, or down with
+// energy detect.
 int64_t savingMw(const Sim &s, const Port &p);
+// EEE runs on the link with both ends: the link sleeps between frames.
+bool lowPowerIdle(const Sim &s, const Port &p);
+// Milliseconds the port's link has slept since load, at `atMs`.
+uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs);
+
+// The octets a second the port's link carries each way while up, and
+// whether both ways share them (half duplex).
+uint64_t lineOctetsPerSec(const Sim &s, const Port &p);
+bool halfDuplex(const Sim &s, const Port &p);
 
 // What events and settings change, each at a moment of simulated time.
 void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);  // the partner comes or goes
@@ -243,8 +265,12 @@ bool knownMedia(const std::string &media);
 // for none.
 int causeIndex(const std::string &name);
 int disableReasonOf(const std::string &cause);  // 0 for no cause
+void trimHistory(Sim &s);  // to the maximum of samples
+int causeOf(uint32_t disableReason);            // -1 for none
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
 void recoverDDisabled(Sim &s, int64_t uptoMs);
+// The earliest moment a shut port comes back, or -1 when none will.
+int64_t nextRecoveryMs(const Sim &s);
 void recordPmlViolation(Sim &s, const TimelineEvent &e);
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum);
 void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs);

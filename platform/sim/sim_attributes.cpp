@@ -16,13 +16,19 @@ constexpr uint32_t kGuardedPort = 7;
 constexpr char kGuardCause[] = "bpduguard";
 constexpr int64_t kGuardTrippedBeforeLoadMs = 3600 * 1000;
 
-// Speed-mode values: 1 auto, 2/3 100 half/full, 4/5 10 half/full,
-// 7 1000 full, 10 10G, 12 25G.
-constexpr uint32_t kSpeedAuto = 1;
+// Speed-mode values (1 auto) with the capability bit a port needs for
+// each, the line rate and whether the link runs half duplex.
+struct SpeedMode {
+  uint32_t value, capability, mbps;
+  bool half;
+};
+constexpr uint32_t kSpeedAuto = 1, kAutoNegBit = 0x1000;
 constexpr uint32_t kSpeed1000Full = 7, kSpeed10G = 10, kSpeed25G = 12;
-constexpr uint32_t kCopperSpeeds[] = {1, 2, 3, 4, 5, 7};
-constexpr uint32_t kFibreSpeeds[] = {7, 10, 12};
-constexpr uint32_t kHalfDuplexSpeeds[] = {2, 4};
+constexpr SpeedMode kSpeedModes[] = {
+    {kSpeedAuto, kAutoNegBit, 0, false}, {2, 0x0004, 100, true},           {3, 0x0008, 100, false},
+    {4, 0x0001, 10, true},               {5, 0x0002, 10, false},           {kSpeed1000Full, 0x0010, 1000, false},
+    {kSpeed10G, 0x0080, 10000, false},   {kSpeed25G, 0x0100, 25000, false},
+};
 // Negotiation as the platform numbers it, and the operational duplex that
 // stands for none while the link is down.
 constexpr uint32_t kAutoNegOn = 0, kAutoNegOff = 1;
@@ -39,6 +45,12 @@ constexpr bool onlyKnownBits(uint32_t mask) {
   return mask == 0;
 }
 static_assert(onlyKnownBits(kCopperCapabilities) && onlyKnownBits(kFibreCapabilities));
+
+const SpeedMode *speedModeOf(uint64_t value) {
+  for (const SpeedMode &m : kSpeedModes)
+    if (m.value == value) return &m;
+  return nullptr;
+}
 
 constexpr uint32_t kHeaderSize = 18;
 constexpr uint32_t kMinFrameSize = facts::kMaxFrameSize.least;
@@ -63,10 +75,16 @@ bool contains(const uint32_t (&list)[N], uint64_t v) {
   return false;
 }
 
-// What the port runs at while up with negotiation on: the best both ends do.
+// What a port set to negotiate runs at: the best both ends do.
 uint32_t negotiatedSpeed(const Sim &s, const Port &p) {
-  if (!p.fibre) return kSpeed1000Full;
+  if (!isFibre(s, p)) return kSpeed1000Full;
   return s.model.layout.cage ? kSpeed25G : kSpeed10G;
+}
+
+// The speed the link runs at while up: the one set, or the one negotiated.
+const SpeedMode &runningSpeed(const Sim &s, const Port &p) {
+  const SpeedMode *m = speedModeOf(p.speedMode == kSpeedAuto ? negotiatedSpeed(s, p) : p.speedMode);
+  return m ? *m : *speedModeOf(negotiatedSpeed(s, p));
 }
 
 // Per port, derived from its facts.
@@ -78,14 +96,18 @@ int portDerived(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-// An up port set to no speed of its own runs at what it negotiated.
-uint64_t speedModeOf(const Sim &s, const Port &p) {
-  return p.up && (p.autoNeg == kAutoNegOn || p.speedMode == kSpeedAuto) ? negotiatedSpeed(s, p) : p.speedMode;
+// The speed-mode call answers the configured speed, up or down: "auto"
+// on a port that negotiates it.
+uint64_t configuredSpeedOf(const Sim &, const Port &p) { return p.speedMode; }
+uint64_t autoNegOf(const Sim &, const Port &p) { return p.speedMode == kSpeedAuto ? kAutoNegOn : kAutoNegOff; }
+uint64_t duplexModeOf(const Sim &, const Port &p) {
+  const SpeedMode *m = speedModeOf(p.speedMode);
+  return m && m->half ? 0 : 1;
 }
-uint64_t operDuplexOf(const Sim &, const Port &p) { return p.up ? p.duplexMode : kNoDuplex; }
+uint64_t operDuplexOf(const Sim &s, const Port &p) { return isUp(p) ? duplexModeOf(s, p) : kNoDuplex; }
 uint64_t headerSizeOf(const Sim &, const Port &) { return kHeaderSize; }
 uint64_t adminStateOf(const Sim &, const Port &p) { return p.adminEnabled ? 1 : 0; }
-uint64_t capabilitiesOf(const Sim &, const Port &p) { return p.fibre ? kFibreCapabilities : kCopperCapabilities; }
+uint64_t capabilitiesOf(const Sim &s, const Port &p) { return isFibre(s, p) ? kFibreCapabilities : kCopperCapabilities; }
 uint64_t specialTypeOf(const Sim &, const Port &p) { return p.lagMember ? kLagMemberPort : kNormalPort; }
 uint64_t laneCountOf(const Sim &, const Port &) { return 1; }
 
@@ -101,7 +123,7 @@ int activeMediaCall(Sim &s, Call &c) {
 int pauseStatusCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  bool pause = p->up && p->medium == 1;
+  bool pause = isUp(*p) && p->medium == 1;
   c.out("rxPauseAllowed", pause);
   c.out("txPauseAllowed", pause);
   return OPEN_E_NONE;
@@ -148,32 +170,30 @@ int firstPeerGet(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-// A fixed speed turns negotiation off, and the half duplex speeds change
-// the configured duplex with them.
+// The speed and negotiation are one setting: a fixed speed turns
+// negotiation off, and the half duplex speeds set the duplex with them. A
+// speed the port's capabilities lack is the platform's failure.
 int speedSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  uint64_t speed = c.in("speed");
-  if (!(p->fibre ? contains(kFibreSpeeds, speed) : contains(kCopperSpeeds, speed))) return OPEN_E_PARAM;
-  p->speedMode = static_cast<uint32_t>(speed);
-  p->autoNeg = speed == kSpeedAuto ? kAutoNegOn : kAutoNegOff;
-  p->duplexMode = contains(kHalfDuplexSpeeds, speed) ? 0 : 1;
+  const SpeedMode *m = speedModeOf(c.in("speed"));
+  if (!m) return OPEN_E_PARAM;
+  if (!(capabilitiesOf(s, *p) & m->capability)) return OPEN_E_FAIL;
+  settleCounters(s, *p, clockNowMs(s.clock));
+  p->speedMode = m->value;
   return OPEN_E_NONE;
 }
 
-// Negotiation turned on negotiates the speed and duplex as well; turned
-// off on a port set to negotiate them, it fixes the speed and duplex it
+// Negotiation turned off on a port that negotiates fixes the speed it
 // negotiates, so that a port up without negotiation runs at a known speed.
 int autoNegSet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  p->autoNeg = static_cast<uint32_t>(c.in("autoNeg"));
-  if (p->autoNeg != kAutoNegOn) {
-    if (p->speedMode == kSpeedAuto) p->speedMode = negotiatedSpeed(s, *p);
-    return OPEN_E_NONE;
-  }
-  p->speedMode = kSpeedAuto;
-  p->duplexMode = 1;
+  bool on = c.in("autoNeg") == kAutoNegOn;
+  if (on && !(capabilitiesOf(s, *p) & kAutoNegBit)) return OPEN_E_FAIL;
+  settleCounters(s, *p, clockNowMs(s.clock));
+  if (on) p->speedMode = kSpeedAuto;
+  else if (p->speedMode == kSpeedAuto) p->speedMode = negotiatedSpeed(s, *p);
   return OPEN_E_NONE;
 }
 
@@ -253,6 +273,9 @@ int fecModeSet(Sim &s, Call &c) {
 
 }  // namespace
 
+uint64_t lineOctetsPerSec(const Sim &s, const Port &p) { return runningSpeed(s, p).mbps * 125000ULL; }
+bool halfDuplex(const Sim &s, const Port &p) { return runningSpeed(s, p).half; }
+
 // Active-media values as the platform numbers them.
 struct Medium {
   const char *name;
@@ -269,23 +292,23 @@ bool knownMedia(const std::string &media) {
 void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  p->medium = 0;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [](Port &q) { q.medium = 0; });
 }
 
 // A new module comes up on its medium, with a partner at the far end.
 void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  for (const Medium &m : kMedia)
-    if (media == m.name) p->medium = m.value;
-  p->partner = true;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    for (const Medium &m : kMedia)
+      if (media == m.name) q.medium = m.value;
+    q.partner = true;
+  });
 }
 
 const CallRule kAttributeRules[] = {
-    SIM_RULE(rpcclt_openapiIfSpeedModeGet, portDerived<speedModeOf>),
-    SIM_RULE(rpcclt_openapiIfDuplexModeGet, portGet<SIM_PORT_FIELD(duplexMode)>),
+    SIM_RULE(rpcclt_openapiIfSpeedModeGet, portDerived<configuredSpeedOf>),
+    SIM_RULE(rpcclt_openapiIfDuplexModeGet, portDerived<duplexModeOf>),
     SIM_RULE(rpcclt_openapiIfEthernetHeaderSizeGet, portDerived<headerSizeOf>),
     SIM_RULE(rpcclt_openapiIfSoftShutdownStateGet, portGet<SIM_PORT_FIELD(settings.softShutdown)>),
     SIM_RULE(rpcclt_openapiIfLinkTrapGet, portGet<SIM_PORT_FIELD(settings.linkTrap)>),
@@ -293,7 +316,7 @@ const CallRule kAttributeRules[] = {
     SIM_RULE(rpcclt_openapiIntfExpandablePortConfigModeGet, portGet<SIM_PORT_FIELD(settings.expandConfigMode)>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortOperModeGet, portGet<SIM_PORT_FIELD(settings.expandOperMode)>),
     SIM_RULE(openapiIfDuplexGet, portDerived<operDuplexOf>),
-    SIM_RULE(openapiIfAutoNegGet, portGet<SIM_PORT_FIELD(autoNeg)>),
+    SIM_RULE(openapiIfAutoNegGet, portDerived<autoNegOf>),
     SIM_RULE(openapiIfMaxFrameSizeGet, portGet<SIM_PORT_FIELD(settings.maxFrame)>),
     SIM_RULE(openapiIfAdminStateGet, portDerived<adminStateOf>),
     SIM_RULE(rpcclt_openapiIfCapabilitiesGet, portDerived<capabilitiesOf>),
@@ -329,15 +352,13 @@ const size_t kAttributeRuleCount = sizeof kAttributeRules / sizeof kAttributeRul
 void seedAttributes(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
   for (auto &[n, p] : s.model.ports) {
-    p.speedMode = !p.fibre ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
-    p.autoNeg = p.fibre ? kAutoNegOff : kAutoNegOn;
+    p.speedMode = !layout.isFibre(n) ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
     p.settings.maxFrame = n == layout.firstFibre() ? kMaxFrameSize : kMinFrameSize;
     bool cage = layout.inCage(n);
     p.settings.expandConfigMode = p.settings.expandOperMode = cage ? kSingle25G : 0;
   }
   if (Port *guarded = findPort(s, kGuardedPort)) {
     guarded->disableReason = static_cast<uint32_t>(disableReasonOf(kGuardCause));
-    guarded->cause = causeIndex(kGuardCause);
     guarded->tripAtMs = -kGuardTrippedBeforeLoadMs;
   }
 }

@@ -23,13 +23,6 @@ bool canonicalMac(const std::string &t) {
   return true;
 }
 
-// The place of the D-Disable cause whose reason this is, or -1.
-int causeOfReason(uint32_t reason) {
-  for (size_t i = 0; reason && i < std::size(facts::kDDisableCauses); ++i)
-    if (facts::kDDisableCauses[i].reason == reason) return static_cast<int>(i);
-  return -1;
-}
-
 const char *lockFault(const Model &m, const PmlPort &pml) {
   if (!pml.lastViolationMac.empty() && !canonicalMac(pml.lastViolationMac))
     return "\"pml\".\"lastViolationMac\" is no MAC address (upper-case pairs joined by \":\")";
@@ -39,23 +32,17 @@ const char *lockFault(const Model &m, const PmlPort &pml) {
   return nullptr;
 }
 
-const char *portFault(const Model &m, uint32_t n, Port &p) {
+const char *portFault(const Model &m, uint32_t n, const Port &p) {
   const SwitchLayout &layout = m.layout;
-  int cause = causeOfReason(p.disableReason);
+  bool fibre = layout.isFibre(n);
   bool lagKnown = !p.lagMember || (p.lagMember >= SwitchLayout::kFirstLag &&
                                    p.lagMember < SwitchLayout::kFirstLag + layout.lags);
-  if (p.fibre != layout.isFibre(n)) return "\"fibre\" is the layout's";
-  if (p.fibre && p.medium > 2) return "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)";
-  if (!p.fibre && p.medium != 1) return "\"medium\" of a copper port is 1 (copper)";
-  if (p.fibre && p.greenCapable) return "\"greenCapable\" is for copper ports";
-  if (p.fibre && p.powerEstimate) return "\"powerEstimate\" is for copper ports";
-  if (p.fibre && p.lagMember) return "\"lagMember\" is for copper ports";
+  if (fibre && p.medium > 2) return "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)";
+  if (!fibre && p.medium != 1) return "\"medium\" of a copper port is 1 (copper)";
+  if (fibre && p.lagMember) return "\"lagMember\" is for copper ports";
   if (!lagKnown) return "\"lagMember\" is no LAG of the switch";
-  if (p.disableReason && cause < 0) return "\"disableReason\" is no D-Disable cause's reason";
-  if (p.cause >= 0 && p.cause != cause) return "\"cause\" is not the cause of \"disableReason\"";
-  p.cause = cause;
-  // As the setter of the maximum does: the newest samples stay.
-  while (p.green.history.size() > m.green.maxSamples) p.green.history.pop_front();
+  if (!fibre && p.partner && !p.cableM) return "\"partner\" on a copper port needs a cable (\"cableM\")";
+  if (p.disableReason && causeOf(p.disableReason) < 0) return "\"disableReason\" is no D-Disable cause's reason";
   return lockFault(m, p.pml);
 }
 
@@ -90,7 +77,7 @@ bool scenarioFactsAgree(Sim &next, std::string *error) {
   if (vlans.size() != m.vlans.size() ||
       (!vlans.empty() && (*vlans.begin() < facts::kLockVlan.least || *vlans.rbegin() > facts::kLockVlan.most)))
     return fail(error, ".\"vlans\"", "VLANs from 1 to 4093, each once");
-  for (auto &[n, p] : m.ports)
+  for (const auto &[n, p] : m.ports)
     if (const char *why = portFault(m, n, p)) return fail(error, ".\"ports\".\"" + std::to_string(n) + "\"", why);
   for (const auto &[vlan, settings] : m.pml.vlans)
     if (!vlanIn(m, vlan)) return fail(error, ".\"pml\".\"vlans\"", ("VLAN " + std::to_string(vlan) + " is no VLAN of the switch").c_str());

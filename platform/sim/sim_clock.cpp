@@ -49,7 +49,7 @@ bool parseDecimalSeconds(const char *text, int64_t *ms) {
   }
   if (digits == 0 || points > 1) return false;
   double seconds = strtod(text, nullptr);
-  if (seconds > 1e9) return false;
+  if (seconds > kMostAdvanceS) return false;
   *ms = llround(seconds * 1000);
   return true;
 }

@@ -27,9 +27,10 @@ inline int64_t clockNowSeconds(const SimClock &c) { return clockNowMs(c) / 1000;
 void clockPause(SimClock &c);
 void clockRun(SimClock &c);
 void clockAdvance(SimClock &c, int64_t ms);
-// Plain decimal seconds, fractions allowed ("2.5", "30"), from 0 to 1e9,
-// as milliseconds; false for anything else (a sign, an exponent, hex,
-// "inf", nothing).
+// Plain decimal seconds, fractions allowed ("2.5", "30"), from 0 to 1e10
+// (three centuries), as milliseconds; false for anything else (a sign, an
+// exponent, hex, "inf", nothing).
+inline constexpr double kMostAdvanceS = 1e10;
 bool parseDecimalSeconds(const char *text, int64_t *ms);
 
 }  // namespace sim

@@ -146,13 +146,12 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
   if (model && (!modelFromJson(model, next.model, error) || !scenarioFactsAgree(next, error))) return false;
-  // A file may set a port's facts apart; its link follows them.
-  for (auto &[n, p] : next.model.ports) settleLink(next, p, p.settledMs);
+  trimHistory(next);
   return true;
 }
 
 // The simulated time a scenario may start at: the clock's own bound.
-constexpr double kMostClockMs = 1e12;
+constexpr double kMostClockMs = 1e14;
 
 // All or nothing: a scenario with any fault leaves the running one as it is.
 // "pending" is what `dump` adds to show what the clock still holds; a
@@ -323,7 +322,7 @@ static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out)
   }
   int64_t ms = 0;
   if (!parseDecimalSeconds(w[2].c_str(), &ms)) {
-    *out = "open-sim: clock advance takes decimal seconds from 0 to 1000000000 (as 2.5), not \"" + w[2] + "\"\n";
+    *out = "open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), not \"" + w[2] + "\"\n";
     return 2;
   }
   clockAdvance(s.clock, ms);

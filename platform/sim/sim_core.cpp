@@ -133,9 +133,9 @@ Port *findPort(Sim &s, uint64_t ifNum) {
 const Port *findPort(const Sim &s, uint64_t ifNum) { return findPort(const_cast<Sim &>(s), ifNum); }
 
 bool linkUp(const Sim &s, uint32_t ifNum) {
-  if (const Port *p = findPort(s, ifNum)) return p->up;
+  if (const Port *p = findPort(s, ifNum)) return isUp(*p);
   for (const auto &[n, p] : s.model.ports)
-    if (p.lagMember == ifNum && p.up) return true;
+    if (p.lagMember == ifNum && isUp(p)) return true;
   return false;
 }
 
@@ -150,10 +150,13 @@ const Interface *firstOfType(const Sim &s, uint32_t type) {
 }
 
 // The interface list is kept sorted by number, so "next" is the first
-// number above `after`, whether or not `after` itself exists.
+// number above `after`, whether or not `after` itself exists. The walks
+// take type 8 for interfaces of any type.
+constexpr uint32_t kAnyType = 8;
+
 const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after) {
   for (const Interface &i : s.interfaces)
-    if (i.type == type && i.ifNum > after) return &i;
+    if ((i.type == type || type == kAnyType) && i.ifNum > after) return &i;
   return nullptr;
 }
 

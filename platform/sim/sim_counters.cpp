@@ -1,6 +1,8 @@
 // Traffic counters that grow while a port's link is up and hold while it
 // is down, clear on a reset and wrap at 32 bits; port numbering
 // (unit/slot/port), routing VLAN interfaces and the copper cable test.
+#include <algorithm>
+
 #include "sim/sim.h"
 
 namespace sim {
@@ -32,10 +34,15 @@ const TrafficProfile kProfiles[] = {
 
 // What `ms` of traffic at these rates adds to one counter. About 3% of the
 // frames are broadcast or multicast.
+// Octets at `rate` a second over `ms`, in the counters' 64 bits however
+// long the time: the 32-bit reading stays right after they wrap.
+uint64_t octets(uint64_t rate, int64_t ms) {
+  return static_cast<uint64_t>(static_cast<unsigned __int128>(rate) * static_cast<uint64_t>(ms) / 1000);
+}
+
 uint64_t grown(const TrafficRates &r, Counter which, int64_t ms) {
   if (ms <= 0) return 0;
-  uint64_t inOctets = r.inOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
-  uint64_t outOctets = r.outOctetsPerSec * static_cast<uint64_t>(ms) / 1000;
+  uint64_t inOctets = octets(r.inOctetsPerSec, ms), outOctets = octets(r.outOctetsPerSec, ms);
   uint64_t inUcast = r.inAvgFrame ? inOctets / r.inAvgFrame * 97 / 100 : 0;
   uint64_t outUcast = r.outAvgFrame ? outOctets / r.outAvgFrame * 97 / 100 : 0;
   switch (which) {
@@ -53,17 +60,37 @@ uint64_t grown(const TrafficRates &r, Counter which, int64_t ms) {
   return 0;
 }
 
+// What the link carries of the traffic offered: its line rate at most
+// each way, shared by both ways on a half duplex link.
+TrafficRates carried(const Sim &s, const Port &p) {
+  TrafficRates r = p.rates;
+  uint64_t line = lineOctetsPerSec(s, p);
+  r.inOctetsPerSec = std::min(r.inOctetsPerSec, line);
+  r.outOctetsPerSec = std::min(r.outOctetsPerSec, halfDuplex(s, p) ? line - r.inOctetsPerSec : line);
+  return r;
+}
+
+// A LAG counts what its members count.
+template <class F>
+void forEachCounted(Sim &s, uint32_t ifNum, F f) {
+  if (Port *p = findPort(s, ifNum)) return f(*p);
+  for (auto &[n, p] : s.model.ports)
+    if (p.lagMember == ifNum) f(p);
+}
+
 template <Counter Which>
 int counterCall(Sim &s, Call &c) {
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
-  const Port *p = findPort(s, c.port());
-  c.out("value", p ? counterAt(*p, Which, clockNowMs(s.clock)) : 0);
+  uint64_t sum = 0;
+  forEachCounted(s, c.port(), [&](const Port &p) { sum += countedAt(s, p, Which, clockNowMs(s.clock)); });
+  c.out("value", sum % kCounterWrap);
   return OPEN_E_NONE;
 }
 
+// A LAG's clear clears its members.
 int resetOneCall(Sim &s, Call &c) {
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
-  resetPortCounters(s, c.port(), clockNowMs(s.clock));
+  forEachCounted(s, c.port(), [&](const Port &p) { resetPortCounters(s, p.ifNum, clockNowMs(s.clock)); });
   return OPEN_E_NONE;
 }
 
@@ -94,55 +121,51 @@ int routingInterfaceCall(Sim &s, Call &c) {
   return OPEN_E_NOT_FOUND;
 }
 
-struct CableResult {
-  uint32_t ifNum;
-  uint32_t status;  // 2 normal, 3 open, 7 no cable
-  uint32_t lengthKnown, shortest, longest, failureAt;
-};
-
-// Copper ports not listed here have no cable plugged in.
-const CableResult kCables[] = {
-    {1, 2, 1, 30, 35, 0}, {2, 2, 1, 50, 55, 0}, {3, 2, 1, 5, 10, 0},  {4, 3, 0, 0, 0, 23},
-    {5, 2, 1, 15, 20, 0}, {7, 2, 1, 10, 15, 0}, {8, 2, 1, 80, 85, 0}, {12, 3, 0, 0, 0, 48},
-};
-constexpr uint32_t kNoCable = 7;
+// The copper cable test: no cable, a cable with a live partner at its far
+// end (its length known to within 5 m), or one open at its far end.
+constexpr uint32_t kCableNormal = 2, kCableOpen = 3, kNoCable = 7;
+constexpr uint32_t kCableSpreadM = 5;
 
 int cableTestCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  CableResult r = {p->ifNum, p->fibre ? 0 : kNoCable, 0, 0, 0, 0};
-  for (const CableResult &known : kCables)
-    if (known.ifNum == p->ifNum && !p->fibre) r = known;
-  c.out("status", r.status);
-  c.out("lengthKnown", r.lengthKnown);
-  c.out("shortestLength", r.shortest);
-  c.out("longestLength", r.longest);
-  c.out("cableFailureLength", r.failureAt);
+  if (isFibre(s, *p)) return OPEN_E_UNAVAIL;
+  bool live = p->cableM && p->partner;
+  c.out("status", !p->cableM ? kNoCable : live ? kCableNormal : kCableOpen);
+  c.out("lengthKnown", live ? 1 : 0);
+  c.out("shortestLength", live ? p->cableM : 0);
+  c.out("longestLength", live ? p->cableM + kCableSpreadM : 0);
+  c.out("cableFailureLength", p->cableM && !live ? p->cableM : 0);
   return OPEN_E_NONE;
 }
 
 }  // namespace
 
-uint64_t counterAt(const Port &p, Counter which, int64_t atMs) { return countedAt(p, which, atMs) % kCounterWrap; }
+uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
+  return countedAt(s, p, which, atMs) % kCounterWrap;
+}
 
-uint64_t countedAt(const Port &p, Counter which, int64_t atMs) {
-  return p.counters[which] + (p.up ? grown(p.rates, which, atMs - p.settledMs) : 0);
+uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
+  return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
 }
 
 // When the announced wrap comes, as the port counts now; -1 once it came
 // or while the port does not count.
-int64_t wrapDueMs(const Port &p, int64_t nowMs) {
-  uint64_t counted = countedAt(p, kInOctets, nowMs);
-  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !p.up || !p.rates.inOctetsPerSec) return -1;
+int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs) {
+  uint64_t counted = countedAt(s, p, kInOctets, nowMs), rate = carried(s, p).inOctetsPerSec;
+  if (!p.wrapAtOctets || counted >= p.wrapAtOctets || !isUp(p) || !rate) return -1;
   uint64_t left = p.wrapAtOctets - counted;
-  return nowMs + static_cast<int64_t>((left * 1000 + p.rates.inOctetsPerSec - 1) / p.rates.inOctetsPerSec);
+  return nowMs + static_cast<int64_t>((left * 1000 + rate - 1) / rate);
 }
 
 void settleCounters(Sim &s, Port &p, int64_t atMs) {
   if (atMs <= p.settledMs) return;
-  if (p.up)
-    for (int c = 0; c < kCounterCount; ++c) p.counters[c] += grown(p.rates, static_cast<Counter>(c), atMs - p.settledMs);
-  p.savedMwMs += static_cast<uint64_t>(savingMw(s, p)) * static_cast<uint64_t>(atMs - p.settledMs);
+  uint64_t ms = static_cast<uint64_t>(atMs - p.settledMs);
+  TrafficRates r = carried(s, p);
+  if (isUp(p))
+    for (int c = 0; c < kCounterCount; ++c) p.counters[c] += grown(r, static_cast<Counter>(c), atMs - p.settledMs);
+  p.green.lpiMs = lpiMsAt(s, p, atMs);
+  p.savedMwMs += static_cast<uint64_t>(savingMw(s, p)) * ms;
   p.savedMwh += p.savedMwMs / kMwMsPerMwh;
   p.savedMwMs %= kMwMsPerMwh;
   p.settledMs = atMs;
@@ -168,10 +191,11 @@ void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t 
   Port *p = findPort(s, ifNum);
   if (!p) return;
   settleCounters(s, *p, atMs);
-  uint64_t before = p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft) % kCounterWrap;
+  uint64_t rate = carried(s, *p).inOctetsPerSec;
+  uint64_t before = rate * static_cast<uint64_t>(secondsLeft) % kCounterWrap;
   uint64_t target = (kCounterWrap - before) % kCounterWrap;
   p->counters[kInOctets] += (target + kCounterWrap - p->counters[kInOctets] % kCounterWrap) % kCounterWrap;
-  p->wrapAtOctets = p->counters[kInOctets] + p->rates.inOctetsPerSec * static_cast<uint64_t>(secondsLeft);
+  p->wrapAtOctets = p->counters[kInOctets] + rate * static_cast<uint64_t>(secondsLeft);
 }
 
 void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs) {
@@ -181,7 +205,7 @@ void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs
   if (t.inOctetsPerSec >= 0) p->rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
   if (t.outOctetsPerSec >= 0) p->rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
   // A port without a link receives nothing, damaged or not.
-  if (p->up) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
+  if (isUp(*p)) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
 }
 
 const CallRule kCounterRules[] = {

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <numeric>
 
 #include "sim/sim.h"
 #include "switch_facts.h"
@@ -26,7 +27,7 @@ constexpr uint32_t kHistoryEpoch = 1709251200;
 constexpr uint32_t kHistoryStep = 300;
 constexpr uint32_t kUplinkSamples = 5000;
 constexpr uint32_t kRecentSamples = 36;
-constexpr uint32_t kSwitchTimeAtLoad = kHistoryEpoch + kUplinkSamples * kHistoryStep;
+constexpr int64_t kSwitchTimeAtLoad = int64_t{kHistoryEpoch} + kUplinkSamples * kHistoryStep;
 
 // Seconds since each port's counters were last cleared, at load: 3 days,
 // 4 hours, 12 minutes and 5 seconds.
@@ -36,22 +37,21 @@ constexpr int64_t kStatsAgeAtLoad = 3 * 86400 + 4 * 3600 + 12 * 60 + 5;
 constexpr int64_t kEeeSavingMw = 120;
 
 bool eeeActive(const Sim &s, const Port &p) {
-  return p.up && p.greenCapable && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
+  return isUp(p) && isGreen(s, p) && p.green.eeeAdmin == 1 && s.model.green.eee == 1;
 }
-bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
 bool energyDetectOn(const Sim &s, const Port &p) {
-  return p.greenCapable && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
+  return isGreen(s, p) && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
 }
 
 Port *greenPort(Sim &s, uint64_t ifNum) {
   Port *p = findPort(s, ifNum);
-  return p && p->greenCapable ? p : nullptr;
+  return p && isGreen(s, *p) ? p : nullptr;
 }
 
 // The green ports ascend, so "next" is the first number above `after`.
 int walkGreen(Sim &s, uint64_t after, Call &c) {
   for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
-    if (!it->second.greenCapable) continue;
+    if (!isGreen(s, it->second)) continue;
     c.out("intIfNum", it->first);
     return OPEN_E_NONE;
   }
@@ -70,13 +70,13 @@ int isGreenIntf(Sim &s, Call &c) {
 
 template <PortField<uint32_t> F>
 int greenGet(Sim &s, Call &c) {
-  return greenPort(s, c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
+  return greenPort(s, c.port()) ? portGet<F>(s, c) : lacking(s, c.port());
 }
 
 template <PortField<uint32_t> F>
 int greenSet(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   // A saving that changes rate counts what it saved until now first.
   settleCounters(s, *p, clockNowMs(s.clock));
   return portSet<F>(s, c);
@@ -132,7 +132,7 @@ struct OprStatus {
 // Energy detect powers a port down while no link partner is sensed.
 OprStatus energyDetectStatus(Sim &s, const Port &p) {
   if (!energyDetectOn(s, p)) return {false, kAdminDown};
-  if (p.up) return {false, kLinkUp};
+  if (isUp(p)) return {false, kLinkUp};
   return {true, kNoEnergy};
 }
 
@@ -141,7 +141,7 @@ OprStatus energyDetectStatus(Sim &s, const Port &p) {
 OprStatus shortReachStatus(Sim &s, const Port &p) {
   if (p.green.shortReachForced == 1) return {true, kForced};
   if (p.green.shortReachAuto != 1 || s.model.green.shortReach != 1) return {false, kAdminDown};
-  if (!p.up) return {false, kLinkDown};
+  if (!isUp(p)) return {false, kLinkDown};
   return p.ifNum <= 2 ? OprStatus{true, kShortCable} : OprStatus{false, kLongCable};
 }
 
@@ -149,7 +149,7 @@ int answerStatus(Sim &s, Call &c, OprStatus (*status)(Sim &, const Port &), bool
   const Interface *i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
   const Port *p = findPort(s, c.port());
-  OprStatus st = !p ? OprStatus{false, kNotAttached} : !p->greenCapable ? OprStatus{false, kFiberPort} : status(s, *p);
+  OprStatus st = !p ? OprStatus{false, kNotAttached} : !isGreen(s, *p) ? OprStatus{false, kFiberPort} : status(s, *p);
   c.out("status", st.active ? 1 : 0);
   if (asText) c.outText("reason", reasonText(st.reason));
   else c.out("reason", st.reason);
@@ -163,16 +163,21 @@ int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachSta
 
 int64_t statsAge(const Sim &s, const Port &p) { return clockNowSeconds(s.clock) - p.green.statsClearedS; }
 
-int timeSinceReset(Sim &s, Call &c) {
+// A green port's one output, derived from its facts.
+template <uint64_t (*Answer)(const Sim &, const Port &)>
+int greenDerived(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("seconds", static_cast<uint64_t>(statsAge(s, *p)));
+  if (!p) return lacking(s, c.port());
+  c.last().num = Answer(s, *p);
+  c.last().written = true;
   return OPEN_E_NONE;
 }
 
+uint64_t secondsSinceReset(const Sim &s, const Port &p) { return static_cast<uint64_t>(statsAge(s, p)); }
+
 int timeSinceResetSplit(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   uint64_t t = static_cast<uint64_t>(statsAge(s, *p));
   c.out("days", t / 86400);
   c.out("hours", t % 86400 / 3600);
@@ -183,68 +188,67 @@ int timeSinceResetSplit(Sim &s, Call &c) {
 
 int eeeStatisticsClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  settleCounters(s, *p, clockNowMs(s.clock));
   GreenPort &g = p->green;
   g.txEvents = g.rxEvents = 0;
   g.txDuration[0] = g.txDuration[1] = g.rxDuration[0] = g.rxDuration[1] = 0;
+  g.lpiMsAtClear = g.lpiMs;
   g.statsClearedS = clockNowSeconds(s.clock);
   return OPEN_E_NONE;
 }
 
-template <uint64_t GreenPort::*Count>
-int eeeEvents(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("count", p->green.*Count);
-  return OPEN_E_NONE;
+// While EEE runs on both ends the link sleeps in bursts: a wake every
+// 25 ms, asleep 60% of the time sending and 55% receiving.
+constexpr uint64_t kLpiMsPerEvent = 25;
+constexpr uint64_t kTxSleepUsPerMs = 600, kRxSleepUsPerMs = 550;
+
+uint64_t lpiMsSinceClear(const Sim &s, const Port &p) {
+  return lpiMsAt(s, p, clockNowMs(s.clock)) - p.green.lpiMsAtClear;
 }
 
-template <uint64_t (GreenPort::*Duration)[2]>
+template <uint64_t GreenPort::*Count>
+uint64_t eeeEvents(const Sim &s, const Port &p) {
+  return (p.green.*Count + lpiMsSinceClear(s, p) / kLpiMsPerEvent) % (1ULL << 32);
+}
+
+template <uint64_t (GreenPort::*Duration)[2], uint64_t UsPerMs>
 int eeeDuration(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("high", (p->green.*Duration)[0]);
-  c.out("low", (p->green.*Duration)[1]);
+  if (!p) return lacking(s, c.port());
+  const uint64_t(&base)[2] = p->green.*Duration;
+  uint64_t us = (base[0] << 32) + base[1] + lpiMsSinceClear(s, *p) * UsPerMs;
+  c.out("high", us >> 32);
+  c.out("low", us & 0xFFFFFFFFu);
   return OPEN_E_NONE;
 }
 
 // What the link partner told over LLDP: only while linked with EEE on both
 // ends (`Ready`), or while EEE runs on the link (`Enable`).
 template <bool Ready>
-int dllState(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("value", Ready ? lowPowerIdle(s, *p) : eeeActive(s, *p));
-  return OPEN_E_NONE;
+uint64_t dllState(const Sim &s, const Port &p) {
+  return Ready ? lowPowerIdle(s, p) : eeeActive(s, p);
 }
 
-int localTwsys(Sim &s, Call &c) {
-  if (!greenPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("twsys", kLocalTwsys);
-  return OPEN_E_NONE;
-}
+uint64_t localTwsys(const Sim &, const Port &) { return kLocalTwsys; }
 
 // Our echo of the partner's wake time, as the local summary shows it: heard
 // only while EEE runs on the link with the partner.
-int echoTwsys(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.out("twsys", lowPowerIdle(s, *p) ? kPartnerTwsys : 0);
-  return OPEN_E_NONE;
-}
+uint64_t echoTwsys(const Sim &s, const Port &p) { return lowPowerIdle(s, p) ? kPartnerTwsys : 0; }
 
 // A partner's value for its one LLDP record, whatever the time mark.
 template <bool Echo>
 int remoteValue(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || !lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (!lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
   c.out("twsys", Echo ? kLocalTwsys : kPartnerTwsys);
   return OPEN_E_NONE;
 }
 
 int localSummary(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   bool enabled = eeeActive(s, *p), ready = lowPowerIdle(s, *p);
   uint32_t echo = ready ? kPartnerTwsys : 0;
   c.out("twSysTx", kLocalTwsys);
@@ -261,7 +265,8 @@ int localSummary(Sim &s, Call &c) {
 
 int remoteSummary(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || !lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
+  if (!lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
   c.out("twSysTx", kPartnerTwsys);
   c.out("twSysTxEcho", kLocalTwsys);
   c.out("twSysRx", kPartnerTwsys);
@@ -270,8 +275,12 @@ int remoteSummary(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// The switch's count in seconds: what it had at load and what every port
+// slept since.
 int totalLpiTime(Sim &s, Call &c) {
-  c.out("lpiTotalTime", s.model.green.totalLpiTime);
+  uint64_t ms = 0;
+  for (const auto &[n, p] : s.model.ports) ms += lpiMsAt(s, p, clockNowMs(s.clock));
+  c.out("lpiTotalTime", (s.model.green.totalLpiTime + ms / 1000) % (1ULL << 32));
   return OPEN_E_NONE;
 }
 
@@ -283,19 +292,8 @@ int featuresSupported(Sim &s, Call &c) {
 
 // --- power -----------------------------------------------------------------
 
-int intfCurrentPower(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
-  c.out("pwrConsumption", static_cast<uint64_t>(drawMw(s, *p)));
-  return OPEN_E_NONE;
-}
-
-int intfCumulativeSaving(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p || !p->powerEstimate) return OPEN_E_NOT_FOUND;
-  c.out("pwrSaving", savedMwhAt(s, *p, clockNowMs(s.clock)));
-  return OPEN_E_NONE;
-}
+uint64_t currentPower(const Sim &s, const Port &p) { return static_cast<uint64_t>(drawMw(s, p)); }
+uint64_t cumulativeSaving(const Sim &s, const Port &p) { return savedMwhAt(s, p, clockNowMs(s.clock)); }
 
 // The switch's draw is that of all its ports; its saving that of the
 // ports with an estimate.
@@ -309,14 +307,14 @@ int globalCurrentPower(Sim &s, Call &c) {
 int globalCumulativeSaving(Sim &s, Call &c) {
   uint64_t total = 0;
   for (const auto &[n, p] : s.model.ports)
-    if (p.powerEstimate) total += savedMwhAt(s, p, clockNowMs(s.clock));
+    if (isGreen(s, p)) total += savedMwhAt(s, p, clockNowMs(s.clock));
   c.out("pwrSaving", total);
   return OPEN_E_NONE;
 }
 
 int intfStatisticsClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   settleCounters(s, *p, clockNowMs(s.clock));
   p->savedMwh = 0;
   p->savedMwMs = 0;
@@ -327,29 +325,87 @@ int intfStatisticsClear(Sim &s, Call &c) {
 
 int64_t sampleStepMs(const Sim &s) { return static_cast<int64_t>(s.model.green.sampleIntervalMin) * 60000; }
 
-// Idle links sleep most of the night and less in office hours.
-uint16_t lpiPercent(bool idle, uint32_t ifNum, uint32_t index, uint32_t time) {
-  if (!idle) return 0;
-  uint32_t hourOfDay = time / 3600 % 24;
-  uint32_t base = hourOfDay >= 8 && hourOfDay < 18 ? 35 : 80;
-  return static_cast<uint16_t>(base + (index * 7 + ifNum * 13) % 15);
+// Idle links sleep most of the night and less in office hours; the
+// sample's place in the history adds a little of its own, which repeats
+// every 15 samples (7 and 15 share no factor, so 15 in a row take each
+// of 0 to 14 once).
+constexpr int64_t kDayS = 86400, kOfficeFromS = 8 * 3600, kOfficeToS = 18 * 3600;
+constexpr uint64_t kNightPercent = 80, kOfficePercent = 35, kPlaceCycle = 15, kPlaceCycleSum = 105;
+
+bool officeHours(int64_t time) {
+  int64_t second = time % kDayS;
+  return second >= kOfficeFromS && second < kOfficeToS;
 }
 
-void addSample(GreenPort &g, uint32_t maxSamples, bool idle, uint32_t ifNum, uint32_t time) {
-  LpiSample r;
-  r.percent = lpiPercent(idle, ifNum, g.lpiTaken, time);
-  g.lpiSum += r.percent;
-  ++g.lpiTaken;
-  r.number = static_cast<uint16_t>(g.lpiTaken);
-  r.time = time;
-  r.percentTotal = static_cast<uint16_t>(g.lpiSum / g.lpiTaken);
-  g.history.push_back(r);
-  while (g.history.size() > maxSamples) g.history.pop_front();
+uint64_t placePercent(const LpiRun &r, uint32_t ifNum, uint64_t k) { return ((r.place + k) * 7 + ifNum * 13) % kPlaceCycle; }
+
+uint16_t lpiPercent(const LpiRun &r, uint32_t ifNum, uint64_t k) {
+  if (!r.idle) return 0;
+  uint64_t base = officeHours(r.firstTime + static_cast<int64_t>(k * r.stepS)) ? kOfficePercent : kNightPercent;
+  return static_cast<uint16_t>(base + placePercent(r, ifNum, k));
 }
 
-void trimHistory(Sim &s) {
-  for (auto &[n, p] : s.model.ports)
-    while (p.green.history.size() > s.model.green.maxSamples) p.green.history.pop_front();
+// The percents of the run's first `count` samples, without visiting each:
+// the place repeats every 15 samples and the hour every day, so a long
+// run costs no more than a day of samples.
+uint64_t percentSum(const LpiRun &r, uint32_t ifNum, uint64_t count) {
+  if (!r.idle || !count) return 0;
+  uint64_t sum = count / kPlaceCycle * kPlaceCycleSum;
+  for (uint64_t k = count / kPlaceCycle * kPlaceCycle; k < count; ++k) sum += placePercent(r, ifNum, k);
+  uint64_t period = kDayS / std::gcd<uint64_t>(kDayS, r.stepS);
+  uint64_t full = count / period, rest = count % period, inPeriod = 0, inRest = 0;
+  for (uint64_t k = 0; k < (full ? period : rest); ++k) {
+    bool office = officeHours(r.firstTime + static_cast<int64_t>(k * r.stepS));
+    inPeriod += office;
+    inRest += office && k < rest;
+  }
+  uint64_t office = full * inPeriod + inRest;
+  return sum + kNightPercent * count - (kNightPercent - kOfficePercent) * office;
+}
+
+uint64_t keptSamples(const GreenPort &g) {
+  uint64_t kept = 0;
+  for (const LpiRun &r : g.history) kept += r.count;
+  return kept;
+}
+
+// The oldest samples go first; what they counted stays in the average.
+void trimHistory(GreenPort &g, uint32_t ifNum, uint64_t maxSamples) {
+  for (uint64_t kept = keptSamples(g); kept > maxSamples;) {
+    LpiRun &r = g.history.front();
+    uint64_t drop = std::min(r.count, kept - maxSamples);
+    kept -= drop;
+    if (drop == r.count) {
+      g.history.pop_front();
+      continue;
+    }
+    r.sumBefore += percentSum(r, ifNum, drop);
+    r.place += drop;
+    r.firstTime += static_cast<int64_t>(drop * r.stepS);
+    r.count -= drop;
+  }
+}
+
+// `count` samples every `stepS` seconds from `time`, the link asleep or
+// not throughout: the last run grows when they carry it on.
+void addSamples(GreenPort &g, uint32_t ifNum, bool idle, int64_t time, uint32_t stepS, uint64_t count,
+                uint64_t maxSamples) {
+  LpiRun next;
+  if (!g.history.empty()) {
+    LpiRun &last = g.history.back();
+    if (last.idle == idle && last.stepS == stepS && last.firstTime + static_cast<int64_t>(last.count * stepS) == time) {
+      last.count += count;
+      return trimHistory(g, ifNum, maxSamples);
+    }
+    next.place = last.place + last.count;
+    next.sumBefore = last.sumBefore + percentSum(last, ifNum, last.count);
+  }
+  next.firstTime = time;
+  next.stepS = stepS;
+  next.count = count;
+  next.idle = idle;
+  g.history.push_back(next);
+  trimHistory(g, ifNum, maxSamples);
 }
 
 int sampleIntervalSet(Sim &s, Call &c) {
@@ -369,29 +425,36 @@ int maxSamplesSet(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-void writeSample(Arg &a, const Port &p, size_t index) {
-  const LpiSample &r = p.green.history[index];
+// The kept sample at `index`, oldest first, as the wire carries it: its
+// number and time in the platform's 16 and 32 bits.
+void writeSample(Arg &a, const Port &p, uint64_t index, uint64_t kept) {
+  uint64_t k = index;
+  auto run = p.green.history.begin();
+  for (; k >= run->count; ++run) k -= run->count;
+  uint64_t place = run->place + k;
   open_pwr_sav_sample_t out = {};
-  out.sampleNo = r.number;
-  out.sampleTime = r.time;
-  out.percentLpiTime = r.percent;
-  out.percentLpiTimeTotal = r.percentTotal;
+  out.sampleNo = static_cast<uint16_t>(place + 1);
+  out.sampleTime = static_cast<uint32_t>(run->firstTime + static_cast<int64_t>(k * run->stepS));
+  out.percentLpiTime = lpiPercent(*run, p.ifNum, k);
+  out.percentLpiTimeTotal = static_cast<uint16_t>((run->sumBefore + percentSum(*run, p.ifNum, k + 1)) / (place + 1));
   // The cursor names the port and the position of the following sample.
-  out.next = index + 1 < p.green.history.size() ? (static_cast<uint64_t>(p.ifNum) << 32) | (index + 1) : 0;
+  out.next = index + 1 < kept ? (static_cast<uint64_t>(p.ifNum) << 32) | (index + 1) : 0;
   a.text.assign(reinterpret_cast<const char *>(&out), sizeof out);
   a.written = true;
 }
 
-int answerSample(Call &c, const Port &p, size_t index) {
+int answerSample(Call &c, const Port &p, uint64_t index) {
   Arg &a = c.arg("sample");
+  uint64_t kept = keptSamples(p.green);
   if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
-  writeSample(a, p, index);
+  if (index >= kept) return OPEN_E_NOT_FOUND;
+  writeSample(a, p, index, kept);
   return OPEN_E_NONE;
 }
 
 int historyFirst(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   return answerSample(c, *p, 0);
 }
 
@@ -401,29 +464,27 @@ int historyNext(Sim &s, Call &c) {
   open_pwr_sav_sample_t r = {};
   memcpy(&r, a.text.data(), sizeof r);
   const Port *p = greenPort(s, r.next >> 32);
-  size_t index = static_cast<uint32_t>(r.next);
-  if (r.next == 0 || !p || index >= p->green.history.size()) return OPEN_E_NOT_FOUND;
-  return answerSample(c, *p, index);
+  if (r.next == 0 || !p) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, static_cast<uint32_t>(r.next));
 }
 
-// The sample after the one numbered `curSample`; 0 asks for the first.
+// The sample after the one numbered `curSample` (numbers run on in 16
+// bits); 0 asks for the first.
 int historyNextSample(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
-  if (!p || p->green.history.empty()) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   uint64_t cur = c.in("curSample");
-  if (cur == 0) return answerSample(c, *p, 0);
-  for (size_t i = 0; i + 1 < p->green.history.size(); ++i)
-    if (p->green.history[i].number == cur) return answerSample(c, *p, i + 1);
-  return OPEN_E_NOT_FOUND;
+  if (cur == 0 || p->green.history.empty()) return answerSample(c, *p, 0);
+  uint16_t firstNumber = static_cast<uint16_t>(p->green.history.front().place + 1);
+  if (cur > UINT16_MAX) return OPEN_E_NOT_FOUND;
+  return answerSample(c, *p, static_cast<uint16_t>(cur - firstNumber) + 1u);
 }
 
 // Counted from now: the samples taken so far are gone.
 int historyClear(Sim &s, Call &c) {
   Port *p = greenPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
+  if (!p) return lacking(s, c.port());
   p->green.history.clear();
-  p->green.lpiSum = 0;
-  p->green.lpiTaken = 0;
   return OPEN_E_NONE;
 }
 
@@ -433,9 +494,8 @@ int historyClear(Sim &s, Call &c) {
 // on the other ports.
 void seedHistory(Sim &s, Port &p) {
   uint32_t count = p.ifNum == 1 ? kUplinkSamples : kRecentSamples;
-  for (uint32_t i = 0; i < count; ++i)
-    addSample(p.green, s.model.green.maxSamples, eeeActive(s, p), p.ifNum,
-              kSwitchTimeAtLoad - (count - i) * kHistoryStep);
+  addSamples(p.green, p.ifNum, lowPowerIdle(s, p), kSwitchTimeAtLoad - count * kHistoryStep, kHistoryStep, count,
+             s.model.green.maxSamples);
 }
 
 // Desk ports 13-24 power down while nobody is plugged in; the partner on
@@ -446,7 +506,7 @@ void seedGreenPort(Sim &s, Port &p) {
   g.energyDetect = n >= 13 ? 1 : 0;
   g.partnerEee = n != 8;
   g.statsClearedS = -kStatsAgeAtLoad;
-  if (p.up) {
+  if (isUp(p)) {
     g.txEvents = 184000 + n * 1711;
     g.rxEvents = 176500 + n * 1493;
     g.txDuration[0] = g.rxDuration[0] = 1;
@@ -458,29 +518,39 @@ void seedGreenPort(Sim &s, Port &p) {
 
 // Milliwatts drawn up and down, and milliwatt-hours saved since the last
 // clear.
-void seedPower(Port &p) {
-  p.drawUpMw = p.fibre ? 1150 : 560;
-  p.drawDownMw = p.fibre ? 300 : 95;
-  p.powerEstimate = !p.fibre;
-  p.savedMwh = p.fibre ? 0 : p.up ? 4200 + p.ifNum * 37 : 9800 + p.ifNum * 53;
+void seedPower(Port &p, bool fibre) {
+  p.drawUpMw = fibre ? 1150 : 560;
+  p.drawDownMw = fibre ? 300 : 95;
+  p.savedMwh = fibre ? 0 : isUp(p) ? 4200 + p.ifNum * 37 : 9800 + p.ifNum * 53;
 }
 
 }  // namespace
 
+// A loaded history keeps its newest samples, as the maximum's setter does.
+void trimHistory(Sim &s) {
+  for (auto &[n, p] : s.model.ports) trimHistory(p.green, n, s.model.green.maxSamples);
+}
+
+bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
+
+uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs) {
+  return p.green.lpiMs + (lowPowerIdle(s, p) && atMs > p.settledMs ? static_cast<uint64_t>(atMs - p.settledMs) : 0);
+}
+
 int64_t drawMw(const Sim &s, const Port &p) {
-  if (!p.up) return p.drawDownMw;
-  return p.drawUpMw + (p.greenCapable && !eeeActive(s, p) ? kEeeSavingMw : 0);
+  if (!isUp(p)) return p.drawDownMw;
+  return p.drawUpMw + (isGreen(s, p) && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
 }
 
 int64_t savingMw(const Sim &s, const Port &p) {
-  if (!p.powerEstimate) return 0;
-  if (p.up) return eeeActive(s, p) ? kEeeSavingMw : 0;
+  if (!isGreen(s, p)) return 0;
+  if (isUp(p)) return lowPowerIdle(s, p) ? kEeeSavingMw : 0;
   return energyDetectOn(s, p) ? std::max<int64_t>(0, p.drawUpMw - p.drawDownMw) : 0;
 }
 
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
   const Port *p = findPort(s, ifNum);
-  return p && p->powerEstimate;
+  return p && isGreen(s, *p);
 }
 
 // A reading of the port's draw in the state it is in now.
@@ -488,31 +558,26 @@ void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, 
   Port *p = findPort(s, ifNum);
   if (!p) return;
   settleCounters(s, *p, atMs);
-  int64_t eee = p->up && p->greenCapable && !eeeActive(s, *p) ? kEeeSavingMw : 0;
-  (p->up ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
+  int64_t eee = isUp(*p) && isGreen(s, *p) && !lowPowerIdle(s, *p) ? kEeeSavingMw : 0;
+  (isUp(*p) ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
   if (savedMwh < 0) return;
   p->savedMwh = static_cast<uint64_t>(savedMwh);
   p->savedMwMs = 0;
 }
 
 // Every EEE port takes a sample each interval (none with an interval of
-// 0, which only a scenario sets); after a long jump only the
-// last `maxSamples` are kept, so only those are made.
+// 0, which only a scenario sets), with the link as it stands: nothing
+// changes it between two moments the clock's queue hands in.
 void takeLpiSamples(Sim &s, int64_t uptoMs) {
   Green &g = s.model.green;
   int64_t step = sampleStepMs(s);
   if (step <= 0 || g.nextSampleMs > uptoMs) return;
-  int64_t due = (uptoMs - g.nextSampleMs) / step + 1;
-  int64_t skipped = std::max<int64_t>(0, due - g.maxSamples);
-  for (auto &[n, p] : s.model.ports) {
-    if (!p.greenCapable) continue;
-    p.green.lpiTaken += static_cast<uint32_t>(skipped);
-    for (int64_t k = skipped; k < due; ++k) {
-      int64_t at = g.nextSampleMs + k * step;
-      addSample(p.green, g.maxSamples, eeeActive(s, p), n, kSwitchTimeAtLoad + static_cast<uint32_t>(at / 1000));
-    }
-  }
-  g.nextSampleMs += due * step;
+  uint64_t due = static_cast<uint64_t>((uptoMs - g.nextSampleMs) / step + 1);
+  for (auto &[n, p] : s.model.ports)
+    if (isGreen(s, p))
+      addSamples(p.green, n, lowPowerIdle(s, p), kSwitchTimeAtLoad + g.nextSampleMs / 1000,
+                 static_cast<uint32_t>(step / 1000), due, g.maxSamples);
+  g.nextSampleMs += static_cast<int64_t>(due) * step;
 }
 
 const CallRule kGreenRules[] = {
@@ -556,22 +621,22 @@ const CallRule kGreenRules[] = {
     SIM_SETTER(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, rpcclt_openapiGreenEthrGlobalEeeAdminModeGet,
                switchSet<SIM_SWITCH_FIELD(green.eee)>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, eeeEvents<&GreenPort::txEvents>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, eeeDuration<&GreenPort::txDuration>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, eeeEvents<&GreenPort::rxEvents>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, eeeDuration<&GreenPort::rxDuration>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceReset),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, greenDerived<eeeEvents<&GreenPort::txEvents>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>)),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, greenDerived<eeeEvents<&GreenPort::rxEvents>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>)),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, greenDerived<secondsSinceReset>),
     SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, dllState<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, dllState<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, dllState<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, dllState<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, localTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, echoTwsys),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, echoTwsys),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, greenDerived<dllState<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, greenDerived<dllState<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, greenDerived<dllState<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, greenDerived<dllState<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, greenDerived<localTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, greenDerived<echoTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, greenDerived<echoTwsys>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue<false>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue<true>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue<false>),
@@ -581,9 +646,9 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, remoteSummary),
     SIM_RULE(rpcclt_openapiGreenEthrFeaturesSupportedGet, featuresSupported),
 
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, intfCurrentPower),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, greenDerived<currentPower>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCurPwrGet, globalCurrentPower),
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, intfCumulativeSaving),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, greenDerived<cumulativeSaving>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCumSavingGet, globalCumulativeSaving),
     SIM_RULE(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, switchGet<SIM_SWITCH_FIELD(green.savingPercent)>),
     SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, intfStatisticsClear),
@@ -604,9 +669,8 @@ const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 void seedGreen(Sim &s) {
   s.model.green = Green();
   for (auto &[n, p] : s.model.ports) {
-    p.greenCapable = !p.fibre;
-    seedPower(p);
-    if (p.greenCapable) seedGreenPort(s, p);
+    seedPower(p, isFibre(s, p));
+    if (isGreen(s, p)) seedGreenPort(s, p);
   }
 }
 

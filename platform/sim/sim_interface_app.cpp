@@ -32,12 +32,12 @@ int ledSupport(Sim &s, Call &c) {
 
 template <PortField<uint32_t> F>
 int ledGet(Sim &s, Call &c) {
-  return hasLed(c.port()) ? portGet<F>(s, c) : OPEN_E_NOT_FOUND;
+  return hasLed(c.port()) ? portGet<F>(s, c) : lacking(s, c.port());
 }
 
 template <PortField<uint32_t> F, uint32_t Max>
 int ledSet(Sim &s, Call &c) {
-  return hasLed(c.port()) ? portSet<F, 0, Max>(s, c) : OPEN_E_NOT_FOUND;
+  return hasLed(c.port()) ? portSet<F, 0, Max>(s, c) : lacking(s, c.port());
 }
 
 int ledModeGet(Sim &s, Call &c) {

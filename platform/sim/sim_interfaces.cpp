@@ -22,6 +22,14 @@ constexpr int64_t kUptimeAtLoadS = 90000;
 constexpr uint32_t kMacTextSize = 18;
 constexpr uint32_t kDescriptionSize = 255;
 
+constexpr uint32_t kPatchCableM = 3;
+// Copper cables plugged in at load, in metres: the partners' and two
+// whose far end is open.
+struct Cable {
+  uint32_t ifNum, metres;
+};
+constexpr Cable kCables[] = {{1, 30}, {2, 50}, {3, 5}, {4, 23}, {5, 15}, {7, 10}, {8, 80}, {12, 48}};
+
 // Link state 0 is up; operational state 2 is D-Disabled.
 constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
 constexpr uint32_t kOprDown = 0, kOprUp = 1, kOprDiagDisabled = 2;
@@ -151,27 +159,32 @@ const CallRule kInterfaceRules[] = {
 };
 const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
 
-void settleLink(Sim &s, Port &p, int64_t atMs) {
-  bool up = p.adminEnabled && p.partner && p.medium != 0 && p.disableReason == 0;
-  if (up == p.up) return;
+void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change) {
   settleCounters(s, p, atMs);
-  p.up = up;
-  p.lastChangeS = kUptimeAtLoadS + atMs / 1000;
+  bool wasUp = isUp(p);
+  change(p);
+  if (isUp(p) != wasUp) p.lastChangeS = kUptimeAtLoadS + atMs / 1000;
 }
 
 // The partner comes or goes; whether the link follows is the port's to say.
+// A partner on a copper port without a cable came with a patch cable.
 void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  p->partner = up;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    q.partner = up;
+    if (up && !isFibre(s, q) && !q.cableM) q.cableM = kPatchCableM;
+  });
 }
 
+// Disabling and enabling a port again is the manual way out of D-Disable.
 void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  p->adminEnabled = enabled;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    if (enabled && !q.adminEnabled) q.disableReason = 0;
+    q.adminEnabled = enabled;
+  });
 }
 
 bool vlanExists(const Sim &s, uint32_t vlan) {
@@ -191,11 +204,9 @@ void seedInterfaces(Sim &s) {
     s.interfaces.push_back({n, OPEN_INTF_TYPE_PHY});
     Port &p = s.model.ports[n];
     p.ifNum = n;
-    p.fibre = layout.isFibre(n);
-    p.medium = p.fibre ? 2 : 1;
+    p.medium = layout.isFibre(n) ? 2 : 1;
     p.partner = n <= 3 || n == 5 || n == 7 || n == 8 || n == layout.firstFibre();
-    p.up = p.partner && n != 7;
-    p.lastChangeS = p.up ? 86400 + n * 37 : 0;
+    p.lastChangeS = p.partner && n != 7 ? 86400 + n * 37 : 0;
   }
   s.interfaces.push_back({layout.ports() + 1, OPEN_INTF_TYPE_CPU});
   for (uint32_t l = 0; l < layout.lags; ++l) s.interfaces.push_back({kFirstLag + l, OPEN_INTF_TYPE_LAG});
@@ -209,6 +220,8 @@ void seedInterfaces(Sim &s) {
     findPort(s, layout.copperPorts - 3 - 2 * l)->lagMember = kFirstLag + l;
     findPort(s, layout.copperPorts - 2 - 2 * l)->lagMember = kFirstLag + l;
   }
+  for (const Cable &c : kCables)
+    if (Port *p = findPort(s, c.ifNum)) p->cableM = c.metres;
   findPort(s, 1)->settings.description = "Uplink to core";
   findPort(s, 2)->settings.description = "Office access point";
   findPort(s, layout.firstFibre())->settings.description = "Storage array";

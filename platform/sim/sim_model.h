@@ -60,12 +60,18 @@ struct TrafficRates {
   uint64_t inErrorsPerMillion = 0;
 };
 
-// One sample of the power-saving (LPI) history.
-struct LpiSample {
-  uint16_t number = 0;
-  uint32_t time = 0;  // seconds since 1970 on the switch's clock
-  uint16_t percent = 0;
-  uint16_t percentTotal = 0;
+// A run of power-saving (LPI) samples, one every `stepS` seconds, the link
+// asleep (`idle`) or awake throughout; each sample's figures follow from
+// its place in the history since its clear (`place` is the run's first
+// sample's, from 0) and its time. `sumBefore` holds the percents of every sample
+// before the run, the dropped ones too, for the running average.
+struct LpiRun {
+  uint64_t place = 0;
+  int64_t firstTime = 0;  // seconds since 1970 on the switch's clock
+  uint32_t stepS = 300;
+  uint64_t count = 0;
+  bool idle = false;
+  uint64_t sumBefore = 0;
 };
 
 // Configuration values the switch keeps per port and only reports back.
@@ -97,31 +103,30 @@ struct GreenPort {
   uint32_t energyDetect = 0, shortReachAuto = 0, shortReachForced = 0;
   uint32_t eeeAdmin = 1, txIdleTime = 100, txWakeTime = 17;
   bool partnerEee = true;  // the link partner speaks EEE over LLDP
-  // LPI events and durations ({high, low} words) counted until the last clear.
+  // LPI events and durations ({high, low} words) at the last clear; what
+  // the link slept since then adds to them.
   uint64_t txEvents = 0, rxEvents = 0;
   uint64_t txDuration[2] = {0, 0}, rxDuration[2] = {0, 0};
+  uint64_t lpiMs = 0;         // asleep since load, until the port's `settledMs`
+  uint64_t lpiMsAtClear = 0;  // `lpiMs` at the last clear
   int64_t statsClearedS = 0;  // simulated seconds of the last clear (negative: before load)
-  std::deque<LpiSample> history;
-  uint64_t lpiSum = 0;       // of every sample since the history was cleared
-  uint32_t lpiTaken = 0;     // samples since the history was cleared
+  std::deque<LpiRun> history;
 };
 
 struct Port {
   uint32_t ifNum = 0;
-  bool fibre = false;
   // Link: up when enabled, not D-Disabled, with a transceiver and a partner.
   bool adminEnabled = true;
   bool partner = false;  // a cable with a live link partner
   uint32_t medium = 1;   // active medium: 0 none (no transceiver), 1 copper, 2 fiber
-  bool up = false;       // the link as it stands, kept in step by settleLink
   int64_t lastChangeS = 0;  // switch uptime at the last link change
-  // Configured speed (platform speed-mode value, 1 auto), duplex (1 full)
-  // and negotiation (0 on, 1 off); what was negotiated shows while up.
-  uint32_t speedMode = 1, duplexMode = 1, autoNeg = 0;
-  // D-Disable: the reason while shut, the cause's place in the switch's
-  // cause table, and when it tripped.
+  // Configured speed (platform speed-mode value, 1 auto): the duplex and
+  // negotiation follow from it; what was negotiated shows while up.
+  uint32_t speedMode = 1;
+  uint32_t cableM = 0;  // the copper cable plugged in, in metres; 0 none
+  // D-Disable: the reason while shut (its cause follows from it), and when
+  // it tripped.
   uint32_t disableReason = 0;
-  int cause = -1;
   int64_t tripAtMs = 0;
   // Traffic: counters as of `settledMs`, and rates while the link is up.
   TrafficRates rates;
@@ -132,12 +137,10 @@ struct Port {
   int64_t drawUpMw = 560, drawDownMw = 95;
   uint64_t savedMwh = 0;   // at the last clear or load, plus what was settled
   uint64_t savedMwMs = 0;  // remainder below one mWh
-  bool powerEstimate = true;
   uint32_t lagMember = 0;  // the LAG's interface number, 0 none
   PortSettings settings;
   PmlPort pml;
   GreenPort green;
-  bool greenCapable = true;  // energy detect, short reach, EEE: the copper ports
 };
 
 struct PmlVlan {

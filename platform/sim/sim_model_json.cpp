@@ -32,11 +32,13 @@ void visit(TrafficRates &r, V &v) {
 }
 
 template <class V>
-void visit(LpiSample &r, V &v) {
-  v("number", r.number);
-  v("time", r.time);
-  v("percent", r.percent, kPercent);
-  v("percentTotal", r.percentTotal, kPercent);
+void visit(LpiRun &r, V &v) {
+  v("place", r.place);
+  v("firstTime", r.firstTime);
+  v("stepS", r.stepS);
+  v("count", r.count);
+  v("idle", r.idle);
+  v("sumBefore", r.sumBefore);
 }
 
 template <class V>
@@ -84,25 +86,21 @@ void visit(GreenPort &g, V &v) {
   v("rxEvents", g.rxEvents);
   v("txDuration", g.txDuration);
   v("rxDuration", g.rxDuration);
+  v("lpiMs", g.lpiMs);
+  v("lpiMsAtClear", g.lpiMsAtClear);
   v("statsClearedS", g.statsClearedS);
   v("history", g.history);
-  v("lpiSum", g.lpiSum);
-  v("lpiTaken", g.lpiTaken);
 }
 
 template <class V>
 void visit(Port &p, V &v) {
-  v("fibre", p.fibre);
   v("adminEnabled", p.adminEnabled);
   v("partner", p.partner);
   v("medium", p.medium);
-  v("up", p.up);
   v("lastChangeS", p.lastChangeS);
   v("speedMode", p.speedMode);
-  v("duplexMode", p.duplexMode);
-  v("autoNeg", p.autoNeg);
+  v("cableM", p.cableM);
   v("disableReason", p.disableReason);
-  v("cause", p.cause);
   v("tripAtMs", p.tripAtMs);
   v("rates", p.rates);
   v("counters", p.counters);
@@ -112,9 +110,7 @@ void visit(Port &p, V &v) {
   v("drawDownMw", p.drawDownMw, kMilliwatts);
   v("savedMwh", p.savedMwh);
   v("savedMwMs", p.savedMwMs);
-  v("powerEstimate", p.powerEstimate);
   v("lagMember", p.lagMember);
-  v("greenCapable", p.greenCapable);
   v("settings", p.settings);
   v("pml", p.pml);
   v("green", p.green);
@@ -251,6 +247,10 @@ constexpr Bounds typeBounds() {
     return {static_cast<double>(std::numeric_limits<N>::min()), static_cast<double>(std::numeric_limits<N>::max())};
 }
 
+// Keys older files may hold for facts the model now derives.
+const std::set<std::string> kDerived = {"fibre", "up", "cause", "duplexMode", "autoNeg", "powerEstimate",
+                                        "greenCapable", "lpiSum", "lpiTaken"};
+
 struct Reader {
   const cJSON *from;
   std::string where;
@@ -352,7 +352,11 @@ struct Reader {
     visit(s, r);
     if (!error->empty()) return false;
     const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) if (!r.known.count(x->string)) return r.fail("unknown field \"" + std::string(x->string) + "\"");
+    cJSON_ArrayForEach(x, j) {
+      if (r.known.count(x->string)) continue;
+      if (kDerived.count(x->string)) return r.fail("\"" + std::string(x->string) + "\" is now derived from the other facts");
+      return r.fail("unknown field \"" + std::string(x->string) + "\"");
+    }
     return true;
   }
   template <class T>

@@ -431,7 +431,7 @@ void seedTables(Pml &t, uint32_t storagePort) {
 // shut as the feature shuts it.
 void recordPmlViolation(Sim &s, const TimelineEvent &e) {
   Port *p = findPort(s, e.port);
-  if (!p || !p->up || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p->pml.mode != 1)
+  if (!p || !isUp(*p) || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p->pml.mode != 1)
     return;
   p->pml.lastViolationMac = walkKey(e.macs.back());
   p->pml.lastViolationVlan = e.vlan;

@@ -36,22 +36,15 @@ std::string trim(const std::string &s) {
 
 bool recovers(const Sim &s, const Port &p) {
   const std::vector<bool> &causes = s.model.errdisable.recovers;
-  return p.disableReason && p.cause >= 0 && static_cast<size_t>(p.cause) < causes.size() && causes[p.cause];
+  int cause = causeOf(p.disableReason);
+  return cause >= 0 && static_cast<size_t>(cause) < causes.size() && causes[cause];
 }
 
 // One interval after the trip, the interval in force now; not before the
 // cause was set to recover, nor before the interval was set.
 int64_t recoveryAtMs(const Sim &s, const Port &p) {
   const Errdisable &e = s.model.errdisable;
-  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[p.cause], e.intervalSetAtMs});
-}
-
-// The earliest moment a shut port comes back, or -1 when none will.
-int64_t nextRecoveryMs(const Sim &s) {
-  int64_t next = -1;
-  for (const auto &[n, p] : s.model.ports)
-    if (recovers(s, p) && (next < 0 || recoveryAtMs(s, p) < next)) next = recoveryAtMs(s, p);
-  return next;
+  return std::max({p.tripAtMs + static_cast<int64_t>(e.intervalS) * 1000, e.enabledAtMs[causeOf(p.disableReason)], e.intervalSetAtMs});
 }
 
 // With no port waiting to recover, the countdown runs round the interval.
@@ -200,11 +193,24 @@ int apiVersionCall(Sim &s, Call &c) {
 
 }  // namespace
 
+int64_t nextRecoveryMs(const Sim &s) {
+  int64_t next = -1;
+  for (const auto &[n, p] : s.model.ports)
+    if (recovers(s, p) && (next < 0 || recoveryAtMs(s, p) < next)) next = recoveryAtMs(s, p);
+  return next;
+}
+
 int causeIndex(const std::string &name) {
   for (size_t i = 0; i < kCauseCount; ++i) {
     const facts::DDisableCause &c = facts::kDDisableCauses[i];
     if ((c.api && name == c.api) || name == c.cli) return static_cast<int>(i);
   }
+  return -1;
+}
+
+int causeOf(uint32_t disableReason) {
+  for (size_t i = 0; disableReason && i < kCauseCount; ++i)
+    if (facts::kDDisableCauses[i].reason == disableReason) return static_cast<int>(i);
   return -1;
 }
 
@@ -217,10 +223,10 @@ int disableReasonOf(const std::string &cause) {
 void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p || causeIndex(cause) < 0) return;
-  p->disableReason = static_cast<uint32_t>(disableReasonOf(cause));
-  p->cause = causeIndex(cause);
-  p->tripAtMs = atMs;
-  settleLink(s, *p, atMs);
+  changePort(s, *p, atMs, [&](Port &q) {
+    q.disableReason = static_cast<uint32_t>(disableReasonOf(cause));
+    q.tripAtMs = atMs;
+  });
 }
 
 // A port comes back one interval after its trip (the interval in force
@@ -232,10 +238,7 @@ void recoverDDisabled(Sim &s, int64_t uptoMs) {
   if (std::find(causes.begin(), causes.end(), true) == causes.end()) return;
   for (auto &[n, p] : s.model.ports) {
     if (!recovers(s, p) || recoveryAtMs(s, p) > uptoMs) continue;
-    int64_t at = recoveryAtMs(s, p);
-    p.disableReason = 0;
-    p.cause = -1;
-    settleLink(s, p, at);
+    changePort(s, p, recoveryAtMs(s, p), [](Port &q) { q.disableReason = 0; });
   }
 }
 
@@ -245,7 +248,7 @@ std::vector<PendingTimer> pendingTimers(const Sim &s) {
   for (const auto &[n, p] : s.model.ports) {
     if (recovers(s, p))
       out.push_back({std::max(now, recoveryAtMs(s, p)), "port " + std::to_string(n) + " recovers from D-Disable"});
-    if (int64_t wrap = wrapDueMs(p, now); wrap >= 0) out.push_back({wrap, "port " + std::to_string(n) + " counters wrap"});
+    if (int64_t wrap = wrapDueMs(s, p, now); wrap >= 0) out.push_back({wrap, "port " + std::to_string(n) + " counters wrap"});
   }
   if (s.model.green.sampleIntervalMin > 0) out.push_back({s.model.green.nextSampleMs, "power-saving history sample"});
   std::stable_sort(out.begin(), out.end(), [](const PendingTimer &a, const PendingTimer &b) { return a.atMs < b.atMs; });

@@ -299,17 +299,25 @@ std::vector<Pending> pendingAfterNow(const Sim &s) {
   return out;
 }
 
-// What the switch does by itself (recoveries, samples) up to each event
-// happens before it, so that every change lands at its own moment.
+// One queue in time order: the timeline's events and the recoveries, and
+// before each the samples due by then, taken with the switch as it stood;
+// so the switch ends the same however the clock's moves are split.
 void catchUp(Sim &s) {
   int64_t now = clockNowMs(s.clock);
-  for (; s.nextEvent < s.timeline.size() && s.timeline[s.nextEvent].atMs <= now; ++s.nextEvent) {
-    const TimelineEvent &e = s.timeline[s.nextEvent];
-    recoverDDisabled(s, e.atMs);
-    takeLpiSamples(s, e.atMs);
-    kindNamed(e.kind)->apply(s, e);
+  for (;;) {
+    const TimelineEvent *e = s.nextEvent < s.timeline.size() ? &s.timeline[s.nextEvent] : nullptr;
+    int64_t eventAt = e && e->atMs <= now ? e->atMs : INT64_MAX, recovery = nextRecoveryMs(s);
+    if (recovery >= 0 && recovery <= now && recovery <= eventAt) {
+      takeLpiSamples(s, recovery);
+      recoverDDisabled(s, recovery);
+    } else if (eventAt != INT64_MAX) {
+      takeLpiSamples(s, eventAt);
+      kindNamed(e->kind)->apply(s, *e);
+      ++s.nextEvent;
+    } else {
+      break;
+    }
   }
-  recoverDDisabled(s, now);
   takeLpiSamples(s, now);
 }
 

@@ -111,7 +111,7 @@ COUNTERS = [
 ]
 
 ATTRIBUTES = [
-    T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_full_1000sx"}),
+    T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_auto_neg"}),
     T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_unknown"},
       setup="set IfSpeedModeGet 3 []"),
     T("GET if/active-media-type?ifNum=25", "IfActiveMediaTypeGet(25)", {"mediaType": "fiber"}),
@@ -282,7 +282,7 @@ GREEN = [
       {"sampleNo": 2, "sampleTime": 1710740700, "percentLpiTime": 83, "percentLpiTimeTotal": 87}),
     T("GET hist/intf-next-entry?intIfNum=2&sampleNo=5", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
       10000, setup="fail %sNextEntryGet -1" % HISTORY),
-    T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 10023),
+    T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 17002),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
     T("DELETE hist/intf-statistics?intIfNum=3", "GreenEthrPwrSavHistoryIntfStatisticsClear(3)", 0),

@@ -24,6 +24,8 @@ inline constexpr Bounds kPercent{0, 100};
 // a JSON number.
 inline constexpr Bounds kOctetsPerSec{0, 1e12};
 inline constexpr Bounds kPerMillion{0, 1e6};
+// A history run samples every interval the setter allows, in seconds.
+inline constexpr Bounds kSampleStepS{facts::kLpiSampleInterval.least * 60.0, facts::kLpiSampleInterval.most * 60.0};
 inline constexpr Bounds kMilliwatts{0, 4294967295.0};  // a power reading
 
 // 17 characters: six pairs of hex digits, each pair after the first

@@ -35,7 +35,7 @@ template <class V>
 void visit(LpiRun &r, V &v) {
   v("place", r.place);
   v("firstTime", r.firstTime);
-  v("stepS", r.stepS);
+  v("stepS", r.stepS, kSampleStepS);
   v("count", r.count);
   v("idle", r.idle);
   v("sumBefore", r.sumBefore);

@@ -15,6 +15,7 @@
 #include "api/if/name_lookup.h"
 #include "api/routes.h"
 #include "frame/envelope.h"
+#include "frame/session.h"
 
 namespace {
 
@@ -568,7 +569,21 @@ const doc::Field *named(const Fields &fields, const char *name) {
 
 // A field's text goes first, before what the program's handling adds;
 // the range the switch holds becomes minimum and maximum of a number.
-void leadWith(cJSON *schema, const doc::Field &f) {
+// What each value means, a number's by its number and a text's by itself:
+// ' Values: "phy" physical port, "cpu" CPU port.'
+std::string codesText(const doc::Field &f, bool number) {
+  std::string text;
+  for (const facts::Code &c : f.codes) {
+    text += &c == f.codes.data() ? " Values: " : ", ";
+    text += number ? std::to_string(c.value) : std::string("\"") + c.api + "\"";
+    if (c.meaning) text += std::string(" ") + c.meaning;
+  }
+  return f.codes.empty() ? text : text + ".";
+}
+
+bool isNumber(const cJSON *schema) { return isType(schema, "integer") || isType(schema, "number"); }
+
+void leadWith(cJSON *schema, const doc::Field &f, bool number) {
   std::string text = f.text ? f.text : "";
   for (const facts::CapabilityBit &b : f.bits) {
     char bit[16];
@@ -576,11 +591,8 @@ void leadWith(cJSON *schema, const doc::Field &f) {
     text += std::string(&b == f.bits.data() ? " Bits: " : ", ") + bit + " " + b.meaning;
   }
   if (!f.bits.empty()) text += "; no other bit is set.";
-  for (const facts::DisableReason &r : f.reasons) {
-    text += std::string(&r == f.reasons.data() ? " Reasons: \"" : ", \"") + r.api + "\"";
-    if (r.meaning) text += std::string(" ") + r.meaning;
-  }
-  if (!f.reasons.empty()) text += ".";
+  text += codesText(f, number);
+  if (number && f.unit && f.unit->measures) text += std::string(" Unit: ") + f.unit->name + ".";
   if (text.empty()) return;
   const cJSON *old = cJSON_GetObjectItem(schema, "description");
   std::string all = old ? text + " " + old->valuestring : text;
@@ -593,11 +605,11 @@ void setNumber(cJSON *schema, const char *key, uint32_t n) {
   cJSON_AddNumberToObject(schema, key, n);
 }
 
+// A number's unit and the range the switch holds it to.
 void addRange(cJSON *schema, const doc::Field &f) {
-  const cJSON *type = cJSON_GetObjectItem(schema, "type");
-  if (!f.range || !cJSON_IsString(type) ||
-      (strcmp(type->valuestring, "integer") != 0 && strcmp(type->valuestring, "number") != 0))
-    return;
+  if (!isNumber(schema)) return;
+  if (f.unit) addText(schema, "x-unit", f.unit->name);
+  if (!f.range) return;
   setNumber(schema, "minimum", f.range->least);
   setNumber(schema, "maximum", f.range->most);
 }
@@ -609,7 +621,7 @@ void describeFields(cJSON *schema, const Fields &fields) {
        p = p->next) {
     const doc::Field *f = named(fields, p->string);
     if (f && !cJSON_GetObjectItem(p, "$ref")) {
-      leadWith(p, *f);
+      leadWith(p, *f, isNumber(p));
       addRange(p, *f);
     }
     describeFields(cJSON_GetObjectItem(p, "items"), fields);
@@ -624,7 +636,7 @@ void describeParameters(cJSON *op, const Fields &fields) {
     const cJSON *name = cJSON_GetObjectItem(p, "name");
     const doc::Field *f = name ? named(fields, name->valuestring) : nullptr;
     if (!f) continue;
-    leadWith(p, *f);
+    leadWith(p, *f, isNumber(cJSON_GetObjectItem(p, "schema")));
     addRange(cJSON_GetObjectItem(p, "schema"), *f);
   }
   cJSON *body = cJSON_GetObjectItem(op, "requestBody");
@@ -682,9 +694,10 @@ cJSON *operation(const RouteRow &r, cJSON *schemas) {
   addText(op, "operationId", operationId(r).c_str());
   addText(op, "summary", summaryOf(r).c_str());
   add(op, "tags", textList({tagOf(r)}));
-  bool writes = r.method != METHOD_GET;
-  addText(op, "x-privilege", writes ? "read-write" : "read-only");
-  std::string note = writes ? "Needs a read-write session." : "Any valid session may call it.";
+  // What the session check decides, for the sessions a login hands out.
+  bool anySession = sessionPrivilege("ro", r.method, kRouteAccess) == Privilege::Allowed;
+  addText(op, "x-privilege", anySession ? "read-only" : "read-write");
+  std::string note = anySession ? "Any valid session may call it." : "Needs a read-write session.";
   if (r.note) note = std::string(r.note) + " " + note;
   if (r.doc && r.doc->gated)
     note += r.doc->gatedOnFirst ? " Answers 17002 when interface 1 has no colour LED, whichever unit is named."

@@ -47,12 +47,12 @@ constexpr uint32_t kMaxFrameSize = facts::kMaxFrameSize.most;
 // Expansion modes the cage can run: single 10G or 25G per lane, two 50G,
 // one 40G or one 100G.
 constexpr uint32_t kSupportedModes[] = {1, 2, 3, 4, 5};
-constexpr uint32_t kSingle25G = 2;
-constexpr uint32_t kLastExpandMode = 16;
-// FEC values: 2 auto, 4 RS; 15 marks the end of the list, not a mode.
-constexpr uint32_t kFecAuto = 2;
-constexpr uint32_t kFecRs = 4;
-constexpr uint32_t kFecLast = 15;
+constexpr uint32_t kSingle25G = facts::codeOf(facts::kExpandModes, "single_25g");
+constexpr uint32_t kLastExpandMode = facts::codeOf(facts::kExpandModes, "invalid");
+// "last" marks the end of the FEC list, not a mode.
+constexpr uint32_t kFecAuto = facts::codeOf(facts::kFecModes, "port_fec_auto");
+constexpr uint32_t kFecRs = facts::codeOf(facts::kFecModes, "port_fec_rs_fec");
+constexpr uint32_t kFecLast = facts::codeOf(facts::kFecModes, "port_fec_last");
 // Special port types: 1 normal, 2 a LAG member.
 constexpr uint32_t kNormalPort = 1, kLagMemberPort = 2;
 
@@ -101,7 +101,7 @@ int activeMediaCall(Sim &s, Call &c) {
 int pauseStatusCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  bool pause = p->up && p->medium == 1;
+  bool pause = p->up && p->medium == facts::codeOf(facts::kMedia, "copper");
   c.out("rxPauseAllowed", pause);
   c.out("txPauseAllowed", pause);
   return OPEN_E_NONE;
@@ -253,16 +253,9 @@ int fecModeSet(Sim &s, Call &c) {
 
 }  // namespace
 
-// Active-media values as the platform numbers them.
-struct Medium {
-  const char *name;
-  uint32_t value;
-};
-constexpr Medium kMedia[] = {{"copper", 1}, {"fiber", 2}};
-
 bool knownMedia(const std::string &media) {
-  for (const Medium &m : kMedia)
-    if (media == m.name) return true;
+  for (const facts::Code &m : facts::kMedia)
+    if (media == m.api) return true;
   return false;
 }
 
@@ -277,8 +270,8 @@ void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs) {
 void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs) {
   Port *p = findPort(s, ifNum);
   if (!p) return;
-  for (const Medium &m : kMedia)
-    if (media == m.name) p->medium = m.value;
+  for (const facts::Code &m : facts::kMedia)
+    if (media == m.api) p->medium = m.value;
   p->partner = true;
   settleLink(s, *p, atMs);
 }

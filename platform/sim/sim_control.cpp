@@ -167,8 +167,10 @@ static bool factsAgree(Sim &next, std::string *error) {
     p.cause = cause;
   }
   std::set<uint32_t> vlans(next.model.vlans.begin(), next.model.vlans.end());
-  if (vlans.size() != next.model.vlans.size() || (!vlans.empty() && (*vlans.begin() < 1 || *vlans.rbegin() > 4093))) {
-    *error = "scenario: \"model\".\"vlans\": VLANs from 1 to 4093, each once";
+  if (vlans.size() != next.model.vlans.size() ||
+      (!vlans.empty() && (*vlans.begin() < facts::kLockVlan.least || *vlans.rbegin() > facts::kLockVlan.most))) {
+    *error = "scenario: \"model\".\"vlans\": VLANs from " + std::to_string(facts::kLockVlan.least) + " to " +
+             std::to_string(facts::kLockVlan.most) + ", each once";
     return false;
   }
   return true;

@@ -2,6 +2,7 @@
 // is down, clear on a reset and wrap at 32 bits; port numbering
 // (unit/slot/port), routing VLAN interfaces and the copper cable test.
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -96,16 +97,19 @@ int routingInterfaceCall(Sim &s, Call &c) {
 
 struct CableResult {
   uint32_t ifNum;
-  uint32_t status;  // 2 normal, 3 open, 7 no cable
-  uint32_t lengthKnown, shortest, longest, failureAt;
+  uint32_t status;
+  uint32_t lengthKnown, shortest, longest, failureAt;  // metres
 };
+
+constexpr uint32_t kNormal = facts::codeOf(facts::kCableStatuses, "normal");
+constexpr uint32_t kOpen = facts::codeOf(facts::kCableStatuses, "open");
+constexpr uint32_t kNoCable = facts::codeOf(facts::kCableStatuses, "nocable");
 
 // Copper ports not listed here have no cable plugged in.
 const CableResult kCables[] = {
-    {1, 2, 1, 30, 35, 0}, {2, 2, 1, 50, 55, 0}, {3, 2, 1, 5, 10, 0},  {4, 3, 0, 0, 0, 23},
-    {5, 2, 1, 15, 20, 0}, {7, 2, 1, 10, 15, 0}, {8, 2, 1, 80, 85, 0}, {12, 3, 0, 0, 0, 48},
+    {1, kNormal, 1, 30, 35, 0}, {2, kNormal, 1, 50, 55, 0}, {3, kNormal, 1, 5, 10, 0}, {4, kOpen, 0, 0, 0, 23},
+    {5, kNormal, 1, 15, 20, 0}, {7, kNormal, 1, 10, 15, 0}, {8, kNormal, 1, 80, 85, 0}, {12, kOpen, 0, 0, 0, 48},
 };
-constexpr uint32_t kNoCable = 7;
 
 int cableTestCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());

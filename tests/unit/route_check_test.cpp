@@ -12,9 +12,9 @@ uint32_t noHandler() { return 0; }
 
 constexpr facts::Range kNotTheSwitchs{1, 5};
 constexpr doc::Field kSilent{.name = "silent"};
-constexpr doc::Field kOwnRange{.name = "level", .text = "A level.", .range = &kNotTheSwitchs};
-constexpr doc::Field kHeldRange{.name = "frame", .text = "A frame.", .range = &facts::kMaxFrameSize};
-constexpr doc::Field kPort{.name = "ifNum", .text = "A port."};
+constexpr doc::Field kOwnRange{.name = "level", .text = "A level.", .unit = &facts::kCount, .range = &kNotTheSwitchs};
+constexpr doc::Field kHeldRange{.name = "frame", .text = "A frame.", .unit = &facts::kBytes, .range = &facts::kMaxFrameSize};
+constexpr doc::Field kPort{.name = "ifNum", .text = "A port.", .unit = &facts::kIdentifier};
 constexpr doc::Field kReply[] = {kSilent, kOwnRange, kHeldRange};
 constexpr doc::HandDoc kFaulty = doc::read("Reads a thing", "if", {}, kReply);
 constexpr doc::HandDoc kSameSummary = doc::read("Reads a thing", "if", {}, {});
@@ -53,14 +53,16 @@ TEST(RouteCheck, EachFindingNamesItsRowAndField) {
   size_t findings = 0;
   EXPECT_EQ(checked(kRows, &findings),
             "row 1 GET /api/v2/interfaces/if/a: field \"silent\" says nothing of what it holds\n"
+            "row 1 GET /api/v2/interfaces/if/a: field \"silent\" is a number without a unit\n"
             "row 1 GET /api/v2/interfaces/if/a: field \"level\" states the range 1..5, which is not one of the "
             "switch's (platform/switch_facts.h)\n"
             "row 2 GET /api/v2/interfaces/if/b: has the summary of row 1: \"Reads a thing\"\n"
             "row 3 PUT /api/v2/interfaces/if/c: has no summary\n"
             "row 4 GET /api/v2/interfaces/if/d: is shadowed by row 5 but not marked so\n"
             "row 4 GET /api/v2/interfaces/if/d: field \"silent\" says nothing of what it holds\n"
+            "row 4 GET /api/v2/interfaces/if/d: field \"silent\" is a number without a unit\n"
             "row 6 PUT /api/v2/interfaces/if/e: is marked shadowed, but no later row has its key\n");
-  EXPECT_EQ(findings, 7u);
+  EXPECT_EQ(findings, 9u);
   EXPECT_EQ(checked(std::span(kRows).last(2), &findings), "");
   EXPECT_EQ(findings, 0u);
 }

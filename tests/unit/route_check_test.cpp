@@ -4,7 +4,12 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
+
+#include "frame/envelope.h"
+#include "tools/openapi.h"
 
 namespace {
 
@@ -65,6 +70,31 @@ TEST(RouteCheck, EachFindingNamesItsRowAndField) {
   EXPECT_EQ(findings, 9u);
   EXPECT_EQ(checked(std::span(kRows).last(2), &findings), "");
   EXPECT_EQ(findings, 0u);
+}
+
+// Two reads of one path, each with two spellings of one word, in either order.
+constexpr doc::Field kWords[] = {{.name = "word", .text = "A word.", .type = doc::Type::Text, .words = "none|None"}};
+constexpr doc::Field kDrows[] = {{.name = "word", .text = "A word.", .type = doc::Type::Text, .words = "None|none"}};
+constexpr doc::HandDoc kGet = doc::read("Reads a word", "if", {}, kWords);
+constexpr doc::HandDoc kPost = doc::read("Reads the word back", "if", {}, kDrows);
+
+// Generated clients name their types after the document's names: built
+// from the table in another order, the document is the same, key for key.
+TEST(OpenApi, NamesDoNotDependOnTheTableOrder) {
+  std::vector<RouteRow> rows(kRoutes, kRoutes + kRouteCount);
+  rows.push_back(HANDLER(kDir, METHOD_GET, "word", noHandler, kGet));
+  rows.push_back(HANDLER(kDir, METHOD_POST, "word", noHandler, kPost));
+  JsonPtr table(openApiDocument("1", rows));
+  std::reverse(rows.begin(), rows.end());
+  JsonPtr reversed(openApiDocument("1", rows));
+  EXPECT_TRUE(cJSON_Compare(table.get(), reversed.get(), true));
+  cJSON *schemas = cJSON_GetObjectItem(cJSON_GetObjectItem(table.get(), "components"), "schemas");
+  for (auto [model, names] : {std::pair{"GetIfWord", "[\"none\",\"None\"]"}, {"PostIfWord", "[\"None\",\"none\"]"}}) {
+    cJSON *word = cJSON_GetObjectItem(cJSON_GetObjectItem(cJSON_GetObjectItem(schemas, model), "properties"), "word");
+    char *given = cJSON_PrintUnformatted(cJSON_GetObjectItem(word, "x-enum-varnames"));
+    EXPECT_STREQ(given, names) << model;
+    cJSON_free(given);
+  }
 }
 
 }  // namespace

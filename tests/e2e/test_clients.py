@@ -24,8 +24,7 @@ OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "ports": lis
 
 
 def page_sections():
-    """{program: (command, {file: text})}: each "#### GENERATOR" section's sh block, and its other blocks by
-    the file their first line names; the program clients/GENERATOR.ts (in identifier letters) is written on it."""
+    """{GENERATOR (clients/GENERATOR.ts drives it): (command, {file: text})} from each "#### GENERATOR" section."""
     with open(os.path.join(ROOT, "tools", "client_notes.md")) as f:
         notes = f.read()
     sections = {}
@@ -59,18 +58,16 @@ class GeneratedClients(unittest.TestCase):
             with open(os.path.join(cls.work, name), "w") as f:
                 f.write(text)
         # The generators take seconds each, most of it starting Node: side by side.
-        running = {name: subprocess.Popen(generator(argv), cwd=cls.work, stdout=subprocess.PIPE,
-                                          stderr=subprocess.STDOUT, text=True)
-                   for name, (argv, _) in sections.items()}
-        cls.generated = {name: (p.wait(timeout=300), p.stdout.read()) for name, p in running.items()}
-        for p in running.values():
-            p.stdout.close()
+        cls.running = {name: subprocess.Popen(generator(argv), cwd=cls.work, stdout=subprocess.PIPE,
+                                              stderr=subprocess.STDOUT, text=True)
+                       for name, (argv, _) in sections.items()}
+        cls.generated = {name: p.communicate(timeout=300)[0] for name, p in cls.running.items()}
         cls.compiled = subprocess.run([os.path.join(MODULES, ".bin", "tsc"), "-p", "tsconfig.json"], cwd=cls.work,
                                       capture_output=True, text=True, timeout=600)
 
     def test_each_generator_generates_and_its_program_compiles_strictly(self):
-        for name, (status, output) in self.generated.items():
-            self.assertEqual(status, 0, "%s:\n%s" % (name, output))
+        self.assertEqual({name: p.returncode for name, p in self.running.items()}, dict.fromkeys(self.running, 0),
+                         "\n".join(self.generated.values()))
         self.assertEqual(self.compiled.returncode, 0, self.compiled.stdout + self.compiled.stderr)
 
     def test_each_client_reads_writes_narrows_polls_and_is_refused(self):

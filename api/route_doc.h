@@ -38,7 +38,7 @@ struct Field {
   bool optional = false;                       // an input whose absence has a meaning of its own
   const facts::Range *range = nullptr;         // the values the switch takes, from its facts
   std::span<const facts::CapabilityBit> bits = {};  // a bit mask: what each bit means
-  std::span<const facts::Code> codes = {};     // an encoded value: what each number or text means
+  std::span<const facts::Code> codes = {};          // an encoded value: what each number or text means
 };
 
 // The reply's group holds one object, one object or a list of every

@@ -30,14 +30,16 @@ uint32_t greenHistoryNextSample(void);
 
 namespace history_doc {
 inline constexpr doc::Field kSampleNo{.name = "sampleNo",
-                                      .text = "The number of the history record, counted from 1 since the port's "
-                                              "history was last cleared.",
+                                      .text =
+                                          "The number of the history record, counted from 1 since the port's "
+                                          "history was last cleared.",
                                       .unit = &facts::kIdentifier,
                                       .range = &facts::kSampleNumbers};
 inline constexpr doc::Field kSampleTime{
     .name = "sampleTime", .text = "When the sample was taken, by the switch's clock.", .unit = &facts::kUnixSeconds};
 inline constexpr doc::Field kPercentLpiTime{
-    .name = "percentLpiTime", .text = "The share of the sample interval the port spent in low-power idle.",
+    .name = "percentLpiTime",
+    .text = "The share of the sample interval the port spent in low-power idle.",
     .unit = &facts::kPercent,
     .range = &facts::kPercentage};
 inline constexpr doc::Field kPercentLpiTimeTotal{
@@ -46,8 +48,9 @@ inline constexpr doc::Field kPercentLpiTimeTotal{
     .unit = &facts::kPercent,
     .range = &facts::kPercentage};
 inline constexpr doc::Field kAfterSample{.name = kSampleNo.name,
-                                         .text = "The number of the record the answer follows; 0 asks for the "
-                                                 "record after the first.",
+                                         .text =
+                                             "The number of the record the answer follows; 0 asks for the "
+                                             "record after the first.",
                                          .unit = &facts::kIdentifier,
                                          .range = &facts::kSampleNumbers};
 inline constexpr doc::Field kCurSample{.name = "curSample",

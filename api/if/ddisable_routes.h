@@ -19,9 +19,11 @@ uint32_t recoveryTimeLeftHandler(void);
 
 namespace recovery_doc {
 inline constexpr doc::Field kIntervalField{.name = "interval",
-                                           .text = "The time a D-Disabled port waits before auto-recovery brings "
-                                                   "it back.",
-                                           .unit = &facts::kSeconds, .range = &facts::kRecoveryInterval};
+                                           .text =
+                                               "The time a D-Disabled port waits before auto-recovery brings "
+                                               "it back.",
+                                           .unit = &facts::kSeconds,
+                                           .range = &facts::kRecoveryInterval};
 inline constexpr doc::Field kCauseField{.name = kCauseKey,
                                         .text = "The D-Disable cause, or \"all\" for every cause at once.",
                                         .type = doc::Type::Text,
@@ -34,8 +36,8 @@ inline constexpr doc::Field kFeatureListField{
     .name = "featureList",
     .text = "The D-Disable causes auto-recovery knows, as the switch's CLI names them, joined by \",\".",
     .type = doc::Type::Text};
-inline constexpr doc::Field kTimeLeftField{.name = "timeLeft",
-                                           .text = "The time until the next auto-recovery; 0 when none is due.", .unit = &facts::kSeconds};
+inline constexpr doc::Field kTimeLeftField{
+    .name = "timeLeft", .text = "The time until the next auto-recovery; 0 when none is due.", .unit = &facts::kSeconds};
 inline constexpr doc::Field kInterval[] = {kIntervalField};
 inline constexpr doc::Field kCause[] = {kCauseField};
 inline constexpr doc::Field kMode[] = {kModeField};

@@ -16,13 +16,20 @@ constexpr uint32_t kGuardedPort = 7;
 constexpr char kGuardCause[] = "bpduguard";
 constexpr int64_t kGuardTrippedBeforeLoadMs = 3600 * 1000;
 
-// Speed-mode values: 1 auto, 2/3 100 half/full, 4/5 10 half/full,
-// 7 1000 full, 10 10G, 12 25G.
-constexpr uint32_t kSpeedAuto = 1;
-constexpr uint32_t kSpeed1000Full = 7, kSpeed10G = 10, kSpeed25G = 12;
-constexpr uint32_t kCopperSpeeds[] = {1, 2, 3, 4, 5, 7};
-constexpr uint32_t kFibreSpeeds[] = {7, 10, 12};
-constexpr uint32_t kHalfDuplexSpeeds[] = {2, 4};
+// Speed-mode values, by the switch's names.
+consteval uint32_t speed(std::string_view name) { return facts::codeOf(facts::kSpeeds, name); }
+constexpr uint32_t kSpeedAuto = speed("portctrl_portspeed_auto_neg");
+constexpr uint32_t kSpeed100Half = speed("portctrl_portspeed_half_100tx"),
+                   kSpeed100Full = speed("portctrl_portspeed_full_100tx");
+constexpr uint32_t kSpeed10Half = speed("portctrl_portspeed_half_10t"),
+                   kSpeed10Full = speed("portctrl_portspeed_full_10t");
+constexpr uint32_t kSpeed1000Full = speed("portctrl_portspeed_full_1000sx");
+constexpr uint32_t kSpeed10G = speed("portctrl_portspeed_full_10gsx"),
+                   kSpeed25G = speed("portctrl_portspeed_full_25gsx");
+constexpr uint32_t kCopperSpeeds[] = {kSpeedAuto,   kSpeed100Half, kSpeed100Full,
+                                      kSpeed10Half, kSpeed10Full,  kSpeed1000Full};
+constexpr uint32_t kFibreSpeeds[] = {kSpeed1000Full, kSpeed10G, kSpeed25G};
+constexpr uint32_t kHalfDuplexSpeeds[] = {kSpeed100Half, kSpeed10Half};
 // Negotiation as the platform numbers it, and the operational duplex that
 // stands for none while the link is down.
 constexpr uint32_t kAutoNegOn = 0, kAutoNegOff = 1;

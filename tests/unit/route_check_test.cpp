@@ -18,7 +18,8 @@ uint32_t noHandler() { return 0; }
 constexpr facts::Range kNotTheSwitchs{1, 5};
 constexpr doc::Field kSilent{.name = "silent"};
 constexpr doc::Field kOwnRange{.name = "level", .text = "A level.", .unit = &facts::kCount, .range = &kNotTheSwitchs};
-constexpr doc::Field kHeldRange{.name = "frame", .text = "A frame.", .unit = &facts::kBytes, .range = &facts::kMaxFrameSize};
+constexpr doc::Field kHeldRange{
+    .name = "frame", .text = "A frame.", .unit = &facts::kBytes, .range = &facts::kMaxFrameSize};
 constexpr doc::Field kPort{.name = "ifNum", .text = "A port.", .unit = &facts::kIdentifier};
 constexpr doc::Field kReply[] = {kSilent, kOwnRange, kHeldRange};
 constexpr doc::HandDoc kFaulty = doc::read("Reads a thing", "if", {}, kReply);

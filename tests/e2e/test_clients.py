@@ -5,6 +5,7 @@ narrows a failure from a success and a port's object from every port's list with
 
 import json
 import os
+import pathlib
 import re
 import shutil
 import subprocess
@@ -25,8 +26,7 @@ OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "ports": lis
 
 def page_sections():
     """{GENERATOR (clients/GENERATOR.ts drives it): (command, {file: text})} from each "#### GENERATOR" section."""
-    with open(os.path.join(ROOT, "tools", "client_notes.md")) as f:
-        notes = f.read()
+    notes = pathlib.Path(ROOT, "tools", "client_notes.md").read_text()
     sections = {}
     for section in re.split(r"^#### ", notes, flags=re.M)[1:]:
         blocks = re.findall(r"^```(\w+)\n(.*?)^```$", section.split("\n## ")[0], re.M | re.S)
@@ -55,8 +55,7 @@ class GeneratedClients(unittest.TestCase):
         with open(os.path.join(cls.work, "tsconfig.json"), "w") as f:
             json.dump(dict(TSCONFIG, files=[name + ".ts" for name in sections]), f)
         for name, text in (item for _, files in sections.values() for item in files.items()):
-            with open(os.path.join(cls.work, name), "w") as f:
-                f.write(text)
+            pathlib.Path(cls.work, name).write_text(text)
         # The generators take seconds each, most of it starting Node: side by side.
         cls.running = {name: subprocess.Popen(generator(argv), cwd=cls.work, stdout=subprocess.PIPE,
                                               stderr=subprocess.STDOUT, text=True)
@@ -78,7 +77,7 @@ class GeneratedClients(unittest.TestCase):
         env = dict(os.environ, NODE_PATH=MODULES)
         try:
             sessions = {name: (new_session(), new_session("viewer", "ro")) for name in self.generated}
-            files = {name: self.session_file(ro) for name, (_, ro) in sessions.items()}
+            files = {name: pathlib.Path(SESSION_DIR, ro).read_text() for name, (_, ro) in sessions.items()}
             running = {name: subprocess.Popen(["node", os.path.join(self.work, "js", name + ".js"),
                                                "http://127.0.0.1:%d" % web.port, rw, ro],
                                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=env)
@@ -93,12 +92,7 @@ class GeneratedClients(unittest.TestCase):
                 self.assertEqual(json.loads(out), OUTCOME)
                 # The poll sent "Refresh" and the refused write came before any refresh: the read-only
                 # session's file is as the login wrote it.
-                self.assertEqual(self.session_file(sessions[name][1]), files[name])
-
-    @staticmethod
-    def session_file(token):
-        with open(os.path.join(SESSION_DIR, token)) as f:
-            return f.read()
+                self.assertEqual(pathlib.Path(SESSION_DIR, sessions[name][1]).read_text(), files[name])
 
 
 if __name__ == "__main__":

@@ -20,13 +20,17 @@ struct Code {
   const char *amount = nullptr;  /* the value in the table's unit, where it has one */
 };
 
+/* Never defined: reached while compiling, it is the error that says a
+ * text is in no table. */
+uint32_t noSuchTextInTheTable(std::string_view api);
+
 /* The value `table` gives the API text `api`, for code that names a value
  * by its text; a text the table lacks does not compile. */
 template <size_t N>
 consteval uint32_t codeOf(const Code (&table)[N], std::string_view api) {
   for (const Code &c : table)
     if (api == c.api) return c.value;
-  throw "no such text in the table";
+  return noSuchTextInTheTable(api);
 }
 
 /* The medium a port uses now (if/active-media-type); a port without a

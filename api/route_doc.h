@@ -28,7 +28,8 @@ enum class Type : uint8_t { Number, Text, Mac };
 // writes its reply keys from them.
 struct Field {
   const char *name;
-  const char *text = nullptr;                  // unit, range, and what each value means
+  const char *text = nullptr;                  // what it holds, and the meaning of each value
+  const facts::Unit *unit = nullptr;           // a number: what it counts in
   Type type = Type::Number;                    // the rest serves hand-written handlers' fields:
   const TextMap *texts = nullptr;              // a reply value: every text the mapping gives
   const char *words = nullptr;                 // a fixed set of texts, "|" between them
@@ -37,7 +38,7 @@ struct Field {
   bool optional = false;                       // an input whose absence has a meaning of its own
   const facts::Range *range = nullptr;         // the values the switch takes, from its facts
   std::span<const facts::CapabilityBit> bits = {};  // a bit mask: what each bit means
-  std::span<const facts::DisableReason> reasons = {};  // a disable reason: what each name means
+  std::span<const facts::Code> codes = {};          // an encoded value: what each number or text means
 };
 
 // The reply's group holds one object, one object or a list of every

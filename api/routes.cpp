@@ -33,37 +33,63 @@ constexpr char kLimit[] = "limit";
 constexpr char kCount[] = "count";
 constexpr char kSize[] = "size";
 constexpr doc::Field kTrapInterval{.name = "interval",
-                                   .text = "The shortest time between violation traps, in the switch's unit, "
-                                           "passed through unchanged.",
+                                   .text = "The shortest time between violation traps.",
+                                   .unit = &facts::kSeconds,
                                    .range = &facts::kLockTrapInterval};
-constexpr doc::Field kDynamicLimit{
-    .name = kLimit, .text = "How many dynamic addresses the port may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kDynamicMaxLimit{.name = kLimit, .text = "The highest dynamic address limit the port accepts."};
-constexpr doc::Field kStaticLimit{
-    .name = kLimit, .text = "How many static addresses the port may lock.", .range = &facts::kLockStaticLimit};
-constexpr doc::Field kStaticMaxLimit{.name = kLimit, .text = "The highest static address limit the port accepts."};
-constexpr doc::Field kStaticCount{.name = kLimit, .text = "How many static addresses are locked to the port."};
-constexpr doc::Field kVlanDynamicLimit{
-    .name = kLimit, .text = "How many dynamic addresses the VLAN may learn.", .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kVlanOperationalLimit{.name = kLimit, .text = "The dynamic address limit in force on the VLAN."};
+constexpr doc::Field kDynamicLimit{.name = kLimit,
+                                   .text = "How many dynamic addresses the port may learn.",
+                                   .unit = &facts::kCount,
+                                   .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kDynamicMaxLimit{
+    .name = kLimit, .text = "The highest dynamic address limit the port accepts.", .unit = &facts::kCount};
+constexpr doc::Field kStaticLimit{.name = kLimit,
+                                  .text = "How many static addresses the port may lock.",
+                                  .unit = &facts::kCount,
+                                  .range = &facts::kLockStaticLimit};
+constexpr doc::Field kStaticMaxLimit{
+    .name = kLimit, .text = "The highest static address limit the port accepts.", .unit = &facts::kCount};
+constexpr doc::Field kStaticCount{
+    .name = kLimit, .text = "How many static addresses are locked to the port.", .unit = &facts::kCount};
+constexpr doc::Field kVlanDynamicLimit{.name = kLimit,
+                                       .text = "How many dynamic addresses the VLAN may learn.",
+                                       .unit = &facts::kCount,
+                                       .range = &facts::kLockDynamicLimit};
+constexpr doc::Field kVlanOperationalLimit{
+    .name = kLimit, .text = "The dynamic address limit in force on the VLAN.", .unit = &facts::kCount};
 constexpr doc::Field kIntfVlanDynamicLimit{.name = kLimit,
                                            .text = "How many dynamic addresses the port may learn on the VLAN.",
+                                           .unit = &facts::kCount,
                                            .range = &facts::kLockDynamicLimit};
-constexpr doc::Field kLockedVlanId{.name = kVlanId.name, .text = "The VLAN ID of the address.", .range = &facts::kLockVlan};
-constexpr doc::Field kVlanMode{
-    .name = kMode.name, .text = "VLAN-based MAC locking: 0 off, 1 on.", .range = &facts::kLockVlanMode};
-constexpr doc::Field kStatsResetSeconds{.name = kValue.name,
-                                        .text = "Seconds since the port's EEE statistics were cleared."};
+constexpr doc::Field kLockedVlanId{.name = kVlanId.name,
+                                   .text = "The VLAN ID of the address.",
+                                   .unit = &facts::kIdentifier,
+                                   .range = &facts::kLockVlan};
+constexpr doc::Field kVlanMode{.name = kMode.name,
+                               .text = "VLAN-based MAC locking: 0 off, 1 on.",
+                               .unit = &facts::kCode,
+                               .range = &facts::kLockVlanMode};
+constexpr doc::Field kStatsResetSeconds{
+    .name = kValue.name, .text = "The time since the port's EEE statistics were cleared.", .unit = &facts::kSeconds};
 constexpr doc::Field kLastChange{.name = kValue.name,
-                                 .text = "When the interface last changed state, as the switch stamps that change, "
-                                         "passed through unchanged."};
+                                 .text =
+                                     "When the interface last changed state: the switch's uptime at that "
+                                     "change.",
+                                 .unit = &facts::kUptimeSeconds};
 constexpr doc::Field kLpiEntries{.name = kCount,
-                                  .text = "How many times the port's transmitter (tx-events) or receiver "
-                                          "(rx-events) entered low-power idle, since its EEE statistics were last "
-                                          "cleared."};
-constexpr doc::Field kAddressCount{.name = kCount, .text = "How many locked addresses of the kind the route names."};
-constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address in bytes."};
-constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description, in characters."};
+                                 .text =
+                                     "How many times the port's transmitter (tx-events) or receiver "
+                                     "(rx-events) entered low-power idle, since its EEE statistics were last "
+                                     "cleared.",
+                                 .unit = &facts::kCount};
+constexpr doc::Field kAddressCount{
+    .name = kCount, .text = "How many locked addresses of the kind the route names.", .unit = &facts::kCount};
+constexpr doc::Field kViolationMacAddr{
+    .name = kMacAddr.name,
+    .text =
+        "The address that last violated MAC locking on the port, as six colon-separated hexadecimal bytes; "
+        "\"\" when none has."};
+constexpr doc::Field kMacAddrSize{.name = kSize, .text = "The size of a MAC address.", .unit = &facts::kBytes};
+constexpr doc::Field kDescrSize{.name = kSize, .text = "The longest description.", .unit = &facts::kCharacters};
 
 // What the notes of several rows say.
 constexpr char kSwitchWide[] = "Reads or sets no interface: one value for the whole switch.";
@@ -106,7 +132,8 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPowerEstimates, METHOD_GET, "global-cur-pwr", "Reads the switch's current estimated power use over all ports",
           Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCurPwrGet, out(kPwrConsumption)>),
     ROUTE(kPowerEstimates, METHOD_GET, "intf-cum-saving", "Reads one port's cumulative estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCumSavingGet, scan(kIntIfNum), out(kPwrSaving)>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstIntfCumSavingGet, scan(kIntIfNum),
+               out(kCumulativeSaving)>),
 
     // Power-saving history, first block.
     // Switch-wide values despite "intf" in their names.
@@ -462,9 +489,9 @@ constexpr RouteRow kRoutes[] = {
 
     // Power estimates, second block.
     ROUTE(kPowerEstimates, METHOD_GET, "global-cum-saving", "Reads the switch's cumulative estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCumSavingGet, out(kPwrSaving)>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenPwrEstGlobalCumSavingGet, out(kCumulativeSaving)>),
     ROUTE(kPowerEstimates, METHOD_GET, "global-pwr-saving", "Reads the switch's current estimated power saving",
-          Read<"greenPwrEstimates", rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, out(kPwrSaving)>),
+          Read<"greenPwrEstimates", rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, out(kSavingShare)>),
     ROUTE(kPowerEstimates, METHOD_DELETE, "ethr-intf-statistics", "Clears one port's green Ethernet power statistics",
           Set<rpcclt_openapiGreenEthrIntfStatisticsClear, scan(kIntIfNum)>),
 
@@ -524,7 +551,8 @@ constexpr RouteRow kRoutes[] = {
     ROUTE(kPml, METHOD_PUT, "intf-age-time", "Sets after how long one port's dynamic locked addresses age out",
           Set<rpcclt_openapiPmlIntfAgeTimeSet, scan(kIfNum), body(kAgeTime)>),
     ROUTE(kPml, METHOD_GET, "intf-last-violation-addr", "Reads the last address that violated MAC locking on one port",
-          Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan(kIfNum), outMac(kMacAddr), out(kVlanId)>),
+          Read<"pml", rpcclt_openapiPmlIntfLastViolationAddrGet, scan(kIfNum), outMac(kViolationMacAddr),
+               out(kVlanId)>),
     ROUTE(kPml, METHOD_GET, "intf-dynamic-learned-addr-count", "Reads how many dynamic addresses one port has learned",
           Read<"pml", rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, scan(kIfNum), out(kAddressCount)>),
     ROUTE(kPml, METHOD_GET, "intf-static-learned-addr-count", "Reads how many static addresses one port has learned",
@@ -640,5 +668,6 @@ constexpr RouteRow kRoutes[] = {
 const size_t kRouteCount = sizeof kRoutes / sizeof kRoutes[0];
 
 void registerRoutes(RouteTable *table) {
-  for (const RouteRow &row : kRoutes) httpdAddCContent(table, row.path, row.name, row.method, 1, row.handler);
+  for (const RouteRow &row : kRoutes)
+    httpdAddCContent(table, row.path, row.name, row.method, kRouteAccess, row.handler);
 }

@@ -73,5 +73,8 @@ struct RouteRow {
 
 extern const RouteRow kRoutes[];
 extern const size_t kRouteCount;
+// Every route asks for a session; which sessions may call it is the
+// session check's rule (sessionPrivilege).
+inline constexpr RouteAccess kRouteAccess = 1;
 
 #endif

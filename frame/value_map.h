@@ -8,6 +8,7 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <iterator>
 #include <span>
 
 struct Named {
@@ -38,8 +39,8 @@ struct ValueMap {
 };
 
 // The first row's value for `text`, else `otherwise` (also for null).
-template <size_t N>
-uint32_t valueOf(const Named (&table)[N], const char *text, uint32_t otherwise,
+template <typename Rows>
+uint32_t valueOf(const Rows &table, const char *text, uint32_t otherwise,
                  int (*compare)(const char *, const char *) = strcmp) {
   if (!text) return otherwise;
   for (const Named &n : table)
@@ -48,9 +49,9 @@ uint32_t valueOf(const Named (&table)[N], const char *text, uint32_t otherwise,
 }
 
 // The i-th row's text, null past the last.
-template <size_t N>
-const char *nthText(const Named (&table)[N], size_t i) {
-  return i < N ? table[i].text : nullptr;
+template <typename Rows>
+const char *nthText(const Rows &table, size_t i) {
+  return i < std::size(table) ? table[i].text : nullptr;
 }
 
 // On/off values: only exactly 1 is on; anything else the platform answers

@@ -5,7 +5,12 @@
 
 #include <cjson/cJSON.h>
 
-// A new document owned by the caller.
+#include <span>
+
+#include "api/routes.h"
+
+// A new document owned by the caller: of the registration list, or of `rows`.
 cJSON *openApiDocument(const char *version);
+cJSON *openApiDocument(const char *version, std::span<const RouteRow> rows);
 
 #endif

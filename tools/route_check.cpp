@@ -22,10 +22,11 @@ struct Checker {
     ++findings;
   }
 
-  void field(size_t row, const doc::Field *f) {
+  void field(size_t row, const doc::Field *f, bool number) {
     if (!f) return;
     std::string name = std::string("\"") + f->name + "\"";
     if (!f->text || !*f->text) report(row, "field ", name + " says nothing of what it holds");
+    if (number && !f->unit) report(row, "field ", name + " is a number without a unit");
     if (!f->range) return;
     bool held = false;
     for (const facts::Range *r : facts::kRanges) held = held || r == f->range;
@@ -35,17 +36,29 @@ struct Checker {
                  ", which is not one of the switch's (platform/switch_facts.h)");
   }
 
+  // A hand-written handler's field is a number unless texts are given for it.
+  static bool isNumber(const doc::Field &f) {
+    return f.type == doc::Type::Number && !f.texts && !f.words && !f.accepts && !f.choices;
+  }
+
+  // A row's argument is a number where it is scanned, looked up, read from
+  // the body or answered without a text mapping.
+  static bool isNumber(const kit::Arg &a) {
+    using kit::Kind;
+    return a.kind == Kind::Body || ((a.kind == Kind::Scan || a.kind == Kind::Lookup || a.kind == Kind::Out) && !a.text);
+  }
+
   void fields(size_t row) {
     const RouteRow &r = rows[row];
     if (r.hand) {
       for (doc::Fields list : {r.hand->query, r.hand->body, r.hand->reply})
-        for (const doc::Field &f : list) field(row, &f);
-      field(row, r.hand->listKey);
+        for (const doc::Field &f : list) field(row, &f, isNumber(f));
+      field(row, r.hand->listKey, false);
       return;
     }
     for (size_t i = 0; i < r.doc->argCount; ++i) {
-      field(row, r.doc->args[i].field);
-      field(row, r.doc->args[i].fallback);
+      field(row, r.doc->args[i].field, isNumber(r.doc->args[i]));
+      field(row, r.doc->args[i].fallback, false);
     }
   }
 

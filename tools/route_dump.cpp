@@ -70,7 +70,8 @@ const char kUsage[] =
     "  (none)     the routes in registration order: ordinal, method, path, name\n"
     "  --detail   each route also with its group, inputs and reply keys\n"
     "  --openapi  the OpenAPI document of the routes that serve, as JSON\n"
-    "  --check    each field without a text, summary missing or shared, range the switch does not hold;\n"
+    "  --check    each field without a text, number without a unit, summary missing or shared, range the\n"
+    "             switch does not hold;\n"
     "             exits 1 when there is any\n";
 
 void printRoutes(bool detail) {

@@ -30,21 +30,33 @@ uint32_t greenHistoryNextSample(void);
 
 namespace history_doc {
 inline constexpr doc::Field kSampleNo{.name = "sampleNo",
-                                      .text = "The number of the history record, counted from 1 since the port's "
-                                              "history was last cleared."};
-inline constexpr doc::Field kSampleTime{.name = "sampleTime",
-                                        .text = "When the sample was taken, as the switch stamps it, passed "
-                                                "through unchanged."};
+                                      .text =
+                                          "The number of the history record, counted from 1 since the port's "
+                                          "history was last cleared.",
+                                      .unit = &facts::kIdentifier,
+                                      .range = &facts::kSampleNumbers};
+inline constexpr doc::Field kSampleTime{
+    .name = "sampleTime", .text = "When the sample was taken, by the switch's clock.", .unit = &facts::kUnixSeconds};
 inline constexpr doc::Field kPercentLpiTime{
-    .name = "percentLpiTime", .text = "The share of the sample interval the port spent in low-power idle, in percent."};
+    .name = "percentLpiTime",
+    .text = "The share of the sample interval the port spent in low-power idle.",
+    .unit = &facts::kPercent,
+    .range = &facts::kPercentage};
 inline constexpr doc::Field kPercentLpiTimeTotal{
     .name = "percentLpiTimeTotal",
-    .text = "The share of all sampled time up to this sample the port spent in low-power idle, in percent."};
+    .text = "The share of all sampled time up to this sample the port spent in low-power idle.",
+    .unit = &facts::kPercent,
+    .range = &facts::kPercentage};
 inline constexpr doc::Field kAfterSample{.name = kSampleNo.name,
-                                         .text = "The number of the record the answer follows; 0 asks for the "
-                                                 "record after the first."};
+                                         .text =
+                                             "The number of the record the answer follows; 0 asks for the "
+                                             "record after the first.",
+                                         .unit = &facts::kIdentifier,
+                                         .range = &facts::kSampleNumbers};
 inline constexpr doc::Field kCurSample{.name = "curSample",
-                                       .text = "The number of the record the answer follows; 0 asks for the first."};
+                                       .text = "The number of the record the answer follows; 0 asks for the first.",
+                                       .unit = &facts::kIdentifier,
+                                       .range = &facts::kSampleNumbers};
 }  // namespace history_doc
 
 inline constexpr doc::Field kHistorySampleDoc[] = {history_doc::kSampleNo, history_doc::kSampleTime,

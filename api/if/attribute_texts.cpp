@@ -5,42 +5,32 @@
 #include <array>
 #include <iterator>
 
-#include "platform/switch_facts.h"
+#include "api/code_rows.h"
 
 namespace {
 
-const Named kDuplexes[] = {{1, "full"}, {0, "half"}};
+constexpr auto kDuplexes = codeRows<facts::kDuplexModes>();
 // The platform's value means "disabled" when it is 1.
 const Named kAutoNegs[] = {{1, "disable"}, {0, "enable"}};
-const Named kMediaTypes[] = {{1, "copper"}, {2, "fiber"}};
+constexpr auto kMediaTypes = codeRows<facts::kMedia>();
 const Named kUp[] = {{1, "up"}};
 const Named kAutoNegotiates[] = {{0, "enable"}};
 
-const Named kSpeedNames[] = {
-    {1, "portctrl_portspeed_auto_neg"},      {2, "portctrl_portspeed_half_100tx"},
-    {3, "portctrl_portspeed_full_100tx"},    {4, "portctrl_portspeed_half_10t"},
-    {5, "portctrl_portspeed_full_10t"},      {6, "portctrl_portspeed_full_100fx"},
-    {7, "portctrl_portspeed_full_1000sx"},   {8, "portctrl_portspeed_full_2p5fx"},
-    {9, "portctrl_portspeed_full_5fx"},      {10, "portctrl_portspeed_full_10gsx"},
-    {11, "portctrl_portspeed_full_20gsx"},   {12, "portctrl_portspeed_full_25gsx"},
-    {13, "portctrl_portspeed_full_40gsx"},   {14, "portctrl_portspeed_full_50gsx"},
-    {15, "portctrl_portspeed_full_100gsx"},  {16, "portctrl_portspeed_aal5_155"},
-    {17, "portctrl_portspeed_full_200gsx"},  {18, "portctrl_portspeed_full_400gsx"},
-    {19, "portctrl_portspeed_lag"},
-};
-
-const Named kSpeedMbit[] = {
-    {1, "auto"},    {2, "100"},     {3, "100"},     {6, "100"},      {4, "10"},       {5, "10"},
-    {7, "1000"},    {8, "2500"},    {9, "5000"},    {10, "10000"},   {11, "20000"},   {12, "25000"},
-    {13, "40000"},  {14, "50000"},  {15, "100000"}, {17, "200000"},  {18, "400000"},
-};
-
-// The switch's own table, as rows of value and text.
-constexpr auto kDisableReasons = [] {
-  std::array<Named, std::size(facts::kDisableReasons)> rows{};
-  for (size_t i = 0; i < rows.size(); ++i) rows[i] = {facts::kDisableReasons[i].value, facts::kDisableReasons[i].api};
+constexpr auto kSpeedNames = codeRows<facts::kSpeeds>();
+// The speeds the summary shows in Mbit/s, each once.
+constexpr auto kSpeedMbit = [] {
+  std::array<Named, std::size(facts::kSpeeds)> rows{};
+  size_t n = 0;
+  for (const facts::Code &s : facts::kSpeeds)
+    if (s.amount) rows[n++] = {s.value, s.amount};
   return rows;
 }();
+constexpr size_t kSpeedMbitCount = [] {
+  size_t n = 0;
+  for (const facts::Code &s : facts::kSpeeds) n += s.amount != nullptr;
+  return n;
+}();
+constexpr auto kDisableReasons = codeRows<facts::kDisableReasons>();
 
 const Named kSpecialPortTypes[] = {
     {2, "trunk_member"}, {3, "mirrored_port"}, {4, "probe_port"}, {5, "l2tunnel_port"}, {6, "service_port"},
@@ -64,20 +54,8 @@ const Named kFecShort[] = {
     {1, "enable"}, {2, "auto"}, {3, "base-r"}, {4, "rs"}, {5, "rs-544"}, {6, "rs-272"},
 };
 
-// Listed in the order texts are compared on input.
-const Named kExpandModes[] = {
-    {0, "none"},     {1, "single_10g"},   {2, "single_25g"},     {7, "dual_25g"}, {3, "dual_50g"},
-    {4, "quad_40g"}, {5, "quad_100g"},    {6, "root_dual_50g"}, {15, "last"},    {16, "invalid"},
-};
-
-const Named kFecModes[] = {
-    {0, "port_fec_disable"},     {1, "port_fec_enable"},      {2, "port_fec_auto"},
-    {3, "port_fec_base_r"},      {4, "port_fec_rs_fec"},      {5, "port_fec_rs_544"},
-    {6, "port_fec_rs_272"},      {7, "port_fec_rs_206"},      {8, "port_fec_rs_108"},
-    {9, "port_fec_rs_545"},      {10, "port_fec_rs_304"},     {11, "port_fec_rs_544_2xn"},
-    {12, "port_fec_rs_272_2xn"}, {13, "port_fec_nofec_50g"},  {14, "port_fec_not_available"},
-    {15, "port_fec_last"},
-};
+constexpr auto kExpandModes = codeRows<facts::kExpandModes>();
+constexpr auto kFecModes = codeRows<facts::kFecModes>();
 
 }  // namespace
 
@@ -90,7 +68,7 @@ const TextMap kIfSpeedName{kSpeedNames, "portctrl_portspeed_unknown"};
 const TextMap kIfUpDown{kUp, "down"};
 // The settings page reads any non-zero value as disabled.
 const TextMap kIfAutoNegotiate{kAutoNegotiates, "disable"};
-const TextMap kIfSpeedMbit{kSpeedMbit, "unknown"};
+const TextMap kIfSpeedMbit{std::span(kSpeedMbit).first(kSpeedMbitCount), "unknown"};
 const TextMap kIfLaneMode{kLaneModes, "none"};
 const TextMap kIfFecShort{kFecShort, "none"};
 const TextMap kIfExpandMode{kExpandModes, "none"};

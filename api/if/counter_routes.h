@@ -26,15 +26,22 @@ uint32_t allCountersResetHandler(void);
 
 namespace port_doc {
 // Each counts since the port's counters were last cleared, in 32 bits that wrap; 0 when the switch does not answer.
-inline constexpr doc::Field kBytesReceived{.name = "total-bytes-received", .text = "Octets received."};
-inline constexpr doc::Field kBytesSent{.name = "total-bytes-transmitted", .text = "Octets sent."};
-inline constexpr doc::Field kUnicastReceived{.name = "unicast-packets-received", .text = "Unicast packets received."};
-inline constexpr doc::Field kUnicastSent{.name = "unicast-packets-transmitted", .text = "Unicast packets sent."};
-inline constexpr doc::Field kReceiveDrops{.name = "total-receive-drops", .text = "Received packets discarded."};
-inline constexpr doc::Field kTransmitDrops{.name = "total-transmit-drops", .text = "Outgoing packets discarded."};
-inline constexpr doc::Field kReceiveErrors{.name = "total-packets-received-with-errors",
-                                           .text = "Received packets with errors."};
-inline constexpr doc::Field kTransmitErrors{.name = "total-transmit-errors", .text = "Outgoing packets with errors."};
+inline constexpr doc::Field kBytesReceived{
+    .name = "total-bytes-received", .text = "Octets received.", .unit = &facts::kBytes};
+inline constexpr doc::Field kBytesSent{
+    .name = "total-bytes-transmitted", .text = "Octets sent.", .unit = &facts::kBytes};
+inline constexpr doc::Field kUnicastReceived{
+    .name = "unicast-packets-received", .text = "Unicast packets received.", .unit = &facts::kPackets};
+inline constexpr doc::Field kUnicastSent{
+    .name = "unicast-packets-transmitted", .text = "Unicast packets sent.", .unit = &facts::kPackets};
+inline constexpr doc::Field kReceiveDrops{
+    .name = "total-receive-drops", .text = "Received packets discarded.", .unit = &facts::kPackets};
+inline constexpr doc::Field kTransmitDrops{
+    .name = "total-transmit-drops", .text = "Outgoing packets discarded.", .unit = &facts::kPackets};
+inline constexpr doc::Field kReceiveErrors{
+    .name = "total-packets-received-with-errors", .text = "Received packets with errors.", .unit = &facts::kPackets};
+inline constexpr doc::Field kTransmitErrors{
+    .name = "total-transmit-errors", .text = "Outgoing packets with errors.", .unit = &facts::kPackets};
 inline constexpr doc::Field kCounterFields[] = {kInterface,     kBytesReceived, kBytesSent,     kUnicastReceived,
                                                 kUnicastSent,   kReceiveDrops,  kTransmitDrops, kReceiveErrors,
                                                 kTransmitErrors};

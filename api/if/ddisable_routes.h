@@ -19,8 +19,10 @@ uint32_t recoveryTimeLeftHandler(void);
 
 namespace recovery_doc {
 inline constexpr doc::Field kIntervalField{.name = "interval",
-                                           .text = "The time a D-Disabled port waits before auto-recovery brings "
-                                                   "it back, in seconds.",
+                                           .text =
+                                               "The time a D-Disabled port waits before auto-recovery brings "
+                                               "it back.",
+                                           .unit = &facts::kSeconds,
                                            .range = &facts::kRecoveryInterval};
 inline constexpr doc::Field kCauseField{.name = kCauseKey,
                                         .text = "The D-Disable cause, or \"all\" for every cause at once.",
@@ -34,14 +36,15 @@ inline constexpr doc::Field kFeatureListField{
     .name = "featureList",
     .text = "The D-Disable causes auto-recovery knows, as the switch's CLI names them, joined by \",\".",
     .type = doc::Type::Text};
-inline constexpr doc::Field kTimeLeftField{.name = "timeLeft",
-                                           .text = "Seconds until the next auto-recovery; 0 when none is due."};
+inline constexpr doc::Field kTimeLeftField{
+    .name = "timeLeft", .text = "The time until the next auto-recovery; 0 when none is due.", .unit = &facts::kSeconds};
 inline constexpr doc::Field kInterval[] = {kIntervalField};
 inline constexpr doc::Field kCause[] = {kCauseField};
 inline constexpr doc::Field kMode[] = {kModeField};
 inline constexpr doc::Field kCauseAndMode[] = {kCauseField, kModeField};
 inline constexpr doc::Field kPrevIfNum[] = {{.name = fields::kPrevIfNum.name,
                                              .text = fields::kPrevIfNum.text,
+                                             .unit = fields::kPrevIfNum.unit,
                                              .optional = true}};
 inline constexpr doc::Field kNextIfNum[] = {fields::kNextIfNum};
 inline constexpr doc::Field kFeatureList[] = {kFeatureListField};

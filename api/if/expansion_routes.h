@@ -13,7 +13,8 @@ uint32_t ifExpandPortModeSupportedGet(void);
 inline constexpr doc::Field kExpandModeQuery[] = {{.name = fields::kExpandPortMode.name,
                                                    .text = fields::kExpandPortMode.text,
                                                    .type = doc::Type::Text,
-                                                   .accepts = &kIfExpandModeValue}};
+                                                   .accepts = &kIfExpandModeValue,
+                                                   .codes = fields::kExpandPortMode.codes}};
 inline constexpr doc::Field kExpandModeSupported[] = {
     {.name = "isExpandedModeSupported",
      .text = "\"true\" when the switch can run ports in the mode, else \"false\".",

@@ -1,18 +1,16 @@
 #include "api/if/if_texts.h"
 
+#include "api/code_rows.h"
+
 namespace {
 
-const Named kIfTypes[] = {
-    {0, "phy"}, {1, "cpu"}, {2, "lag"}, {3, "vlan"}, {4, "loopback"}, {5, "tunnel"}, {6, "service_port"}, {8, "any"},
-};
+constexpr auto kIfTypes = codeRows<facts::kInterfaceTypes>();
 
 const Named kAttached[] = {{1, "attached"}};
 const Named kLinkUp[] = {{0, "up"}};
-const Named kOprStates[] = {{1, "port_enable"}, {2, "port_diag_disable"}};
+constexpr auto kOprStates = codeRows<facts::kOperationalStates>();
 
-const Named kCableStatuses[] = {
-    {1, "test_fail"}, {2, "normal"}, {3, "open"}, {4, "short"}, {5, "openshort"}, {6, "crosstalk"}, {7, "nocable"},
-};
+constexpr auto kCableStatuses = codeRows<facts::kCableStatuses>();
 
 }  // namespace
 

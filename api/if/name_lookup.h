@@ -38,7 +38,8 @@ inline constexpr doc::Field kEntryName{.name = fields::kInterface.name,
                                        .text = "The interface's name: slot/port as \"0/3\", \"lag1\", "
                                                "\"vlan10\"; the name as asked when one was asked for.",
                                        .type = doc::Type::Text};
-inline constexpr doc::Field kEntryNumber{.name = "number", .text = "The interface number behind the name."};
+inline constexpr doc::Field kEntryNumber{
+    .name = "number", .text = "The interface number behind the name.", .unit = &facts::kIdentifier};
 inline constexpr doc::Field kEntries{.name = "interfaces",
                                      .text = "The interfaces whose names match; empty when none does."};
 inline constexpr doc::Field kNameQuery[] = {kName};

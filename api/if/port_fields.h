@@ -16,8 +16,8 @@
 // The page's keys, as the handlers write them and the API description
 // shows them.
 namespace port_doc {
-inline constexpr doc::Field kInterface{.name = fields::kInterface.name,
-                                      .text = "The interface number the object describes."};
+inline constexpr doc::Field kInterface{
+    .name = fields::kInterface.name, .text = "The interface number the object describes.", .unit = &facts::kIdentifier};
 inline constexpr doc::Field kAdminState{.name = "admin-state",
                                         .text = "\"up\" when the port is administratively enabled, else \"down\".",
                                         .type = doc::Type::Text,
@@ -48,14 +48,17 @@ inline constexpr doc::Field kConfiguredDuplex{
     .name = "configured-duplex", .text = "Always \"auto\".", .type = doc::Type::Text, .words = "auto"};
 inline constexpr doc::Field kOperationalDuplex{
     .name = "operational-duplex", .text = "Always \"unknown\".", .type = doc::Type::Text, .words = "unknown"};
-inline constexpr doc::Field kMtu{.name = "mtu",
-                                 .text = "Always 0: the MTU is set through PUT if/mtu-size, not read here."};
-inline constexpr doc::Field kMaxFrameSize{
-    .name = "max-frame-size", .text = "Always 0: the largest frame is read through GET if/max-frame-size."};
+inline constexpr doc::Field kMtu{
+    .name = "mtu", .text = "Always 0: the MTU is set through PUT if/mtu-size, not read here.", .unit = &facts::kBytes};
+inline constexpr doc::Field kMaxFrameSize{.name = "max-frame-size",
+                                          .text = "Always 0: the largest frame is read through GET if/max-frame-size.",
+                                          .unit = &facts::kBytes};
 inline constexpr doc::Field kEthernetHeaderSize{
     .name = "ethernet-header-size",
-    .text = "The bytes of Ethernet header the switch adds to the MTU to make the largest frame; 0 when the switch "
-            "does not answer."};
+    .text =
+        "The bytes of Ethernet header the switch adds to the MTU to make the largest frame; 0 when the switch "
+        "does not answer.",
+    .unit = &facts::kBytes};
 inline constexpr doc::Field kDescription{
     .name = "description",
     .text = "The port's description, up to 255 bytes; empty when it has none.",
@@ -94,6 +97,7 @@ inline constexpr doc::Field kPortQuery[] = {fields::kIfNum};
 inline constexpr doc::Field kAnyPortQuery[] = {
     {.name = fields::kIfNum.name,
      .text = "The interface number; absent or 0 asks for every physical port.",
+     .unit = fields::kIfNum.unit,
      .optional = true}};
 }  // namespace port_doc
 

@@ -16,18 +16,25 @@ constexpr uint32_t kGuardedPort = 7;
 constexpr char kGuardCause[] = "bpduguard";
 constexpr int64_t kGuardTrippedBeforeLoadMs = 3600 * 1000;
 
-// Speed-mode values (1 auto) with the capability bit a port needs for
-// each, the line rate and whether the link runs half duplex.
+// Speed-mode values with the capability bit a port needs for each, the
+// line rate and whether the link runs half duplex.
 struct SpeedMode {
   uint32_t value, capability, mbps;
   bool half;
 };
-constexpr uint32_t kSpeedAuto = 1, kAutoNegBit = 0x1000;
-constexpr uint32_t kSpeed1000Full = 7, kSpeed10G = 10, kSpeed25G = 12;
+consteval uint32_t speed(std::string_view name) { return facts::codeOf(facts::kSpeeds, name); }
+constexpr uint32_t kSpeedAuto = speed("portctrl_portspeed_auto_neg"), kAutoNegBit = 0x1000;
+constexpr uint32_t kSpeed1000Full = speed("portctrl_portspeed_full_1000sx");
+constexpr uint32_t kSpeed10G = speed("portctrl_portspeed_full_10gsx"), kSpeed25G = speed("portctrl_portspeed_full_25gsx");
 constexpr SpeedMode kSpeedModes[] = {
-    {kSpeedAuto, kAutoNegBit, 0, false}, {2, 0x0004, 100, true},           {3, 0x0008, 100, false},
-    {4, 0x0001, 10, true},               {5, 0x0002, 10, false},           {kSpeed1000Full, 0x0010, 1000, false},
-    {kSpeed10G, 0x0080, 10000, false},   {kSpeed25G, 0x0100, 25000, false},
+    {kSpeedAuto, kAutoNegBit, 0, false},
+    {speed("portctrl_portspeed_half_100tx"), 0x0004, 100, true},
+    {speed("portctrl_portspeed_full_100tx"), 0x0008, 100, false},
+    {speed("portctrl_portspeed_half_10t"), 0x0001, 10, true},
+    {speed("portctrl_portspeed_full_10t"), 0x0002, 10, false},
+    {kSpeed1000Full, 0x0010, 1000, false},
+    {kSpeed10G, 0x0080, 10000, false},
+    {kSpeed25G, 0x0100, 25000, false},
 };
 // Negotiation as the platform numbers it, and the operational duplex that
 // stands for none while the link is down.
@@ -59,12 +66,12 @@ constexpr uint32_t kMaxFrameSize = facts::kMaxFrameSize.most;
 // Expansion modes the cage can run: single 10G or 25G per lane, two 50G,
 // one 40G or one 100G.
 constexpr uint32_t kSupportedModes[] = {1, 2, 3, 4, 5};
-constexpr uint32_t kSingle25G = 2;
-constexpr uint32_t kLastExpandMode = 16;
-// FEC values: 2 auto, 4 RS; 15 marks the end of the list, not a mode.
-constexpr uint32_t kFecAuto = 2;
-constexpr uint32_t kFecRs = 4;
-constexpr uint32_t kFecLast = 15;
+constexpr uint32_t kSingle25G = facts::codeOf(facts::kExpandModes, "single_25g");
+constexpr uint32_t kLastExpandMode = facts::codeOf(facts::kExpandModes, "invalid");
+// "last" marks the end of the FEC list, not a mode.
+constexpr uint32_t kFecAuto = facts::codeOf(facts::kFecModes, "port_fec_auto");
+constexpr uint32_t kFecRs = facts::codeOf(facts::kFecModes, "port_fec_rs_fec");
+constexpr uint32_t kFecLast = facts::codeOf(facts::kFecModes, "port_fec_last");
 // Special port types: 1 normal, 2 a LAG member.
 constexpr uint32_t kNormalPort = 1, kLagMemberPort = 2;
 
@@ -123,7 +130,7 @@ int activeMediaCall(Sim &s, Call &c) {
 int pauseStatusCall(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  bool pause = isUp(*p) && p->medium == 1;
+  bool pause = isUp(*p) && p->medium == facts::codeOf(facts::kMedia, "copper");
   c.out("rxPauseAllowed", pause);
   c.out("txPauseAllowed", pause);
   return OPEN_E_NONE;
@@ -276,16 +283,9 @@ int fecModeSet(Sim &s, Call &c) {
 uint64_t lineOctetsPerSec(const Sim &s, const Port &p) { return runningSpeed(s, p).mbps * 125000ULL; }
 bool halfDuplex(const Sim &s, const Port &p) { return runningSpeed(s, p).half; }
 
-// Active-media values as the platform numbers them.
-struct Medium {
-  const char *name;
-  uint32_t value;
-};
-constexpr Medium kMedia[] = {{"copper", 1}, {"fiber", 2}};
-
 bool knownMedia(const std::string &media) {
-  for (const Medium &m : kMedia)
-    if (media == m.name) return true;
+  for (const facts::Code &m : facts::kMedia)
+    if (media == m.api) return true;
   return false;
 }
 
@@ -300,8 +300,8 @@ void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t
   Port *p = findPort(s, ifNum);
   if (!p) return;
   changePort(s, *p, atMs, [&](Port &q) {
-    for (const Medium &m : kMedia)
-      if (media == m.name) q.medium = m.value;
+    for (const facts::Code &m : facts::kMedia)
+      if (media == m.api) q.medium = m.value;
     q.partner = true;
   });
 }

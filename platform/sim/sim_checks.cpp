@@ -76,7 +76,8 @@ bool scenarioFactsAgree(Sim &next, std::string *error) {
   std::set<uint32_t> vlans(m.vlans.begin(), m.vlans.end());
   if (vlans.size() != m.vlans.size() ||
       (!vlans.empty() && (*vlans.begin() < facts::kLockVlan.least || *vlans.rbegin() > facts::kLockVlan.most)))
-    return fail(error, ".\"vlans\"", "VLANs from 1 to 4093, each once");
+    return fail(error, ".\"vlans\"", ("VLANs from " + std::to_string(facts::kLockVlan.least) + " to " +
+                                        std::to_string(facts::kLockVlan.most) + ", each once").c_str());
   for (const auto &[n, p] : m.ports)
     if (const char *why = portFault(m, n, p)) return fail(error, ".\"ports\".\"" + std::to_string(n) + "\"", why);
   for (const auto &[vlan, settings] : m.pml.vlans)

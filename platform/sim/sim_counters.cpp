@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -123,7 +124,9 @@ int routingInterfaceCall(Sim &s, Call &c) {
 
 // The copper cable test: no cable, a cable with a live partner at its far
 // end (its length known to within 5 m), or one open at its far end.
-constexpr uint32_t kCableNormal = 2, kCableOpen = 3, kNoCable = 7;
+constexpr uint32_t kCableNormal = facts::codeOf(facts::kCableStatuses, "normal");
+constexpr uint32_t kCableOpen = facts::codeOf(facts::kCableStatuses, "open");
+constexpr uint32_t kNoCable = facts::codeOf(facts::kCableStatuses, "nocable");
 constexpr uint32_t kCableSpreadM = 5;
 
 int cableTestCall(Sim &s, Call &c) {

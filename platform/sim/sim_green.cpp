@@ -97,31 +97,24 @@ int switchSet(Sim &s, Call &c) {
 }
 #define SIM_SWITCH_FIELD(expr) (+[](::sim::Model &m) -> uint32_t & { return m.expr; })
 
-// Reasons, as the reply table numbers them.
+// Reasons, as the switch's table numbers them.
 enum Reason : uint32_t {
-  kAdminDown = 0,
-  kFiberPort = 1,
-  kLinkUp = 2,
-  kLinkDown = 3,
-  kLongCable = 4,
-  kShortCable = 5,
-  kNoEnergy = 7,
-  kForced = 8,
-  kNotAttached = 10,
+  kAdminDown = facts::codeOf(facts::kGreenReasons, "greenethr_admin_down"),
+  kFiberPort = facts::codeOf(facts::kGreenReasons, "greenethr_fiber_port"),
+  kLinkUp = facts::codeOf(facts::kGreenReasons, "greenethr_link_up"),
+  kLinkDown = facts::codeOf(facts::kGreenReasons, "greenethr_link_down"),
+  kLongCable = facts::codeOf(facts::kGreenReasons, "greenethr_long_cable"),
+  kShortCable = facts::codeOf(facts::kGreenReasons, "greenethr_short_cable"),
+  kNoEnergy = facts::codeOf(facts::kGreenReasons, "greenethr_no_energy"),
+  kForced = facts::codeOf(facts::kGreenReasons, "greenethr_forced"),
+  kNotAttached = facts::codeOf(facts::kGreenReasons, "greenethr_not_attached"),
 };
 
+// The switch's words for a reason.
 const char *reasonText(uint32_t reason) {
-  switch (reason) {
-    case kAdminDown: return "Admin Mode Disabled";
-    case kFiberPort: return "Fiber Port";
-    case kLinkUp: return "Link Up";
-    case kLinkDown: return "Link Down";
-    case kLongCable: return "Long Cable";
-    case kShortCable: return "Short Cable";
-    case kNoEnergy: return "No Energy Detected";
-    case kForced: return "Forced";
-    default: return "Not Attached";
-  }
+  for (const facts::Code &r : facts::kGreenReasons)
+    if (r.value == reason) return r.meaning;
+  return reasonText(kNotAttached);
 }
 
 struct OprStatus {

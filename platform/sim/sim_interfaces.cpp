@@ -4,6 +4,7 @@
 #include <stdio.h>
 
 #include "sim/sim.h"
+#include "switch_facts.h"
 
 namespace sim {
 
@@ -32,7 +33,9 @@ constexpr Cable kCables[] = {{1, 30}, {2, 50}, {3, 5}, {4, 23}, {5, 15}, {7, 10}
 
 // Link state 0 is up; operational state 2 is D-Disabled.
 constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
-constexpr uint32_t kOprDown = 0, kOprUp = 1, kOprDiagDisabled = 2;
+// Down is every value the table does not name.
+constexpr uint32_t kOprDown = 0, kOprUp = facts::codeOf(facts::kOperationalStates, "port_enable"),
+                   kOprDiagDisabled = facts::codeOf(facts::kOperationalStates, "port_diag_disable");
 
 int firstOfTypeCall(Sim &s, Call &c) {
   const Interface *i = firstOfType(s, static_cast<uint32_t>(c.in("ifType")));

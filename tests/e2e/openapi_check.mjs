@@ -15,6 +15,7 @@ const resolved = await SwaggerParser.dereference(structuredClone(document));
 
 const ajv = new Ajv2020({ allErrors: true });
 ajv.addKeyword("x-unknown-text-value");
+ajv.addKeyword("x-unit");
 // The names generated clients give an enumeration's values: one each, all
 // different, every one an identifier.
 ajv.addKeyword({

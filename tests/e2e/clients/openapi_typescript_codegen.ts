@@ -1,12 +1,13 @@
-// openapi-typescript-codegen: the session is one of the client's headers
-// (OpenAPI.HEADERS), sent with every call; "Refresh" is an argument of each
+// openapi-typescript-codegen, set up as the API description's first page
+// shows (switch_codegen.ts, taken from the page): the session is one of the
+// client's headers, sent with every call; "Refresh" is an argument of each
 // read. A refused call throws an ApiError with the status.
-import { ApiError, InterfacesService, OpenAPI } from "./gen/openapi_typescript_codegen";
+import { ApiError, InterfacesService } from "./gen/openapi_typescript_codegen";
+import { pollLinkState, useSwitch } from "./switch_codegen";
 import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
 
 run(async (baseUrl, session, readOnly) => {
-  OpenAPI.BASE = baseUrl;
-  OpenAPI.HEADERS = { session };
+  useSwitch(baseUrl, session);
   const read = await InterfacesService.getIfLinkState(3);
   if (!("if" in read)) throw new Error(`read: ${read.resp.respCode}`);
   const linkState: "up" | "down" = read.if.linkState;
@@ -26,8 +27,8 @@ run(async (baseUrl, session, readOnly) => {
   if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
   const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
 
-  OpenAPI.HEADERS = { session: readOnly };
-  const poll = await InterfacesService.getIfLinkState(3, "1");
+  useSwitch(baseUrl, readOnly);
+  const poll = await pollLinkState(3);
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
   const refused = await InterfacesService.putIfAdminState(3, { adminState: "disable" }).then(
     () => 200,

@@ -1,14 +1,9 @@
-// swagger-typescript-api: the session is the client's security data, which
-// its security worker turns into the "session" header of every secured call
-// (all of them). A refused call throws the response.
-import { Api } from "./gen/swagger_typescript_api/Api";
+// swagger-typescript-api, set up as the API description's first page shows
+// (switch_swagger_typescript_api.ts, taken from the page): the session is the
+// client's security data, which its security worker turns into the "session"
+// header of every secured call (all of them). A refused call throws the response.
+import { pollLinkState, switchClient } from "./switch_swagger_typescript_api";
 import { Exactly, FailureCode, NO_PORT, run, typed } from "./common";
-
-function client(baseUrl: string, session: string): Api<string> {
-  const api = new Api<string>({ baseUrl, securityWorker: (token) => (token ? { headers: { session: token } } : {}) });
-  api.setSecurityData(session);
-  return api;
-}
 
 async function httpStatus(call: Promise<unknown>): Promise<number> {
   try {
@@ -21,7 +16,7 @@ async function httpStatus(call: Promise<unknown>): Promise<number> {
 }
 
 run(async (baseUrl, session, readOnly) => {
-  const api = client(baseUrl, session).api;
+  const api = switchClient(baseUrl, session).api;
   const read = (await api.getIfLinkState({ ifNum: 3 })).data;
   if (!("if" in read)) throw new Error(`read: ${read.resp.respCode}`);
   const linkState: "up" | "down" = read.if.linkState;
@@ -41,9 +36,9 @@ run(async (baseUrl, session, readOnly) => {
   if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
   const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
 
-  const poller = client(baseUrl, readOnly).api;
-  const poll = (await poller.getIfLinkState({ ifNum: 3 }, { headers: { Refresh: "1" } })).data;
+  const poller = switchClient(baseUrl, readOnly);
+  const poll = (await pollLinkState(poller, 3)).data;
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
-  const refused = await httpStatus(poller.putIfAdminState({ ifNum: 3 }, { adminState: "disable" }));
+  const refused = await httpStatus(poller.api.putIfAdminState({ ifNum: 3 }, { adminState: "disable" }));
   return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused };
 });

@@ -1,12 +1,12 @@
-// @hey-api/openapi-ts: the session is the client's API key (its `auth`),
-// which the SDK sends as the "session" header of every call.
-import { createClient, createConfig } from "./gen/heyapi/client";
-import { client } from "./gen/heyapi/client.gen";
+// @hey-api/openapi-ts, set up as the API description's first page shows
+// (switch_heyapi.ts, taken from the page): the session is the client's API
+// key (its `auth`), which the SDK sends as the "session" header of every call.
 import { getIfLinkState, getIfStatus, putIfAdminState } from "./gen/heyapi/sdk.gen";
+import { pollLinkState, useSwitch } from "./switch_heyapi";
 import { Exactly, FailureCode, NO_PORT, present, run, typed } from "./common";
 
 run(async (baseUrl, session, readOnly) => {
-  client.setConfig({ baseUrl, auth: () => session });
+  useSwitch(baseUrl, session);
   const read = present((await getIfLinkState({ query: { ifNum: 3 } })).data, "read");
   if (!("if" in read)) throw new Error(`read: ${read.resp.respCode}`);
   const linkState: "up" | "down" = read.if.linkState;
@@ -26,9 +26,9 @@ run(async (baseUrl, session, readOnly) => {
   if (!("if" in status)) throw new Error(`status: ${status.resp.respCode}`);
   const ports = Array.isArray(status.if) ? status.if.map((port) => port.interface) : [status.if.interface];
 
-  const poller = createClient(createConfig({ baseUrl, auth: () => readOnly }));
-  const poll = present((await getIfLinkState({ client: poller, query: { ifNum: 3 }, headers: { Refresh: "1" } })).data, "poll");
+  useSwitch(baseUrl, readOnly);
+  const poll = present((await pollLinkState(3)).data, "poll");
   const polled = "if" in poll ? poll.if.linkState : `failed ${poll.resp.respCode}`;
-  const refused = await putIfAdminState({ client: poller, query: { ifNum: 3 }, body: { adminState: "disable" } });
+  const refused = await putIfAdminState({ query: { ifNum: 3 }, body: { adminState: "disable" } });
   return { linkState, wrote, missing: missing.resp.respCode, ports, polled, refused: refused.response.status };
 });

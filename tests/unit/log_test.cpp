@@ -1,6 +1,11 @@
+#include <sched.h>
+#include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 #include "test_support.h"
 
@@ -30,6 +35,8 @@ TEST(Logging, TheLevelFileDecidesWhatIsWrittenAndHowLinesRead) {
   ASSERT_EQ(text.size(), 56u) << text;
   EXPECT_EQ(std::string({text[4], text[7], text[10], text[13], text[16], text[19]}), "-- ::.");
   EXPECT_EQ(text.substr(23), " (DEBUG): quill_cgi: [f:2] shown\n");
+  LOG_AT(3, "f", 3, "%s\n", std::string(4096, 'u').c_str());  // a message is cut to 512 bytes
+  EXPECT_EQ(log.text().substr(text.size() + 44), "[f:3] " + std::string(502, 'u') + "...\n");
 }
 
 // The line that takes the file past 1 MiB is its last: the file becomes
@@ -66,6 +73,60 @@ TEST(Logging, OnlyTheFirstProcessPastOneMebibyteRotates) {
   EXPECT_TRUE(has(old, "crossing in the second process"));
   EXPECT_TRUE(has(current, "after the crossing"));
   EXPECT_FALSE(has(current, "from the first process"));
+}
+
+// A local user has taken every inode of the log's folder and takes any name
+// that comes free there. Rotation cannot make a fresh file: the full log
+// keeps its name and every line, the rotation file stays, and that is said
+// once. Seen from a child in a mount namespace of its own, as one summary.
+static std::string rotateWithoutInodes(const LogCapture &log) {
+  std::string fs = log.dir.file("fs"), name = fs + "/k.log", old = name + ".old";
+  if (chmod(log.dir.path.c_str(), 0711) || mkdir(fs.c_str(), 0700) || unshare(CLONE_NEWNS) || mount(0, "/", 0, MS_REC | MS_PRIVATE, 0) ||
+      mount("tmpfs", fs.c_str(), "tmpfs", 0, "nr_inodes=8,mode=1777"))
+    return "no mount namespace";
+  writeText(name, std::string(1048000, 'x')), writeText(old, "older\n");
+  struct stat before = {}, after = {};
+  stat(name.c_str(), &before);
+  int filled[2];
+  pid_t her = pipe(filled) == 0 ? fork() : -1;
+  if (her == 0) {
+    if (setgid(65534) || setuid(65534)) _exit(1);
+    for (int n = 0; open((fs + "/" + std::to_string(n)).c_str(), O_CREAT | O_WRONLY, 0600) >= 0; ++n) {}
+    close(filled[1]);
+    for (;;) close(open(name.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0644));
+  }
+  close(filled[1]);
+  char none;
+  if (her < 0 || read(filled[0], &none, 1) != 0) return "no user to race";  // she has filled them when it ends
+  LogFiles files = {name.c_str(), old.c_str(), log.levelFile.c_str()};
+  logUseFiles(&files), logOpen(LOG_TO_FILE, 8, "quill_cgi");
+  dup2(open(log.dir.file("err").c_str(), O_CREAT | O_WRONLY, 0600), 2);
+  for (int n = 0; n < 2500; ++n) LOG_AT(3, "f", n, "%s\n", std::string(400, 'y').c_str());
+  kill(her, SIGKILL), waitpid(her, nullptr, 0);
+  std::string text = readText(name);
+  stat(name.c_str(), &after);
+  return std::to_string(after.st_uid) + (after.st_ino == before.st_ino ? " same file, lines: " : " another file, lines: ") +
+         std::to_string(std::count(text.begin(), text.end(), '\n')) + ", old: " + std::to_string(readText(old).size()) +
+         " bytes\n" + readText(log.dir.file("err"));
+}
+
+TEST(Logging, ALogThatCannotRotateKeepsItsName) {
+  LogCapture log("6");
+  int out[2];
+  ASSERT_EQ(pipe(out), 0);
+  pid_t child = fork();
+  if (child == 0) {
+    std::string summary = rotateWithoutInodes(log);
+    _exit(write(out[1], summary.data(), summary.size()) < 0);
+  }
+  close(out[1]);
+  std::string got;
+  char part[4096];
+  for (ssize_t n; (n = read(out[0], part, sizeof part)) > 0;) got.append(part, static_cast<size_t>(n));
+  waitpid(child, nullptr, 0);
+  if (got == "no mount namespace") GTEST_SKIP() << got;
+  EXPECT_EQ(got, "0 same file, lines: 2500, old: 6 bytes\ninterfaces_v2.cgi: not rotating " +
+                                  log.dir.file("fs") + "/k.log: No space left on device\n");
 }
 
 // A responder follows the log before its next line: the file another process

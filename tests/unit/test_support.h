@@ -80,9 +80,8 @@ class InProcessSim {
     sim::loadScenario(sim_, sim::defaultScenario(), &text);
     for (const auto &words : controls) EXPECT_EQ(sim::handleControl(sim_, words, &text), 0) << text;
     thread_ = std::thread([this] { sim::serve(sim_, socket_.c_str()); });
-    // Ready when it answers: the socket file exists before the simulator
-    // listens on it. A machine under load may take long; one that never
-    // answers fails the test here, not later as a puzzling reply.
+    // Ready when it answers (its socket file exists before it listens); one
+    // that never answers fails the test here, not later as a puzzling reply.
     auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     bool answered;
     while (!(answered = answers(socket_.c_str())) && std::chrono::steady_clock::now() < deadline) usleep(10000);
@@ -94,11 +93,10 @@ class InProcessSim {
   }
 
  private:
-  // An empty frame is no call: the simulator answers it without a change.
   static bool answers(const char *socket) {
     int fd = simConnect(socket, 1000);
     if (fd < 0) return false;
-    char frame[4] = {}, reply[256];
+    char frame[4] = {}, reply[256];  // an empty frame is no call: answered without a change
     size_t length = 0;
     bool answered = simExchange(fd, frame, sizeof frame, reply, sizeof reply, &length);
     close(fd);

@@ -410,11 +410,13 @@ def budgets(r):
     for label, v in r["rtt"].items():
         rows.append(("OpEN round trip (%s)" % label, "≤ 1.5 × bare socket", "%.2f ×" % v["ratio"], v["ratio"] <= 1.5))
     for case, v in (r.get("fastcgi") or {}).items():
+        # A link-state request is one OpEN call: what the responder adds to the floor shows whole.
+        floor_goal = 0.95 if case.startswith("link-state") else 0.85
         rows += [("FastCGI throughput, %s" % case, "≥ 5 × CGI", "%.2f ×" % v["rps_vs_cgi"], v["rps_vs_cgi"] >= 5),
                  ("FastCGI p99 latency, %s" % case, "≤ 0.2 × CGI", "%.2f ×" % v["p99_vs_cgi"],
                   v["p99_vs_cgi"] <= 0.2),
-                 ("FastCGI throughput, %s" % case, "≥ 0.85 × C FastCGI floor", "%.2f ×" % v["rps_vs_floor"],
-                  v["rps_vs_floor"] >= 0.85)]
+                 ("FastCGI throughput, %s" % case, "≥ %.2f × C FastCGI floor" % floor_goal,
+                  "%.2f ×" % v["rps_vs_floor"], v["rps_vs_floor"] >= floor_goal)]
     n = r["num_all"]
     rows.append(("num?name=all", "≤ 1.3 × calls × round trip", "%.2f ×" % n["ratio"], n["ratio"] <= 1.3))
     if r["micro"]:

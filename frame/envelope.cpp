@@ -99,6 +99,34 @@ void writeReply(const char *text, LineEnd end) {
   if (end == LineEnd::Newline) replyChar('\n');
 }
 
+// The envelope around `data` (may be null), printed formatted in one pass:
+// the data tree is referred to where it stands, neither copied nor printed
+// and parsed back. Null on failure, said in the log.
+char *printEnvelope(int32_t code, const char *dataKey, const cJSON *data) {
+  JsonPtr root(cJSON_CreateObject());
+  if (!root) {
+    LOG_AT(3, "responseJsonRreallocStr", 1123, "[MEM] Failed to create root object\n");
+    return nullptr;
+  }
+  // Only read: the reference leaves the tree to its owner.
+  cJSON *shared = const_cast<cJSON *>(data);
+  if (code == 0 && dataKey && data && !cJSON_AddItemReferenceToObject(root.get(), dataKey, shared)) {
+    LOG_AT(3, "responseJsonRreallocStr", 1141, "[MEM] Failed to parse data JSON\n");
+    return nullptr;
+  }
+  cJSON *resp = cJSON_AddObjectToObject(root.get(), "resp");
+  if (!resp) {
+    LOG_AT(3, "responseJsonRreallocStr", 1129, "[MEM] Failed to create resp object\n");
+    return nullptr;
+  }
+  cJSON_AddNumberToObject(resp, "respCode", code);
+  cJSON_AddStringToObject(resp, "respMsg", errorMessageGet(code));
+  cJSON_AddStringToObject(resp, "status", code == 0 ? "success" : "fail");
+  char *text = cJSON_Print(root.get());
+  if (!text) LOG_AT(3, "responseJsonRreallocStr", 1159, "[MEM] Failed to print JSON\n");
+  return text;
+}
+
 }  // namespace
 
 const char *errorMessageGet(int32_t code) {
@@ -113,49 +141,24 @@ uint32_t openResultToCode(int result) {
 }
 
 uint32_t responseJsonRreallocStr(int32_t code, const char *dataKey, const char *dataText, char **reply) {
-  const char *message = errorMessageGet(code);
-  JsonPtr root(cJSON_CreateObject());
-  if (!root) {
-    LOG_AT(3, "responseJsonRreallocStr", 1123, "[MEM] Failed to create root object\n");
-    return CODE_GENERAL_FAILED;
-  }
-  cJSON *resp = cJSON_CreateObject();
-  if (!resp) {
-    LOG_AT(3, "responseJsonRreallocStr", 1129, "[MEM] Failed to create resp object\n");
-    return CODE_GENERAL_FAILED;
-  }
-  cJSON_AddNumberToObject(resp, "respCode", code);
-  cJSON_AddStringToObject(resp, "respMsg", message);
-  if (code == 0) {
-    cJSON_AddStringToObject(resp, "status", "success");
-    if (dataKey && dataText) {
-      cJSON *data = cJSON_Parse(dataText);
-      if (!data) {
-        LOG_AT(3, "responseJsonRreallocStr", 1141, "[MEM] Failed to parse data JSON\n");
-        cJSON_Delete(resp);
-        return CODE_GENERAL_FAILED;
-      }
-      cJSON_AddItemToObject(root.get(), dataKey, data);
+  JsonPtr data;
+  if (code == 0 && dataKey && dataText) {
+    data.reset(cJSON_Parse(dataText));
+    if (!data) {
+      LOG_AT(3, "responseJsonRreallocStr", 1141, "[MEM] Failed to parse data JSON\n");
+      return CODE_GENERAL_FAILED;
     }
-  } else {
-    cJSON_AddStringToObject(resp, "status", "fail");
   }
-  cJSON_AddItemToObject(root.get(), "resp", resp);
-  char *text = cJSON_Print(root.get());
-  if (!text) {
-    LOG_AT(3, "responseJsonRreallocStr", 1159, "[MEM] Failed to print JSON\n");
-    return CODE_GENERAL_FAILED;
-  }
+  char *text = printEnvelope(code, dataKey, data.get());
+  if (!text) return CODE_GENERAL_FAILED;
   free(*reply);
   *reply = text;
   return CODE_SUCCESS;
 }
 
 void replyEnvelope(uint32_t code, const char *group, const cJSON *data, LineEnd end) {
-  HeapText dataText(code == 0 && data ? cJSON_PrintUnformatted(data) : nullptr);
-  char *reply = nullptr;
-  if (responseJsonRreallocStr(static_cast<int32_t>(code), group, dataText.get(), &reply) == 0) writeReply(reply, end);
-  free(reply);
+  HeapText reply(printEnvelope(static_cast<int32_t>(code), group, data));
+  if (reply) writeReply(reply.get(), end);
 }
 
 void replyWithCode(uint32_t code) { replyEnvelope(code, "if", nullptr, LineEnd::None); }

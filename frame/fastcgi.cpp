@@ -4,7 +4,6 @@
 
 #include <errno.h>
 #include <fcgiapp.h>
-#include <poll.h>
 #include <signal.h>
 #include <stdint.h>
 #include <stdlib.h>
@@ -25,9 +24,16 @@ constexpr unsigned kStopGraceSeconds = 5;
 volatile sig_atomic_t gStopping = 0;
 volatile sig_atomic_t gBusy = 0;
 
+// A responder waits for its next connection in accept(), as the other
+// responders on the same socket do: the kernel wakes one of them for each
+// connection, where a poll on the socket would wake them all. A stop while
+// it waits lets go of its own descriptor of the socket (the others keep
+// theirs), so that an accept interrupted, or one about to begin, fails and
+// the loop ends.
 void onStop(int) {
   gStopping = 1;
   if (gBusy) alarm(kStopGraceSeconds);
+  else close(STDIN_FILENO);
 }
 
 void streamWrite(void *context, const char *text, size_t length) {
@@ -100,31 +106,13 @@ bool fastcgiStarted(void) {
 int fastcgiServe(int (*serve)(void)) {
   FCGX_Request request;
   if (FCGX_Init() != 0 || FCGX_InitRequest(&request, STDIN_FILENO, FCGI_FAIL_ACCEPT_ON_INTR) != 0) return 1;
-  // SIGTERM is let through only while waiting for a connection, where it
-  // ends the wait, and while a request is served, where it ends the process
-  // after that request; blocked in between, it cannot slip past the check
-  // of the loop into a wait that would never end.
   struct sigaction stop = {};
-  stop.sa_handler = onStop;
+  stop.sa_handler = onStop;  // without SA_RESTART: a waiting accept is interrupted
   sigaction(SIGTERM, &stop, nullptr);
-  sigset_t term, waiting;
-  sigemptyset(&term);
-  sigaddset(&term, SIGTERM);
-  sigprocmask(SIG_BLOCK, &term, &waiting);
-  sigdelset(&waiting, SIGTERM);
   char **own = environ;
   while (!gStopping) {
-    pollfd listening = {STDIN_FILENO, POLLIN, 0};
-    if (ppoll(&listening, 1, nullptr, &waiting) < 0) {
-      if (errno == EINTR) continue;
-      break;
-    }
-    sigprocmask(SIG_UNBLOCK, &term, nullptr);
-    // Immediate unless another process on the same socket took the
-    // connection; then SIGTERM ends the wait.
     if (FCGX_Accept_r(&request) < 0) {
-      sigprocmask(SIG_BLOCK, &term, nullptr);
-      if (errno == EINTR) continue;
+      if (errno == EINTR && !gStopping) continue;
       break;
     }
     gBusy = 1;
@@ -139,7 +127,6 @@ int fastcgiServe(int (*serve)(void)) {
     FCGX_SetExitStatus(status & 0xff, request.out);
     FCGX_Finish_r(&request);
     gBusy = 0;
-    sigprocmask(SIG_BLOCK, &term, nullptr);
   }
   FCGX_Free(&request, 1);
   return 0;

@@ -23,6 +23,7 @@ const LogFiles kLogFiles = {"/tmp/k9100.log", "/tmp/k9100.log.old", "/tmp/devmgr
 namespace {
 
 constexpr long kRotateBytes = 1048576;
+constexpr int kMessageCap = 512;
 constexpr int kDefaultLevel = 6;
 
 struct Logger {
@@ -150,7 +151,7 @@ bool oldLogReplaceable() {
   } else {
     why = untrustedBecause(st, S_IFREG);
   }
-  if (why) sayNotUsing(g.files->oldLog, why);
+  if (why) sayOnce("not using", g.files->oldLog, why);
   return !why;
 }
 
@@ -176,19 +177,20 @@ bool exchanged(const char *a, const char *b) {
 #endif
 }
 
-// Renames the full log to the rotation name with a fresh file already in
-// its place: exchanged with it in one step, so the log's name is never free
-// for another local user to make first, which would leave the program no
-// log to write until the next boot. Where the exchange is not possible, in
-// two steps as before; where the rotation name was taken meanwhile, the full
-// log is put back and goes on growing.
+// Puts a fresh file under the log's name in the same step that takes the
+// full log away (exchanged), so that the name is never free for another
+// local user to make first, which would leave the program no log to write
+// until the next boot. Where no fresh file can be made (a full or
+// inode-exhausted /tmp) or exchanged in, the full log keeps its name and
+// goes on growing, said once; where the rotation name was taken meanwhile,
+// the full log is put back.
 void moveFullLogAside() {
   char fresh[512];
   if (!madeFreshLog(fresh, sizeof fresh)) {
-    rename(g.files->log, g.files->oldLog);
+    sayOnce("not rotating", g.files->log, strerror(errno));
   } else if (!exchanged(fresh, g.files->log)) {
+    sayOnce("not rotating", g.files->log, strerror(errno));
     unlink(fresh);
-    rename(g.files->log, g.files->oldLog);
   } else if (rename(fresh, g.files->oldLog) != 0 && exchanged(fresh, g.files->log)) {
     unlink(fresh);
   }
@@ -233,6 +235,20 @@ int printfTo(FILE *stream, const char *format, ...) {
   return n;
 }
 
+// What a caller formats from a request (its path, a token) is the
+// requester's to choose, and anyone who reaches the web server may send
+// requests that are refused: each message is cut to a bounded length, so
+// that a refused request adds a line of bounded size, and forcing the log
+// round to its next rotation takes many requests, however long they are.
+int printMessage(FILE *stream, const char *format, va_list args) __attribute__((format(printf, 2, 0)));
+int printMessage(FILE *stream, const char *format, va_list args) {
+  char message[kMessageCap + 1];
+  int n = vsnprintf(message, sizeof message, format, args);
+  if (n < 0) return n;
+  if (n > kMessageCap) memcpy(message + kMessageCap - 4, "...\n", 5);
+  return printfTo(stream, "%s", message);
+}
+
 void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
   timespec ts = {};
   tm local = {};
@@ -245,7 +261,7 @@ void logWriteStream(FILE *stream, int level, const char *format, va_list args) {
   } else {
     prefix = printfTo(stream, "(%s): %s: ", levelName(level), g.ident);
   }
-  int message = printTo(stream, format, args);
+  int message = printMessage(stream, format, args);
   if (!stream || stream != g.file) return;
   g.fileSize += (prefix > 0 ? prefix : 0) + (message > 0 ? message : 0);
   if (g.fileSize > kRotateBytes) rotate();

@@ -27,8 +27,7 @@ const char *openErrorText(int error, mode_t type) {
   return strerror(error);
 }
 
-uint64_t fnv1a(const char *text) {
-  uint64_t h = 14695981039346656037u;
+uint64_t fnv1a(const char *text, uint64_t h = 14695981039346656037u) {
   for (; *text; ++text) h = (h ^ static_cast<unsigned char>(*text)) * 1099511628211u;
   return h;
 }
@@ -61,21 +60,21 @@ int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *sho
   if (!why) return fd;
   if (fd >= 0) close(fd);
   *refused = true;
-  sayNotUsing(shown, why);
+  sayOnce("not using", shown, why);
   return -1;
 }
 
-void sayNotUsing(const char *path, const char *why) {
-  // Remembered by a hash of the path: a responder serving for days may meet
-  // many refused names, and each is said once; past the table's size the
-  // rest go unsaid rather than flood the error log.
+void sayOnce(const char *doing, const char *path, const char *why) {
+  // Remembered by a hash of what is said about which path: a responder
+  // serving for days may meet many refused names, and each is said once;
+  // past the table's size the rest go unsaid rather than flood the error log.
   static uint64_t said[256];
   static size_t count;
-  uint64_t h = fnv1a(path);
+  uint64_t h = fnv1a(path, fnv1a(doing));
   for (size_t i = 0; i < count; ++i)
     if (said[i] == h) return;
   if (count == sizeof said / sizeof said[0]) return;
   said[count++] = h;
-  fprintf(stderr, "interfaces_v2.cgi: not using %s: %s\n", path, why);
-  syslog(LOG_USER | LOG_ERR, "not using %s: %s", path, why);
+  fprintf(stderr, "interfaces_v2.cgi: %s %s: %s\n", doing, path, why);
+  syslog(LOG_USER | LOG_ERR, "%s %s: %s", doing, path, why);
 }

@@ -24,9 +24,10 @@ const char *untrustedBecause(const struct stat &st, mode_t type);
 // `refused` may be null.
 int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused);
 
-// Says once per process, on standard error and in syslog, why the program
-// does not use `path`: a refusal that is never said looks like a program
-// that forgot its log or its sessions.
-void sayNotUsing(const char *path, const char *why);
+// Says once per process, on standard error and in syslog, what the program
+// does not do with `path` ("not using", "not rotating") and why: a refusal
+// that is never said looks like a program that forgot its log or its
+// sessions.
+void sayOnce(const char *doing, const char *path, const char *why);
 
 #endif

@@ -150,7 +150,7 @@ int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint
 const Route *routeFind(const RouteNode *node, const char *name, const char *method) {
   if (!node || !method) return nullptr;
   for (const Route *r = node->entries; r; r = r->next)
-    if (strcasecmp(httpMethodName(r->method), method) == 0 && strcmp(r->name, name) == 0) return r;
+    if (strcmp(r->name, name) == 0 && strcasecmp(httpMethodName(r->method), method) == 0) return r;
   return nullptr;
 }
 

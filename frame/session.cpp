@@ -28,13 +28,32 @@ bool systemUptime(long *now) {
   return true;
 }
 
-void readLine(FILE *f, char *buf, int size) {
-  if (!fgets(buf, size, f)) buf[0] = '\0';
+// The session file, read whole in one call once it is locked: a few short
+// lines, taken apart as fgets would take them. Closed when it goes.
+struct SessionFile {
+  int fd = -1;
+  char bytes[1024];
+  size_t length = 0, at = 0;
+  bool whole = false;  // the file ended within `bytes`
+  ~SessionFile() {
+    if (fd >= 0) close(fd);
+  }
+};
+
+void readAll(SessionFile *f) {
+  ssize_t n = read(f->fd, f->bytes, sizeof f->bytes);
+  f->length = n > 0 ? static_cast<size_t>(n) : 0;
+  f->whole = n >= 0 && f->length < sizeof f->bytes;
 }
 
-int refuse(FILE *f) {
-  fclose(f);
-  return -1;
+// Up to size - 1 characters, through the line's end when it comes first.
+void readLine(SessionFile *f, char *buf, int size) {
+  size_t n = 0;
+  while (n + 1 < static_cast<size_t>(size) && f->at < f->length) {
+    buf[n] = f->bytes[f->at++];
+    if (buf[n++] == '\n') break;
+  }
+  buf[n] = '\0';
 }
 
 // The session folder, held open so that the file is opened, and an expired
@@ -48,33 +67,30 @@ struct Folder {
 
 // Opens the token's file for reading and writing, only inside a folder of
 // ours and only when the file is ours too. `path` is the file's full name.
-FILE *openSession(const char *dir, const char *token, const char *path, Folder *folder) {
+bool openSession(const char *dir, const char *token, const char *path, Folder *folder, SessionFile *file) {
   char name[kPathBuf];
   snprintf(name, sizeof name, "%s", dir);
   // A trailing "/" would make the open follow a link in the folder's place.
   for (size_t n = strlen(name); n > 1 && name[n - 1] == '/'; --n) name[n - 1] = 0;
   folder->fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr);
-  if (folder->fd < 0) return nullptr;
-  int fd = openOwn(folder->fd, token, O_RDWR, S_IFREG, path, nullptr);
-  if (fd < 0) return nullptr;
-  FILE *f = fdopen(fd, "r+");
-  if (!f) close(fd);
-  return f;
+  if (folder->fd < 0) return false;
+  file->fd = openOwn(folder->fd, token, O_RDWR, S_IFREG, path, nullptr);
+  return file->fd >= 0;
 }
 
 // Writes the new text over the old and cuts the file only when the old text
 // was longer: the same file as truncating first, without a truncate and
 // rewrite on every request, which a journalling file system forces out to
-// disk (a quarter of a millisecond each time). Readers hold the same lock,
-// so nobody sees the file between the steps.
-void rewriteSession(FILE *f, const char *text) {
-  rewind(f);
-  fputs(text, f);
-  if (fflush(f) != 0) return;
-  off_t length = static_cast<off_t>(strlen(text));
-  struct stat st = {};
-  if (fstat(fileno(f), &st) != 0 || st.st_size <= length) return;
-  if (ftruncate(fileno(f), length) != 0) return;
+// disk (a quarter of a millisecond each time). A file that holds the text
+// already (another request in the same second) is not written at all.
+// Readers hold the same lock, so nobody sees the file between the steps.
+void rewriteSession(const SessionFile &f, const char *text) {
+  size_t length = strlen(text);
+  if (f.whole && f.length == length && memcmp(f.bytes, text, length) == 0) return;
+  if (pwrite(f.fd, text, length, 0) != static_cast<ssize_t>(length)) return;
+  if (!f.whole || f.length > length) {
+    if (ftruncate(f.fd, static_cast<off_t>(length)) != 0) return;
+  }
 }
 
 }  // namespace
@@ -119,44 +135,45 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   char path[kPathBuf];
   snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
   Folder folder;
-  FILE *f = sessionTokenUsable(token, env.dir) ? openSession(env.dir, token, path, &folder) : nullptr;
-  if (!f) {
+  SessionFile f;
+  if (!sessionTokenUsable(token, env.dir) || !openSession(env.dir, token, path, &folder, &f)) {
     char shown[4 * kPathBuf];
     escapeControls(path, shown, sizeof shown);
     LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", shown);
     return -1;
   }
-  if (flock(fileno(f), LOCK_EX) != 0) {
+  if (flock(f.fd, LOCK_EX) != 0) {
     LOG_AT(3, "checkSessionX", 50, "File lock failed\n");
-    return refuse(f);
+    return -1;
   }
+  readAll(&f);
   char user[kUserLine] = {}, stamp[kStampLine] = {}, privilege[kPrivilegeLine] = {};
-  readLine(f, user, sizeof user);
-  readLine(f, stamp, sizeof stamp);
+  readLine(&f, user, sizeof user);
+  readLine(&f, stamp, sizeof stamp);
   bool admin = sessionIsAdmin(user);
   if (!admin) {
-    readLine(f, privilege, sizeof privilege);
+    readLine(&f, privilege, sizeof privilege);
     Privilege p = sessionPrivilege(privilege, route->method, route->access);
     if (p == Privilege::Invalid) {
       LOG_AT(3, "checkSessionX", 63, "Invalid priviledged level in user session\n");
-      return refuse(f);
+      return -1;
     }
     if (p == Privilege::Denied) {
       LOG_AT(3, "checkSessionX", 72, "Permission denied, not a priviledged user\n");
-      return refuse(f);
+      return -1;
     }
   }
   long now = 0;
   if (!env.uptime(&now)) {
     LOG_AT(3, "checkSessionX", 79, "Failed to get sysinfo\r\n");
-    return refuse(f);
+    return -1;
   }
   long stored = strtol(stamp, nullptr, 10);
   if (sessionExpired(now, stored)) {
     LOG_AT(6, "checkSessionX", 86, "Token timeout(%ld - %ld).please login again. (userName: %s timestamp: %s)\r\n", now,
            stored, user, stamp);
     unlinkat(folder.fd, token, 0);
-    return refuse(f);
+    return -1;
   }
   if (!refresh) {
     char text[kRefreshText];
@@ -165,11 +182,10 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     rewriteSession(f, text);
     LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
   }
-  if (flock(fileno(f), LOCK_UN) != 0) {
+  if (flock(f.fd, LOCK_UN) != 0) {
     LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
-    return refuse(f);
+    return -1;
   }
-  fclose(f);
   return 0;
 }
 

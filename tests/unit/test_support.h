@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "frame/log.h"
+#include "sim/client_io.h"
 #include "sim/sim_server.h"
 
 // Variables set (null: unset) for a scope; the old values come back.
@@ -78,7 +80,12 @@ class InProcessSim {
     sim::loadScenario(sim_, sim::defaultScenario(), &text);
     for (const auto &words : controls) EXPECT_EQ(sim::handleControl(sim_, words, &text), 0) << text;
     thread_ = std::thread([this] { sim::serve(sim_, socket_.c_str()); });
-    for (int i = 0; i < 1000 && access(socket_.c_str(), F_OK) != 0; ++i) usleep(2000);
+    // Ready when it answers (its socket file exists before it listens); one
+    // that never answers fails the test here, not later as a puzzling reply.
+    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    bool answered;
+    while (!(answered = answers(socket_.c_str())) && std::chrono::steady_clock::now() < deadline) usleep(10000);
+    if (!answered) ADD_FAILURE() << "the simulator on " << socket_ << " did not answer within 30 s";
   }
   ~InProcessSim() {
     sim::stopServing();
@@ -86,6 +93,15 @@ class InProcessSim {
   }
 
  private:
+  static bool answers(const char *socket) {
+    int fd = simConnect(socket, 1000);
+    if (fd < 0) return false;
+    char frame[4] = {}, reply[256];  // an empty frame is no call: answered without a change
+    size_t length = 0;
+    bool answered = simExchange(fd, frame, sizeof frame, reply, sizeof reply, &length);
+    close(fd);
+    return answered;
+  }
   TempDir dir_;
   std::string socket_ = dir_.file("sim.sock");
   ScopedEnv env_{{{"OPEN_SIM_SOCKET", socket_.c_str()}}};

@@ -77,26 +77,6 @@ char **requestEnvironment(char **params, char **own) {
 
 }  // namespace
 
-// The FastCGI library's printf is the only caller of frexp; the build sends
-// its calls here (CMakeLists.txt), so that the program needs no libm.
-extern "C" double __wrap_frexp(double x, int *exponent) {
-  *exponent = 0;
-  if (x == 0 || __builtin_isnan(x) || __builtin_isinf(x)) return x;
-  uint64_t bits;
-  memcpy(&bits, &x, sizeof bits);
-  int biased = static_cast<int>(bits >> 52 & 0x7ff), shift = 0;
-  if (biased == 0) {  // subnormal: scaled into the normal range first
-    x *= 0x1p64;
-    memcpy(&bits, &x, sizeof bits);
-    biased = static_cast<int>(bits >> 52 & 0x7ff);
-    shift = 64;
-  }
-  *exponent = biased - 1022 - shift;
-  bits = (bits & ~(uint64_t{0x7ff} << 52)) | uint64_t{1022} << 52;
-  memcpy(&x, &bits, sizeof x);
-  return x;
-}
-
 bool fastcgiStarted(void) {
   sockaddr_storage peer = {};
   socklen_t length = sizeof peer;

@@ -141,8 +141,8 @@ COMPOSITE = [
 ] + [T("GET if/%s?ifNum=0" % route, "", 10003) for route in ["admin-state", "auto-neg", "speed", "mtu-size", "descr",
                                                              "soft-shutdown-state", "intf-fec-mode", "link-trap",
                                                              "expandable-mode"]]
-FIXED = [T("GET if/%s?ifNum=3" % r, "", 17002) for r in ["encapsulation", "phy-properties", "ddisable-reason"]] + \
-    [T("PUT if/%s?ifNum=3" % route, "", 17002, "not json") for route in ["encapsulation", "phy-properties"]]
+# The routes that never serve refuse before they read a body.
+FIXED = [T("PUT if/%s?ifNum=3" % route, "", 17002, "not json") for route in ["encapsulation", "phy-properties"]]
 
 # Work files carry the process number, so that concurrent requests keep apart.
 SHOW = [("CliShowExecuteToFile", buf("show errdisable recovery"),

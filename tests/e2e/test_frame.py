@@ -106,14 +106,6 @@ class Frame(SimTestCase):
                           ("ERROR", "initHandler:902", "Open API Version retrieve error\n"), REFRESH]),
             (["fail openapiClientRegister -1"], "GET", NEXT, None, None, None, 255, b"",
              [("ERROR", "initHandler:870", "\nFailed to initialize RPC to OpEN. Exiting (result = -1)\n")]),
-            # The service answers at the second check; the full wait is left to the unit tests.
-            (["fail rpcclt_openapiConnectivityCheck -1 1"], "GET", IF + "/link-state", "ifNum=3", None, None,
-             0, UP, START[:1] + [("WARN", "initHandler:882", "RPC call can fail until server starts. Keep trying "
-                                 "(result = -1)\n")] + START[1:] + [REFRESH]),
-            ([], "GET", IF + "/no-such", "a=1", None, None, 0, b"",
-             START + [("ERROR", "httpdProcessRequest:231", "method not found:%s/no-such?a=1\nif\nno-such\n" % IF)]),
-            ([], "GET", NEXT, None, None, "nobody", 0, FORBIDDEN,
-             START + [("DEBUG", "checkSessionX:45", "/tmp/session/nobody file not exsits, ignore\n"), FORBID]),
             ([], "GET", NEXT, None, None, old, 0, FORBIDDEN,
              START + [("INFO", "checkSessionX:86", "Token timeout({n} - -99999).please login again. (userName: "
                                                     "admin\n timestamp: -99999\n)\r\n"), FORBID]),

@@ -270,20 +270,14 @@ class Responder:
 _tokens = itertools.count(1)
 
 
-def write_session(token, text):
+def new_session(user="admin", privilege=None, stamp=None, token=None):
     """A session file as the login program writes it: the serving user's own, in a folder of its own, neither
-    writable by anyone else (the program refuses anything else)."""
+    writable by anyone else (the program refuses anything else). Returns the token."""
+    token = token or "e2e%d-%d" % (os.getpid(), next(_tokens))
     os.makedirs(SESSION_DIR, mode=0o700, exist_ok=True)
     fd = os.open(os.path.join(SESSION_DIR, token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_NOFOLLOW, 0o600)
     with os.fdopen(fd, "w") as f:
-        f.write(text)
-
-
-def new_session(user="admin", privilege=None, stamp=None, token=None):
-    """Writes a session file as the login program would; returns the token."""
-    token = token or "e2e%d-%d" % (os.getpid(), next(_tokens))
-    write_session(token, "%s\n%d\n%s" % (user, uptime() if stamp is None else stamp,
-                                          privilege + "\n" if privilege else ""))
+        f.write("%s\n%d\n%s" % (user, uptime() if stamp is None else stamp, privilege + "\n" if privilege else ""))
     return token
 
 

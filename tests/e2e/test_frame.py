@@ -183,12 +183,10 @@ HOSTILE = [
      read_reply(0, "if", {"isExpandedModeSupported": "false"}), [(EXPAND_CALL, [0])]),
     ("GET", CAUSE, "cause=" + "pml" * 43, None, {}, read_reply(17002), []),
     # request paths and methods
-    ("GET", IF + "/" + LONG, None, None, {}, b"", []),
     ("GET", NEXT, "prevIfNum=3&" + LONG, None, {}, NEXT_4, ["openapiIfNextGet"]),
     ("GET", "x" * 2000, None, None, {}, b"Invalid request path '" + b"x" * 1023 + b"'\n", []),
     ("GET", "", None, None, {}, b"Invalid request path ''\n", []),
     ("X" * 5000, NEXT, None, None, {}, b"", []),
-    ("GET", NEXT, None, None, {"REQUEST_METHOD": None}, b"", []),
 ]
 
 

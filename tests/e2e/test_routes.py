@@ -130,7 +130,6 @@ COMPOSITE = [
     T("PUT if/expandable-mode", "", 10003, {"expandable-config-mode": "1x10G"}),
     # Refusals: reported where the page has no fallback, replaced where it has one.
     T("GET if/admin-state?ifNum=3", None, 17002, setup="fail openapiIfAdminStateGet -28"),
-    T("GET if/intf-fec-mode?ifNum=3", "IntfFECModeGet(3)", 17002),
     T("GET if/link-trap?ifNum=3", None, {"link-trap": "disable"}, setup="fail IfLinkTrapGet -1"),
     T("GET if/link-trap?ifNum=3", None, {"link-trap": "enable"}, setup="set IfLinkTrapGet 3 []"),
     T("GET if/descr?ifNum=1", None, {"description": ""}, setup="fail IfDescrGet -1"),

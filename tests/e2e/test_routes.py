@@ -124,7 +124,6 @@ COMPOSITE = [
     T("GET if/intf-fec-mode?ifNum=25", "IntfFECModeGet(25)", {"fec-mode": "auto", "fec-oper": "rs"}),
     T("GET if/expandable-mode?ifNum=25", "IntfExpandablePortConfigModeGet(25) IntfExpandablePortOperModeGet(25)",
       {"expandable-config-mode": "1x25G", "expandable-oper-mode": "1x25G"}),
-    T("PUT if/expandable-mode?ifNum=25", "IntfExpandablePortModeSet(25, 1)", 0, {"expandable-config-mode": "4X10g"}),
     T("PUT if/expandable-mode?ifNum=25", "IntfExpandablePortModeSet(25, 0)", 10003,
       {"expandable-config-mode": "1x50G"}),
     T("PUT if/expandable-mode", "", 10003, {"expandable-config-mode": "1x10G"}),

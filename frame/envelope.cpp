@@ -161,6 +161,4 @@ void replyEnvelope(uint32_t code, const char *group, const cJSON *data, LineEnd 
   if (reply) writeReply(reply.get(), end);
 }
 
-void replyWithCode(uint32_t code) { replyEnvelope(code, "if", nullptr, LineEnd::None); }
-
 void replyInvalidArgument(void) { replyEnvelope(CODE_INVALID_ARGUMENT, nullptr, nullptr, LineEnd::Newline); }

@@ -31,7 +31,6 @@ uint32_t openResultToCode(int result);
 // `dataKey` and `dataText` may be null; data is used only with code 0.
 uint32_t responseJsonRreallocStr(int32_t code, const char *dataKey, const char *dataText, char **reply);
 
-void replyWithCode(uint32_t code);
 void replyInvalidArgument(void);
 
 struct JsonDelete {

@@ -87,13 +87,28 @@ def private_view(script):
     return ["unshare", "-m", "sh", "-c", "set -e; %s; exec \"$0\" \"$@\"" % script]
 
 
+@contextlib.contextmanager
+def debug_logging():
+    """Level 7 (every message) in the level file the program maps, for the block; the level before put back."""
+    with os.fdopen(os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT, 0o640), "r+b") as f:
+        f.truncate(max(4, os.fstat(f.fileno()).st_size))  # the program maps four bytes
+        saved = f.read(1)
+        f.seek(0)
+        f.write(b"7")
+    try:
+        yield
+    finally:
+        with open(LEVEL_FILE, "r+b") as f:
+            f.write(saved if saved.isdigit() else b"6")
+
+
 class Sim:
     """A private open-sim daemon on its own socket (or `path`, as a restart) with the default or a named
     `scenario` and further `args` to serve; `wrap` prefixes its command."""
 
-    def __init__(self, wrap=None, path=None, program=OPEN_SIM, scenario=None, args=()):
+    def __init__(self, wrap=None, path=None, scenario=None, args=()):
         self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
-        self.proc = subprocess.Popen(list(wrap or []) + command(program, "serve", "--socket", self.socket,
+        self.proc = subprocess.Popen(list(wrap or []) + command(OPEN_SIM, "serve", "--socket", self.socket,
                                                                 *(["--scenario", scenario] if scenario else []),
                                                                 *args),
                                      stderr=subprocess.PIPE)
@@ -135,30 +150,20 @@ class Sim:
 
 
 class Lighttpd:
-    """A private lighttpd serving the program on a free loopback port, as the switch's web server does:
-    with the project's own configuration, or with `snippet` (an installed one) included in a bare one;
-    `wrap` prefixes its command."""
+    """A private lighttpd serving the program on a free loopback port, as the switch's web server does, with the
+    project's own configuration."""
 
-    def __init__(self, sim_socket, snippet=None, wrap=None, fastcgi=MODE == "fastcgi"):
+    def __init__(self, sim_socket, fastcgi=MODE == "fastcgi"):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
         self.port = probe.getsockname()[1]
         probe.close()
-        if snippet:  # as Debian runs it: as www-data, which must reach the socket
-            os.chmod(self.dir, 0o755)
-            conf = os.path.join(self.dir, "lighttpd.conf")
-            with open(conf, "w") as f:
-                f.write('server.modules = ("mod_setenv")\nserver.bind = "127.0.0.1"\nserver.port = %d\n'
-                        'server.document-root = "%s"\nserver.username = "www-data"\nserver.groupname = "www-data"\n'
-                        'setenv.add-environment = ("OPEN_SIM_SOCKET" => "%s")\ninclude "%s"\n'
-                        % (self.port, self.dir, sim_socket, snippet))
-        else:
-            conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
-                                                "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
-                                   "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True,
-                                  check=True, env=dict(os.environ, FASTCGI="1" if fastcgi else "")).stdout.strip()
+        conf = subprocess.run([os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts",
+                                            "lighttpd-conf.sh"), CGI, self.dir, str(self.port), sim_socket,
+                               "127.0.0.1", shlex.join(EXEC_WRAPPER)], capture_output=True, text=True,
+                              check=True, env=dict(os.environ, FASTCGI="1" if fastcgi else "")).stdout.strip()
         # The responders write to lighttpd's standard error.
         with open(os.path.join(self.dir, "stderr"), "wb") as err:
-            self.proc = subprocess.Popen(list(wrap or []) + ["lighttpd", "-D", "-f", conf], stderr=err)
+            self.proc = subprocess.Popen(["lighttpd", "-D", "-f", conf], stderr=err)
         for _ in range(200):  # ten seconds at most
             with socket.socket() as s:
                 if s.connect_ex(("127.0.0.1", self.port)) == 0:
@@ -201,13 +206,13 @@ class Responder:
 
     running = {}  # (open-sim socket, command prefix) -> Responder
 
-    def __init__(self, sim_socket, wrap=None, program=CGI):
+    def __init__(self, sim_socket, wrap=None):
         self.dir, self.out, self.err = tempfile.mkdtemp(), tempfile.TemporaryFile(), tempfile.TemporaryFile()
         self.path = os.path.join(self.dir, "s")
         with socket.socket(socket.AF_UNIX) as listener:
             listener.bind(self.path)
             listener.listen(16)
-            self.proc = subprocess.Popen(list(wrap or []) + command(program), stdin=listener, stdout=self.out,
+            self.proc = subprocess.Popen(list(wrap or []) + command(CGI), stdin=listener, stdout=self.out,
                                          stderr=self.err, env=dict(SANITIZER_ENV, PATH="/usr/bin:/bin",
                                                                    OPEN_SIM_SOCKET=sim_socket))
 
@@ -265,20 +270,14 @@ class Responder:
 _tokens = itertools.count(1)
 
 
-def write_session(token, text):
+def new_session(user="admin", privilege=None, stamp=None, token=None):
     """A session file as the login program writes it: the serving user's own, in a folder of its own, neither
-    writable by anyone else (the program refuses anything else)."""
+    writable by anyone else (the program refuses anything else). Returns the token."""
+    token = token or "e2e%d-%d" % (os.getpid(), next(_tokens))
     os.makedirs(SESSION_DIR, mode=0o700, exist_ok=True)
     fd = os.open(os.path.join(SESSION_DIR, token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_NOFOLLOW, 0o600)
     with os.fdopen(fd, "w") as f:
-        f.write(text)
-
-
-def new_session(user="admin", privilege=None, stamp=None, token=None):
-    """Writes a session file as the login program would; returns the token."""
-    token = token or "e2e%d-%d" % (os.getpid(), next(_tokens))
-    write_session(token, "%s\n%d\n%s" % (user, uptime() if stamp is None else stamp,
-                                          privilege + "\n" if privilege else ""))
+        f.write("%s\n%d\n%s" % (user, uptime() if stamp is None else stamp, privilege + "\n" if privilege else ""))
     return token
 
 

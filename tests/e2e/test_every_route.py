@@ -1,9 +1,11 @@
 """Every route that serves, called once on the default simulated switch with
-one set of typical inputs, held against the reference every_route.txt: the
-OpEN calls it made, with their inputs, and the exact reply. The transcript
-table shows why a route answers as it does; this one shows that none of the
-212 has drifted. After a deliberate change, IF_UPDATE_REFERENCE=1 writes the
-reference anew, to be read through in the diff before it is committed."""
+one set of typical inputs, held against the reference every_route.txt (the
+OpEN calls it made, with their inputs, and the exact reply) and against its
+operation in the OpenAPI document (the reply's schema, and the line end its
+description promises). The transcript table shows why a route answers as it
+does; this one shows that none of the 212 has drifted. After a deliberate
+change, IF_UPDATE_REFERENCE=1 writes the reference anew, to be read through
+in the diff before it is committed."""
 
 import json
 import os
@@ -12,6 +14,7 @@ import subprocess
 import unittest
 
 from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
+from test_openapi import check, ends_with_newline
 
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
@@ -49,7 +52,8 @@ def bodies_of(method, detail):
 
 class EveryRoute(SimTestCase):
     def transcript(self):
-        lines = []
+        """The transcript's text, and each reply as (method, path, reply bytes)."""
+        lines, replies = [], []
         # The switch as it stands at load: what moves with the clock stays.
         self.sim.ctl("clock", "pause")
         for key, detail in served_routes():
@@ -60,12 +64,13 @@ class EveryRoute(SimTestCase):
             lines.append(key)
             for body in bodies_of(method, detail):
                 reply = self.request(method, path + "/" + name, QUERY, body)
+                replies.append((method, path + "/" + name, reply.out.split(b"\r\n\r\n", 1)[1]))
                 calls = re.sub(r'"size": \d+, "text": "(/[^"]*)"', work_file, json.dumps(self.sim.calls()))
                 lines += ["  calls " + calls, "  reply " + json.dumps(reply.out.decode(errors="replace"))]
-        return "\n".join(lines) + "\n"
+        return "\n".join(lines) + "\n", replies
 
-    def test_every_route_answers_as_recorded(self):
-        got = self.transcript()
+    def test_every_route_answers_as_recorded_and_documented(self):
+        got, replies = self.transcript()
         if os.environ.get("IF_UPDATE_REFERENCE"):
             with open(REFERENCE, "w") as f:
                 f.write(got)
@@ -73,6 +78,18 @@ class EveryRoute(SimTestCase):
             expected = f.read()
         self.assertEqual(sum(not line.startswith(" ") for line in got.splitlines()), 212)
         self.assertEqual(got, expected)
+        document = json.loads(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
+        ops = {(method.upper(), path): op for path, item in document["paths"].items() for method, op in item.items()}
+        checked = []
+        for method, path, out in replies:
+            op, reply = ops[method, path], json.loads(out)
+            said, code = op["responses"]["200"]["description"], reply["resp"]["respCode"]
+            with self.subTest(operation=op["operationId"], code=code):
+                self.assertEqual(out.endswith(b"\n"), ends_with_newline(said, code), said)
+            checked.append({"operationId": op["operationId"], "reply": reply})
+        status, report = check(document, checked)
+        self.assertEqual(status, 0, report)
+        self.assertIn("%d of %d replies match" % (len(checked), len(checked)), report)
 
 
 class RouteDumpOptions(unittest.TestCase):

@@ -38,23 +38,14 @@ def applied(line):
 
 
 IDENTITY = [
-    T("GET if/first?ifType=2", "openapiIfFirstGet(2)", {"firstIfNum": 650}),
-    T("GET if/next?ifNum=28&ifType=1", "openapiIfNextGet(1, 28)", {"nextIfNum": 29}),
-    T("GET if/name?intf=25", "openapiIfNameGet(25)", {"intfName": "0/25"}),
-    T("GET if/type?ifNum=650", "openapiIfTypeGet(650)", {"ifType": "lag"}),
     T("GET if/type?ifNum=3", "openapiIfTypeGet(3)", {"ifType": "other"}, setup="set openapiIfTypeGet 3 99"),
-    T("GET if/link-state?ifNum=4", "openapiIfLinkStateGet(4)", {"linkState": "down"}),
     # A success that writes nothing shows the preset: "down" for the link, 0 ("phy") for the type.
     T("GET if/link-state?ifNum=3", "openapiIfLinkStateGet(3)", {"linkState": "down"},
       setup="fail openapiIfLinkStateGet 0"),
     T("GET if/type?ifNum=650", "openapiIfTypeGet(650)", {"ifType": "phy"}, setup="fail openapiIfTypeGet 0"),
-    T("GET if/opr-state?ifNum=7", "openapiIfOprStateGet(7)", {"val": "port_diag_disable"}),
     # Looked up loosely: the first piece holding the name counts.
     T("GET if/active-state?xinterface=2", "IfActiveStateGet(2)", {"intfActiveState": 1}),
     T("GET if/usm-db-if-index?xinterface=4&interface=3", "usmDbIfIndexGet(3)", {"ifIndex": 3}),
-    T("GET if/mac-addr?ifNum=26", "IfMacAddrGet(26)", {"mac_addr": "02:5A:10:00:00:1A"}),
-    T("GET cable-status?ifNum=4", "CableStatusGet(4)", {"cableStatus": "open", "lengthKnown": 0, "shortestLength": 0,
-                                                        "longestLength": 0, "cableFailureLength": 23}),
 ]
 
 COUNTER_CALLS = "InOctets OutOctets InUcastPkts OutUcastPkts InDiscards OutDiscards InErrors OutErrors".split()
@@ -82,22 +73,15 @@ def names(*pairs):
 
 
 COUNTERS = [
-    T("GET if/%s?interface=3" % re.sub(r"(?<!^)([A-Z])", r"-\1", c).lower(), "If%sGet(3)" % c, {"value": 100 + n},
-      setup="set If%sGet 3 %d" % (c, 100 + n)) for n, c in enumerate(COUNTER_CALLS + ["InUnknownProtos"])
-] + [
     T("GET if/out-errors?a=1&myinterface=7&interface=9", "IfOutErrorsGet(7)", {"value": 0}),
     # A failing counter reads 0; without a port every physical one is walked.
     T("GET if/counters", "openapiIfFirstGet(0) " + " ".join("If%sGet(1)" % c for c in COUNTER_CALLS) +
       " openapiIfNextGet(0, 1)", [counters(1, [0] + list(range(1, 8)))],
       setup=["set If%sGet 1 %d" % (c, n) for n, c in enumerate(COUNTER_CALLS)] +
       ["fail IfInOctetsGet -1", "fail openapiIfNextGet -29"]),
-    T("GET if/status?ifNum=26", " ".join("%s(26)" % c for c in STATUS_CALLS),
-      status(26, "25000", 18, "disable", "enable", "1x25G", "1x25G")),
     T("GET if/status?ifNum=26", None, status(26, "unknown", 0, "disable", "disable", None, None),
       setup=["fail %s -1" % c for c in STATUS_CALLS]),
     T("GET if/status?ifNum=0", "openapiIfFirstGet(0)", [], setup="fail openapiIfFirstGet -1"),
-    T("GET if/num?name=0%2F2", "openapiIfFirstGet(0) HashIntfUnitSlotPortGet(1) openapiIfNextGet(0, 1) "
-      "HashIntfUnitSlotPortGet(2)", names(("0/2", 2))),
     # The Nth LAG is computed from the first, not asked for; a VLAN is shown even as 0, and none past 4094 asked.
     T("GET if/num?name=lag3", "openapiIfFirstGet(2)", names(("lag3", 652))),
     T("GET if/num?name=vlan30", "RtrVlanIntfIfNumGet(30)", names(("vlan30", 0)), setup="set RtrVlanIntfIfNumGet 30 0"),
@@ -105,29 +89,21 @@ COUNTERS = [
     # All of them: ports without a unit, slot and port are left out, and VLANs without a routing interface.
     T("GET if/num", None, names(*[("0/%d" % p, p) for p in range(3, 29)], ("lag1", 650), ("lag2", 651),
                                 ("vlan1", 700), ("vlan10", 701)), setup="fail HashIntfUnitSlotPortGet -1 2"),
-    T("POST if/counters/reset?ifNum=999", "InterfaceStatsReset(999)", 10023),
     T("POST if/counters/reset?xifNum=3", "", 10003),
-    T("POST if/all-counters/reset?ifNum=4", "ResetAllInterfacesStats()", 0),
 ]
 
 ATTRIBUTES = [
-    T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_auto_neg"}),
     T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_unknown"},
       setup="set IfSpeedModeGet 3 []"),
-    T("GET if/active-media-type?ifNum=25", "IfActiveMediaTypeGet(25)", {"mediaType": "fiber"}),
-    T("GET if/pause-status?ifNum=3", "IfPauseStatusGet(3)", {"rxPauseAllowed": "true", "txPauseAllowed": "true"}),
     T("GET if/exp-port-root-port?ifNum=27", "IfExpPortRootPortGet(27)", {"rootSlot": 0, "rootPort": 25}),
     T("PUT if/speed?ifNum=25", "IfSpeedSet(25, 10)", 0, {"speed": "portctrl_portspeed_full_10gsx"}),
     T("PUT if/speed?ifNum=3", "IfSpeedSet(3, 20)", 10003, {"speed": "fast"}),
     T("PUT if/auto-neg?ifNum=3", "IfAutoNegSet(3, 1)", 0, {"AUTONEG": 1.9}),
-    T("PUT if/mtu-size?ifNum=3", "IfMtuSizeSet(3, 9000)", 0, {"mtu_size": 9000}),
-    T("PUT if/soft-shutdown-state?ifNum=3", "IfSoftShutdownStateSet(3, 1)", 0, {"soft_shut": "enable"}),
     T("PUT if/admin-state?ifNum=3", "IfAdminStateSet(3, 0)", 0, {"adminState": "Enable"}),
     # Older pages send the link trap as "mode".
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 1)", 0, {"mode": "enable"}),
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 0)", 0, {"link-trap": "disable", "mode": "enable"}),
     T("PUT if/descr?ifNum=3", [("IfDescrSet", 3, buf("d" * 255))], 0, {"descrip": "d" * 300}),
-    T("GET if/intf-expandable-port-next?prevIfNum=26", "IntfExpandablePortNextGet(26)", {"nextIfNum": 27}),
     T("GET if/intf-expandable-port-mode-supported?expandPortMode=quad_40g", "IntfExpandablePortModeSupportedGet(4)",
       {"isExpandedModeSupported": "true"}),
     T("GET if/intf-expandable-port-mode-supported?expandPortMode=x", "IntfExpandablePortModeSupportedGet(0)", 10000,
@@ -144,25 +120,15 @@ ATTRIBUTES = [
 SPEED_25G = {"configured-speed": "unknown", "operational-speed": "25000", "speed-mode": "25000",
              "configured-duplex": "auto", "operational-duplex": "unknown"}
 COMPOSITE = [
-    T("GET if/admin-state?ifNum=3", "openapiIfAdminStateGet(3)", {"admin-state": "up"}),
-    T("GET if/auto-neg?ifNum=25", "openapiIfAutoNegGet(25)", {"auto-negotiate": "disable"}),
     T("GET if/speed?ifNum=25", "IfSpeedModeGet(25) IfDuplexModeGet(25)", SPEED_25G),
-    T("GET if/mtu-size?ifNum=3", "IfEthernetHeaderSizeGet(3)", {"mtu": 0, "max-frame-size": 0,
-                                                                "ethernet-header-size": 18}),
-    T("GET if/descr?ifNum=1", "IfDescrGet(1)", {"description": "Uplink to core"}),
-    T("GET if/soft-shutdown-state?ifNum=3", "IfSoftShutdownStateGet(3)", {"soft-shutdown": "disable"}),
     T("GET if/intf-fec-mode?ifNum=25", "IntfFECModeGet(25)", {"fec-mode": "auto", "fec-oper": "rs"}),
-    T("GET if/link-trap?ifNum=3", "IfLinkTrapGet(3)", {"link-trap": "enable"}),
     T("GET if/expandable-mode?ifNum=25", "IntfExpandablePortConfigModeGet(25) IntfExpandablePortOperModeGet(25)",
       {"expandable-config-mode": "1x25G", "expandable-oper-mode": "1x25G"}),
-    T("GET if/expandable-mode?ifNum=3", None, {"expandable-config-mode": None, "expandable-oper-mode": None}),
-    T("PUT if/expandable-mode?ifNum=25", "IntfExpandablePortModeSet(25, 1)", 0, {"expandable-config-mode": "4X10g"}),
     T("PUT if/expandable-mode?ifNum=25", "IntfExpandablePortModeSet(25, 0)", 10003,
       {"expandable-config-mode": "1x50G"}),
     T("PUT if/expandable-mode", "", 10003, {"expandable-config-mode": "1x10G"}),
     # Refusals: reported where the page has no fallback, replaced where it has one.
     T("GET if/admin-state?ifNum=3", None, 17002, setup="fail openapiIfAdminStateGet -28"),
-    T("GET if/intf-fec-mode?ifNum=3", "IntfFECModeGet(3)", 17002),
     T("GET if/link-trap?ifNum=3", None, {"link-trap": "disable"}, setup="fail IfLinkTrapGet -1"),
     T("GET if/link-trap?ifNum=3", None, {"link-trap": "enable"}, setup="set IfLinkTrapGet 3 []"),
     T("GET if/descr?ifNum=1", None, {"description": ""}, setup="fail IfDescrGet -1"),
@@ -173,8 +139,8 @@ COMPOSITE = [
 ] + [T("GET if/%s?ifNum=0" % route, "", 10003) for route in ["admin-state", "auto-neg", "speed", "mtu-size", "descr",
                                                              "soft-shutdown-state", "intf-fec-mode", "link-trap",
                                                              "expandable-mode"]]
-FIXED = [T("GET if/%s?ifNum=3" % r, "", 17002) for r in ["encapsulation", "phy-properties", "ddisable-reason"]] + \
-    [T("PUT if/%s?ifNum=3" % route, "", 17002, "not json") for route in ["encapsulation", "phy-properties"]]
+# The routes that never serve refuse before they read a body.
+FIXED = [T("PUT if/%s?ifNum=3" % route, "", 17002, "not json") for route in ["encapsulation", "phy-properties"]]
 
 # Work files carry the process number, so that concurrent requests keep apart.
 SHOW = [("CliShowExecuteToFile", buf("show errdisable recovery"),
@@ -192,7 +158,6 @@ DDISABLE = [
     T("PUT if/ddisable-auto-recovery-interval", ["TxtCfgCompress", applied("errdisable recovery interval 10")], 10000,
       {"interval": 10}),
     T("PUT if/ddisable-auto-recovery-interval", "", 10003, {"interval": "300"}),
-    T("GET if/ddisable-auto-recovery-interval", SHOW, {"interval": 300}),
     T("GET if/ddisable-auto-recovery-interval", SHOW, 17002, setup=NO_SHOW),
     T("GET if/ddisable-auto-recovery-cause?cause=bpduguard", SHOW, {"mode": "enable"}, setup=SHOWS),
     T("GET if/ddisable-auto-recovery-cause?cause=pml", SHOW, 10000, setup=SHOWS),
@@ -207,11 +172,8 @@ DDISABLE = [
       setup="fail TxtCfgApply -1"),
     T("PUT if/ddisable-auto-recovery-cause", "", 10003, {"cause": "bpdustorm", "mode": "enable"}),
     T("GET if/ddisable-autorecovery-table-intf-next", "openapiIfFirstGet(0)", {"nextIfNum": 1}),
-    T("GET if/ddisable-autorecovery-table-intf-next?prevIfNum=5", "openapiIfNextGet(0, 5)", {"nextIfNum": 6}),
     T("GET if/ddisable-reason-intf-next?prevIfNum=28", "openapiIfNextGet(0, 28)", 10023),
     T("GET if/ddisable-reason-intf-next", "openapiIfFirstGet(0)", 10023, setup="fail openapiIfFirstGet -1"),
-    T("GET if/ddisable-autorecovery-table-feature-list",
-      [SHOW[0][:2] + (re.compile(r".*/ifCliFb_show_\d+_0"),)], {"featureList": FEATURES}),
     T("GET if/ddisable-autorecovery-table-feature-list", None, 10000, setup=NO_SHOW),
     T("GET if/ddisable-auto-recovery-time-left", "CliShowExecuteToFile", {"timeLeft": 123}, setup=SHOWS),
     T("GET if/ddisable-auto-recovery-time-left", None, 10000, setup=NO_SHOW),
@@ -219,53 +181,21 @@ DDISABLE = [
 
 HISTORY = "x2GreenEthrPwrSavHistoryIntf"
 GREEN = [
-    T("GET green/valid-intf-first", "GreenEthrValidIntfFirstGet()", {"intIfNum": 1}),
-    # Checks answer like reads, or like sets when the switch refuses.
-    T("POST green/is-valid-intf-type?intIfNum=3", "GreenEthrIsValidIntfType(3)", {"valid": "true"}),
-    T("POST green/is-intf-eee-capable?intIfNum=650", "GreenEthrIsIntfEEECapable(650)", {"valid": "false"}),
+    # A check fails like a set.
     T("POST green/is-valid-intf-type?intIfNum=999", None, 10023),
-    T("PUT green/energy-detect-mode?intIfNum=5", "GreenEthrEnergyDetectModeSet(5, 1)", 0, {"mode": "enable"}),
-    # Short reach speaks "true" where energy detect speaks "enable".
-    T("PUT green/shrt-rch-auto-mode?intIfNum=5", "GreenEthrShrtRchAutoModeSet(5, 1)", 0, {"mode": "true"}),
-    T("PUT green/shrt-rch-force-mode?intIfNum=5", "GreenEthrShrtRchForceModeSet(5, 0)", 0, {"mode": "enable"}),
-    T("GET green/energy-detect-admin-mode?intIfNum=13", "GreenEthrEnergyDetectAdminModeGet(13)", {"mode": "enable"}),
-    T("GET green/shrt-rch-auto-admin-mode?intIfNum=6", "GreenEthrShrtRchAutoAdminModeGet(6)", {"mode": "false"}),
-    T("GET green/energy-detect-opr-status?intIfNum=14", "GreenEthrEnergyDetectOprStatusGet(14)",
-      {"oprStatus": "true", "reason": "greenethr_no_energy"}),
     # A reason left unwritten reads as the invalid one.
     T("GET green/shrt-rch-opr-status?intIfNum=3", "GreenEthrShrtRchOprStatusGet(3)",
       {"oprStatus": "true", "reason": "greenethr_invalid_val"}, setup="set GreenEthrShrtRchOprStatusGet 3 [1]"),
-    T("GET green/energy-detect-opr-status-str?intIfNum=1", "GreenEthrEnergyDetectOprStatusStrGet(1)",
-      {"oprStatus": "false", "reasonStr": "Admin Mode Disabled"}),
-    T("GET green/global-energy-detect-mode", "GreenEthrGlobalEnergyDetectModeGet()", {"adminMode": "enable"}),
     T("PUT green/global-energy-detect-mode", "GreenEthrGlobalEnergyDetectModeSet(0)", 0, {"adminMode": "true"}),
-    T("POST eee/is-valid-intf?intIfNum=12", "GreenEthrEeeIsValidIntf(12)", {"valid": "true"}),
-    T("PUT eee/admin-mode?intIfNum=7", "GreenEthrEeeAdminModeSet(7, 0)", 0, {"adminMode": "disable"}),
     T("PUT eee/tx-idle-time?intIfNum=2", "GreenEthrEeeTxIdleTimeSet(2, 30)", 0, {"eeeTxIdleTime": 30.9}),
-    T("DELETE eee/statistics?intIfNum=1", "GreenEthrEeeStatisticsClear(1)", 0),
     T("GET eee/tx-duration?intIfNum=4", "GreenEthrEeeTxDurationGet(4)", {"high": 1, "low": 5},
       setup="set GreenEthrEeeTxDurationGet 4 [1,5]"),
     # Registered twice: the broken-down form, registered later, serves.
     T("GET eee/time-since-last-stats-reset?intIfNum=3", "xGreenEthrEeeTimeSinceLastStatsResetGet(3)",
       {"days": 2, "hours": 23, "minutes": 59, "seconds": 1},
       setup="set xGreenEthrEeeTimeSinceLastStatsResetGet 3 [2,23,59,1]"),
-    T("GET eee/total-lpi-time", "GreenEthrEeeTotalLpiTimeGet()", {"lpiTotalTime": 5843211}),
-] + [T("GET eee/%s?intIfNum=2" % route, "GreenEthrEee%sGet(2)" % call, {call[0].lower() + call[1:]: value})
-     # Our echo is the partner's wake time, as the local summary shows it.
-     for route, call, value in [("tx-twsys", "TxTwsys", 17), ("echo-rx-twsys", "EchoRxTwsys", 30)]] + [
-    # The remote values take the interface before the remote index.
-    T("GET eee/%s?remIndex=1&intIfNum=2&timestamp=4711" % route, "GreenEthrEee%sGet(2, 1, 4711)" % call,
-      {call[0].lower() + call[1:]: value})
-    for route, call, value in [("rem-tx-twsys", "RemTxTwsys", 30), ("rem-rx-twsys-echo", "RemRxTwsysEcho", 17)]] + [
-    T("GET eee/local-summary?intIfNum=8", "GreenEthrEeeLocalSummaryGet(8)",
-      {"twSysTx": 17, "twSysTxEcho": 0, "twSysRx": 17, "twSysRxEcho": 0, "twSysTxFallback": 17, "txDllEnabled": 1,
-       "txDllReady": 0, "rxDllEnabled": 1, "rxDllReady": 0}),
-    T("GET eee/remote-summary?intIfNum=1", "GreenEthrEeeRemoteSummaryGet(1)",
-      {"twSysTx": 30, "twSysTxEcho": 17, "twSysRx": 30, "twSysRxEcho": 17, "twSysTxFallback": 30}),
     T("GET eee/features-supported?unit=2", "GreenEthrFeaturesSupportedGet(2)", {"featureString": "EEE"},
       setup="set GreenEthrFeaturesSupportedGet 2 EEE"),
-    T("GET est/intf-cur-pwr?intIfNum=1", "GreenPwrEstIntfCurPwrGet(1)", {"pwrConsumption": 560}),
-    T("DELETE est/ethr-intf-statistics?intIfNum=4", "GreenEthrIntfStatisticsClear(4)", 0),
     # Switch-wide values despite "intf" in their names.
     T("PUT hist/ethr-eee-lpi-history-intf-sample-interval", "GreenEthrEeeLpiHistoryIntfSampleIntervalSet(15)", 0,
       {"sampleInterval": 15.7}),
@@ -285,55 +215,32 @@ GREEN = [
     T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 17002),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
-    T("DELETE hist/intf-statistics?intIfNum=3", "GreenEthrPwrSavHistoryIntfStatisticsClear(3)", 0),
 ]
 
 MAC_2, MAC_4, MAC_25 = "3C:EC:EF:10:20:31", "00:11:22:33:44:55", "00:25:90:AA:BB:01"
 PML = [
-    T("GET pml/global-admin-mode", "PmlGlobalAdminModeGet()", {"adminMode": "enable"}),
     T("PUT pml/global-admin-mode", "PmlGlobalAdminModeSet(0)", 0, {}),
     T("PUT pml/vlan-admin-mode", "PmlVlanAdminModeSet(1)", 0, {"adminmode": "enable"}),
-    T("GET pml/next-valid-intf?ifNum=8", "PmlNextValidIntfGet(8)", {"nextIfNum": 9}),
-    # A check registered as POST that replies like a read.
-    T("POST pml/intf-is-valid?ifNum=650", "PmlIntfIsValid(650)", {"isValid": "false"}),
-    # Read as "mode", written as "intfMode"; the sticky mode read as "stickyMode", written as "sticky".
-    T("GET pml/intf-mode?ifNum=2", "PmlIntfModeGet(2)", {"mode": "enable"}),
+    # Written as "intfMode" and "sticky", case aside.
     T("PUT pml/intf-mode?ifNum=4", "PmlIntfModeSet(4, 1)", 0, {"INTFMODE": "enable"}),
     T("PUT pml/intf-mode?ifNum=4", "PmlIntfModeSet(4, 0)", 0, {"mode": "enable"}),
-    T("GET pml/intf-sticky-mode?ifNum=5", "PmlIntfStickyModeGet(5)", {"stickyMode": "enable"}),
     T("PUT pml/intf-sticky-mode?ifNum=4", "PmlIntfStickyModeSet(4, 1)", 0, {"Sticky": "enable"}),
     T("PUT pml/intf-sticky-mode?ifNum=4", "PmlIntfStickyModeSet(4, 0)", 0, {"stickyMode": "enable"}),
-    T("GET pml/intf-dynamic-limit?ifNum=2", "PmlIntfDynamicLimitGet(2)", {"limit": 32}),
     T("PUT pml/intf-dynamic-limit?ifNum=6", "PmlIntfDynamicLimitSet(6, 4294967295)", 10003, {"limit": 5e9}),
-    # The count answers under "limit".
-    T("GET pml/intf-static-count?ifNum=2", "PmlIntfStaticCountGet(2)", {"limit": 1}),
     T("PUT pml/intf-violation-ddisable-mode?ifNum=3", "PmlIntfViolationDDisableModeSet(3, 0)", 0, {"mode": True}),
-    T("GET pml/intf-last-violation-addr?ifNum=3", "PmlIntfLastViolationAddrGet(3)",
-      {"macAddr": "00:1B:21:3A:4F:92", "vlanId": 10}),
-    # The VLAN violation modes speak "true"/"false", unlike the interface ones.
-    T("GET pml/vlan-violation-ddisable-mode?vlanId=10", "PmlVlanViolationDDisableModeGet(10)", {"mode": "false"}),
+    # The VLAN violation modes take "true", the trap mode "enable" being no "true".
     T("PUT pml/vlan-violation-ddisable-mode?vlanId=1", "PmlVlanViolationDDisableModeSet(1, 1)", 0, {"mode": "true"}),
     T("PUT pml/vlan-violation-trap-mode?vlanId=10", "PmlVlanViolationTrapModeSet(10, 0)", 0, {"mode": "enable"}),
-    T("GET pml/vlan-mode?vlanId=10", "PmlVlanModeGet(10)", {"mode": 1}),
     T("GET pml/intf-vlan-dynamic-limit?ifNum=2&xvlanId=9&vlanId=10", "PmlIntfVlanDynamicLimitGet(2, 10)",
       {"limit": 4096}),
-    T("PUT pml/intf-vlan-dynamic-limit?ifNum=4&vlanId=10", "PmlIntfVlanDynamicLimitSet(4, 10, 8)", 0, {"limit": 8}),
-    T("GET pml/intf-vlan-dynamic-learned-addr-count?vlanId=10&ifNum=25",
-      "PmlIntfVlanDynamicLearnedAddrCountGet(25, 10)", {"count": 2}),
-    # The walks are POST although the first-entry routes read no body.
-    T("POST pml/intf-static-entry-get-first?ifNum=2", "PmlIntfStaticEntryGetFirst(2)",
-      {"macAddr": MAC_2, "vlanId": 1, "isSticky": "false"}),
+    # A walk's end: a POST that answers read-shaped.
     T("POST pml/intf-static-entry-get-first?ifNum=4", None, read_reply(10023)),
     T("POST pml/intf-static-entry-get-next?ifNum=2", [("PmlIntfStaticEntryGetNext", 2, buf("", 18), 0)],
       {"nextMacAddr": MAC_2, "nextVlanId": 1, "isnextEntrySticky": "false"}, {}),
-    T("POST pml/intf-dynamic-entry-get-first?ifNum=1", "PmlIntfDynamicEntryGetFirst(1)",
-      {"macAddr": "00:1A:2B:3C:4D:01", "vlanId": 1}),
     T("POST pml/intf-dynamic-entry-get-next?ifNum=1&vlanId=1",
       [("PmlIntfDynamicEntryGetNext", 1, buf("00:1A:2B:3C:4D:01", 18), 1)],
       {"nextMacAddr": "00:1A:2B:3C:4D:02", "nextVlanId": 1}, {"macAddr": "00:1A:2B:3C:4D:01"}),
-    # The VLAN-based walk is keyed by the address alone; "vlanId" in both replies.
-    T("POST pml/vlan-dynamic-entry-get-first?ifNum=25", "PmlVlanDynamicEntryGetFirst(25)",
-      {"macAddr": MAC_25, "vlanId": 10}),
+    # The VLAN-based walk is keyed by the address alone.
     T("POST pml/vlan-dynamic-entry-get-next?ifNum=25", [("PmlVlanDynamicEntryGetNext", 25, buf(MAC_25, 18))],
       {"nextMacAddr": "00:25:90:AA:BB:02", "vlanId": 10}, {"macAddr": MAC_25}),
     # Added with the address in the body, deleted with it in the query.
@@ -341,7 +248,6 @@ PML = [
       {"MacAddr": MAC_4 + ":66", "sticky": "true"}),
     T("DELETE pml/intf-static-entry?ifNum=2&macAddr=3C%3AEC%3AEF%3A10%3A20%3A31&vlanId=1",
       [("PmlIntfStaticEntryDelete", 2, buf(MAC_2, 18), 1)], 0),
-    T("POST pml/intf-dynamic-to-static-move?ifNum=25", "PmlIntfDynamicToStaticMove(25)", 0),
     T("PUT pml/dot1qci-stream?ifNum=1&vlanId=10", [("PmlDot1qciStreamSet", 1, buf("F4:8E:38:11:22:33", 18), 10, 40)], 0,
       {"macAddr": "F4:8E:38:11:22:33", "streamID": 40.5}),
     T("GET pml/dot1qci-stream?ifNum=2&vlanId=1&macAddr=" + MAC_2, [("PmlDot1qciStreamGet", 2, buf(MAC_2, 18), 1)],
@@ -352,20 +258,13 @@ PML = [
 
 LED = "InterfaceAppPortRGBLedColorSupportGet"
 INTERFACE_APP = [
-    T("GET app/time-range?intIfNum=10", "InterfaceAppTimeRangeGet(10)", {"timeRange": "office-hours"}),
-    T("PUT app/time-range?intIfNum=3", [("InterfaceAppTimeRangeSet", 3, buf("weekend"))], 0, {"timeRange": "weekend"}),
     # The name goes to the switch whole: the length limit is the switch's.
     T("PUT app/time-range?intIfNum=3", [("InterfaceAppTimeRangeSet", 3, buf("n" * 600))], 10003,
       {"timeRange": "n" * 600}),
     T("PUT app/time-range?intIfNum=3", "", 10003, "not json"),
-    T("GET app/port-rgb-led-color-support?ifNum=13", LED + "(13)", {"isRGBLedColorSupported": "false"}),
     # The colour mode is switch-wide: the support question names interface 1 whatever the unit.
     T("PUT app/rgb-led-color-mode?unit=5", LED + "(1) InterfaceAppRGBLedColorModeSet(5, 1)", 10023, {"mode": "enable"}),
-    T("GET app/rgb-led-color-mode?unit=1", LED + "(1) InterfaceAppRGBLedColorModeGet(1)", {"mode": "enable"}),
     T("PUT app/port-rgb-led-color?ifNum=3", LED + "(3) InterfaceAppPortRGBLedColorSet(3, 2)", 0, {"color": 2.7}),
-    T("GET app/port-rgb-led-color?ifNum=3", LED + "(3) InterfaceAppPortRGBLedColorGet(3)", {"color": 2}),
-    T("PUT app/port-rgb-led-color-brightness?ifNum=3", LED + "(3) InterfaceAppPortRGBLedColorBrightnessSet(3, 55)", 0,
-      {"brightness": 55}),
     # A port without a colour LED, or a failed question, stops at the gate, before any body is read.
     T("GET app/port-rgb-led-color?ifNum=20", LED + "(20)", 17002),
     T("PUT app/port-rgb-led-color-brightness?ifNum=20", LED + "(20)", 17002, "not json"),
@@ -374,8 +273,9 @@ INTERFACE_APP = [
 ]
 
 # How OpEN results and unparsable bodies reach the client, once per reply shape: a read ends without
-# a newline, a set with one and without a group; a check fails like a set.
-RESULTS = [(-22, 10003), (-24, 10011), (-28, 17002), (-29, 10023), (-1, 10000), (-30, 10000), (5, 10000)]
+# a newline, a set with one and without a group; a check fails like a set. Each result's code is the
+# envelope's unit test's.
+RESULTS = [(-28, 17002), (5, 10000)]
 SHAPES = [T("GET if/type?ifNum=1", "openapiIfTypeGet(1)", code, setup="fail openapiIfTypeGet %d" % result)
           for result, code in RESULTS] + \
     [T("PUT if/admin-state?ifNum=3", "IfAdminStateSet(3, 1)", code, {"adminState": "enable"},

@@ -28,7 +28,6 @@ TEST(Envelope, ReplyShapes) {
       {[&] { replyRead(10023, "if", data.get()); }, envelope("", 10023, "Request api not found")},
       {[] { replySetResult(0); }, envelope("", 0, "Success") + "\n"},
       {[] { replyInvalidArgument(); }, envelope("", 10003, "Invalid argument") + "\n"},
-      {[] { replyWithCode(17002); }, envelope("", 17002, "Unsupported Feature")},
   };
   for (const Case &c : cases) {
     testing::internal::CaptureStdout();

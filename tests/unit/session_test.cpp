@@ -92,7 +92,6 @@ TEST_F(SessionFiles, TheCheckAgesOutRefreshesOrLeavesTheFile) {
       {"admin\n4000\n", 5000, nullptr, METHOD_PUT, 0, "admin\n5000\nt"},
       {"admin\n5000\nt", 5100, nullptr, METHOD_GET, 0, "admin\n5100\nt"},  // its own output read back
       {"admin\n900\na-much-longer-old-tail\n", 1000, nullptr, METHOD_GET, 0, "admin\n1000\nt"},
-      {"alice\n200\nrw\n", 300, nullptr, METHOD_DELETE, 0, "alice\n300\nrw\nt"},
       {"bob\n200\nro\n", 300, nullptr, METHOD_PUT, -1, "bob\n200\nro\n"},
       {"bob\n200\nro\n", 300, nullptr, METHOD_GET, 0, "bob\n300\nro\nt"},
       {"carol\n200\nxx\n", 300, nullptr, METHOD_GET, -1, "carol\n200\nxx\n"},

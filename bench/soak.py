@@ -11,14 +11,15 @@ CGI run (60)."""
 
 import collections, fcntl, http.client, json, os, random, re, sys, tempfile, threading, time  # noqa: E401
 
-from harness import BUILD, LEVEL_FILE, LOG_FILE, SESSION_DIR, Lighttpd, Sim, envelope, new_session, uptime
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "e2e"))
+from harness import BUILD, LOG_FILE, SESSION_DIR, Lighttpd, Sim, debug_logging, envelope, new_session, uptime
 
 SECONDS, WORKERS = float(os.environ.get("SOAK_SECONDS", "60")), 16
 REQUESTS, RSS_FIRST, RSS_SLACK = int(os.environ.get("SOAK_REQUESTS", "100000")), 1000, 0.05
 SANITIZED = "IF_SANITIZE:BOOL=ON" in open(os.path.join(BUILD, "CMakeCache.txt")).read()
 CLIENT_TIMEOUT = 40  # past the 18 s connectivity wait: no reply by then is a hang
 ROTATE, SLACK = 1 << 20, 1 << 16  # SLACK: what other processes may append between a crossing and its rotation
-REPORT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "RELIABILITY.md")
+REPORT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "RELIABILITY.md")
 PREFIX = rb"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \((?:ERROR|WARN|INFO|DEBUG)\): quill_cgi: "
 # A whole record: one line, or the session refresh, whose text spans three.
 RECORD = re.compile(PREFIX + rb"\[\w+:\d+\] (?:Token update to file\. \(admin\n\d+\n[^\n]+\)\r\n|[^\n]*\n)")
@@ -59,7 +60,8 @@ class Load:
             (port, attr), value = rng.choice(sorted(mine.items()))
             shown = value if attr == "descr" else "up" if value == "enable" else "down"
             return "read", "GET", "%s?ifNum=%d" % (attr, port), None, admin, reply(0, {KEYS[attr][1]: shown}), None
-        return "read", "GET", "link-state?ifNum=3", None, admin, reply(0, {"linkState": "up"}), None
+        # Not the link state: a worker's admin-state may take any port's link down.
+        return "read", "GET", "type?ifNum=3", None, admin, reply(0, {"ifType": "phy"}), None
 
     def worker(self, w, stop):
         rng, mine, seq = random.Random(w), {}, 0
@@ -165,10 +167,11 @@ def run_load(load, server, fastcgi, faults):
 
 def main():
     report, failed = [], False
-    for fastcgi in (False, True):
-        lines, faults = soak(fastcgi)
-        report += lines
-        failed = failed or bool(faults)
+    with debug_logging():  # every request logs, so that the log crosses 1 MiB many times
+        for fastcgi in (False, True):
+            lines, faults = soak(fastcgi)
+            report += lines
+            failed = failed or bool(faults)
     marker = "soak figures" + (", sanitizer build" if SANITIZED else "")
     text = open(REPORT).read()
     begin, end = text.index("<!-- %s -->\n" % marker), text.index("<!-- end of %s -->" % marker)
@@ -182,14 +185,8 @@ def soak(fastcgi):
     os.makedirs("/mnt/application/quill/tmp", exist_ok=True)
     sim, faults, samples, stop = Sim(), [], [], threading.Event()
     admin, viewer, log, began = new_session(), new_session("viewer", "ro"), LogWatch(), uptime()
-    server = Lighttpd(sim.socket, fastcgi)
-    with os.fdopen(os.open(LEVEL_FILE, os.O_RDWR | os.O_CREAT | os.O_APPEND, 0o640), "a+b") as f:
-        f.truncate(max(4, os.fstat(f.fileno()).st_size))  # the program maps four bytes
-        f.seek(0)
-        saved = f.read(1)
+    server = Lighttpd(sim.socket, fastcgi=fastcgi)
     try:
-        with open(LEVEL_FILE, "r+b") as f:
-            f.write(b"7")  # every request logs, so that the log crosses 1 MiB many times
         log.start()
         # A sample of the session file every 50 ms while the load runs.
         sampler = threading.Thread(target=lambda: [samples.append(read_session(admin)) for _ in iter(
@@ -217,8 +214,6 @@ def soak(fastcgi):
             "longest request: %.2f s; none went without a reply" % max(o[4] for o in load.outcomes)] +
             log.check(faults))
     finally:
-        with open(LEVEL_FILE, "r+b") as f:
-            f.write(saved if saved.isdigit() else b"6")
         server.stop()
         sim.stop()
     report += ["Lost: " + ("nothing" if not faults else "; ".join(faults)), ""]

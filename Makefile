@@ -115,7 +115,7 @@ run: build
 soak: build
 	@scripts/install-deps.sh e2e
 	@scripts/prepare-switch-dirs.sh
-	@IF_BUILD_DIR=$(abspath $(BUILD)) python3 bench/soak.py
+	@IF_BUILD_DIR=$(abspath $(BUILD)) python3 tests/e2e/soak.py
 
 # The same with the sanitizer build; LeakSanitizer checks each responder when lighttpd stops it. ASan's
 # quarantine would keep up to 256 MiB of freed memory resident and read as growth: 1 MiB here.
@@ -124,7 +124,7 @@ soak-sanitize: deps
 	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
 	@scripts/prepare-switch-dirs.sh
 	@$(SANITIZER_OPTIONS) IF_BUILD_DIR=$(abspath $(SANITIZE_BUILD)) \
-	  ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86:quarantine_size_mb=1 python3 bench/soak.py
+	  ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86:quarantine_size_mb=1 python3 tests/e2e/soak.py
 
 # Cross build for aarch64; every program it starts goes through qemu-aarch64.
 BUILD_ARM64 ?= build-arm64

@@ -11,7 +11,6 @@ CGI run (60)."""
 
 import collections, fcntl, http.client, json, os, random, re, sys, tempfile, threading, time  # noqa: E401
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "e2e"))
 from harness import BUILD, LOG_FILE, SESSION_DIR, Lighttpd, Sim, debug_logging, envelope, new_session, uptime
 
 SECONDS, WORKERS = float(os.environ.get("SOAK_SECONDS", "60")), 16
@@ -19,7 +18,7 @@ REQUESTS, RSS_FIRST, RSS_SLACK = int(os.environ.get("SOAK_REQUESTS", "100000")),
 SANITIZED = "IF_SANITIZE:BOOL=ON" in open(os.path.join(BUILD, "CMakeCache.txt")).read()
 CLIENT_TIMEOUT = 40  # past the 18 s connectivity wait: no reply by then is a hang
 ROTATE, SLACK = 1 << 20, 1 << 16  # SLACK: what other processes may append between a crossing and its rotation
-REPORT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "RELIABILITY.md")
+REPORT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "RELIABILITY.md")
 PREFIX = rb"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \((?:ERROR|WARN|INFO|DEBUG)\): quill_cgi: "
 # A whole record: one line, or the session refresh, whose text spans three.
 RECORD = re.compile(PREFIX + rb"\[\w+:\d+\] (?:Token update to file\. \(admin\n\d+\n[^\n]+\)\r\n|[^\n]*\n)")

@@ -21,6 +21,18 @@ mount -t proc proc "$root/proc"
 mount --rbind /dev "$root/dev"
 mount -t tmpfs tmpfs "$root/run"
 mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
+# dpkg's and apt's state as copies of their own, since other work may install here meanwhile and an
+# overlay's lower layer must not change under it; the downloaded packages as links.
+for state in var/lib/dpkg var/lib/apt var/cache/apt/archives; do
+  mkdir -p "$base/$state"
+  if [ "$state" = var/cache/apt/archives ]; then
+    mkdir "$base/$state/partial"
+    find "/$state" -maxdepth 1 -name '*.deb' -exec cp -l -t "$base/$state" {} +
+  else
+    cp -a "/$state/." "$base/$state/"
+  fi
+  mount --bind "$base/$state" "$root/$state"
+done
 # No daemon a package brings starts: the overlay shares this machine's network.
 printf '#!/bin/sh\nexit 101\n' > "$root/usr/sbin/policy-rc.d"
 chmod 755 "$root/usr/sbin/policy-rc.d"
@@ -44,7 +56,8 @@ base_system=$(chroot "$root" apt-cache depends --recurse --installed --no-recomm
   print $1 }') | grep -v '^ ')
 installed() {
   { dpkg-query --admindir="$root/var/lib/dpkg" -W -f '${db:Status-Abbrev} ${Package} ${Architecture}\n' "$@" \
-      2>/dev/null || true; } | awk '$1 == "ii" && $3 != "arm64" { print $2 }' | { grep -vxF "$base_system" || true; } | sort -u
+      2>/dev/null || true; } | awk '$1 == "ii" && $3 != "arm64" { print $2 }' |
+    { grep -vxF "$base_system" || true; } | sort -u
 }
 words() { tr -s ' \n' '  '; }
 commands=$(sed -n '/^commands="/,/^"/p' "$tree/scripts/install-deps.sh" | awk 'NF == 3 { print $2 }' | words)
@@ -61,7 +74,7 @@ purge=$(installed $owners $build_depends | words)
 phase "purge" "apt-get purge -y -q --allow-remove-essential '?architecture(arm64)' >/dev/null
   dpkg --remove-architecture arm64
   apt-get purge -y -q --autoremove $purge >/dev/null
-  rm -rf build-fresh build-fresh-arm64 node_modules"
+  rm -rf build-fresh build-fresh-arm64 build-fresh-deb node_modules"
 # shellcheck disable=SC2086
 left=$(installed $purge)
 [ -z "$left" ] || { echo "test-fresh: still installed after the purge: $left" >&2; exit 1; }
@@ -87,6 +100,7 @@ phase "e2e" "scripts/install-deps.sh e2e
   lighttpd -v; node -v; npm -v; python3 --version
   unshare --net bash -ec $(printf %q "$make_run")"
 phase "package" "scripts/install-deps.sh package
+  make package-tree PACKAGE_WORK=build-fresh-deb
   $cross -DIF_BUILD_TESTS=OFF >/dev/null
   cmake --build build-fresh-arm64 -j 2 --target open-sim"
 phase "arm64" "scripts/install-deps.sh arm64

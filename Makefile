@@ -8,6 +8,7 @@
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
 # make package  the Debian packages for x86-64 and the switch's arm64, and the source package, into dist/
 # make piuparts  the x86-64 packages installed and purged in a fresh Debian chroot
+# make test-fresh  install-deps.sh on this machine with every package it installs purged, mode by mode (root; minutes)
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
@@ -22,7 +23,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
+.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test test-fresh test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
 
 all: build
 
@@ -84,6 +85,11 @@ piuparts: package-native
 	@scripts/install-deps.sh piuparts
 	@piuparts -d $(shell . /etc/os-release && echo $$VERSION_CODENAME) $(if $(PIUPARTS_MIRROR),-m $(PIUPARTS_MIRROR)) \
 	  --warn-on-others $(wildcard $(PACKAGE_DIR)/*_$(NATIVE_ARCH).deb)
+
+# Each mode of install-deps.sh on a throw-away overlay of this machine with every package it can install
+# purged, then what the mode serves: some minutes and downloads, so not part of make test.
+test-fresh:
+	@tests/fresh/fresh.sh
 
 # What git tracks and would track, as it stands in the work tree.
 package-tree:

@@ -1,5 +1,5 @@
 // Shared by the unit tests: environment, temporary folders, a logger that
-// writes into one, and the simulated switch in a thread.
+// writes into one, the simulated switch in-process and in a thread.
 #ifndef TESTS_UNIT_TEST_SUPPORT_H
 #define TESTS_UNIT_TEST_SUPPORT_H
 
@@ -70,6 +70,29 @@ struct LogCapture {
   std::string log = dir.file("k.log"), old = dir.file("k.log.old"), levelFile = dir.file("level");
   LogFiles files = {log.c_str(), old.c_str(), levelFile.c_str()};
 };
+
+// A control word's status and output, as `open-sim ctl` would print them.
+struct Ctl {
+  int status;
+  std::string out;
+};
+inline Ctl ctl(sim::Sim &s, const std::vector<std::string> &words) {
+  Ctl r;
+  r.status = sim::handleControl(s, words, &r.out);
+  return r;
+}
+inline sim::Arg simArg(wire::Kind kind, uint64_t num = 0, const std::string &text = "") {
+  sim::Arg a;
+  a.kind = kind;
+  a.num = num;
+  a.text = text;
+  return a;
+}
+// A port's value as a one-number getter answers it; -1 when it refuses.
+inline int64_t simRead(sim::Sim &s, const char *call, uint64_t port) {
+  sim::Call c{call, {simArg(wire::kInNum, port), simArg(wire::kOutNum)}};
+  return sim::handleCall(s, c) == 0 ? static_cast<int64_t>(c.args[1].num) : -1;
+}
 
 // The default simulated switch, changed by control words before any client
 // connects, served from a thread for one scope.

@@ -77,9 +77,11 @@ static bool fakeUptime(long *now) { return *now = gNow, true; }
 static bool noUptime(long *) { return false; }
 
 struct SessionFiles : testing::Test {
-  int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime) {
+  // `folder` empty: the fixture's own.
+  int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime,
+            const std::string &folder = "") {
     Route route = {nullptr, method, 1, nullptr, nullptr};
-    return checkSessionIn(SessionEnv{dir.path.c_str(), clock}, token, refresh, &route);
+    return checkSessionIn(SessionEnv{(folder.empty() ? dir.path : folder).c_str(), clock}, token, refresh, &route);
   }
   TempDir dir;
 };
@@ -197,8 +199,7 @@ TEST_F(SessionFiles, OnlyAFolderAndFileOfTheProgramsOwnUserAreTrusted) {
       make(file, c.made, c.mode, false, decoy);
     }
     testing::internal::CaptureStderr();
-    Route route = {nullptr, METHOD_GET, 1, nullptr, nullptr};
-    int result = checkSessionIn(SessionEnv{(folder + "/").c_str(), fakeUptime}, "t", nullptr, &route);
+    int result = check("t", nullptr, METHOD_GET, fakeUptime, folder + "/");
     std::string err = testing::internal::GetCapturedStderr();
     bool accepted = c.made == Made::Own;
     EXPECT_EQ(result, accepted ? 0 : -1);
@@ -241,8 +242,7 @@ TEST_F(SessionFiles, ARacerSwappingNamesNeverGetsTheBadOneAccepted) {
       while (!stop) renameat2(AT_FDCWD, swapped.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
     });
     testing::internal::CaptureStderr();
-    Route route = {nullptr, METHOD_GET, 1, nullptr, nullptr};
-    for (int i = 0; i < 2000; ++i) checkSessionIn(SessionEnv{(good + "/").c_str(), fakeUptime}, "t", nullptr, &route);
+    for (int i = 0; i < 2000; ++i) check("t", nullptr, METHOD_GET, fakeUptime, good + "/");
     stop = true;
     racer.join();
     testing::internal::GetCapturedStderr();

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -52,6 +53,26 @@ struct TempDir {
   ~TempDir() { std::system(("rm -rf " + path).c_str()); }
   std::string file(const std::string &name) const { return path + name; }
 };
+
+// What a local user can leave in a name's place before the program opens
+// it: a file (a folder, with `folder`) of ours with `mode` (Own, Mode) or of
+// nobody; a link to `target`; a FIFO; a folder or a file whatever `folder`
+// says; or nothing.
+enum class Plant { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
+inline void plantAt(const std::string &path, Plant plant, mode_t mode, bool folder, const std::string &target,
+                    const std::string &text) {
+  bool asFolder = plant <= Plant::OtherOwner ? folder : plant == Plant::Folder;
+  int failed = 0;
+  unlink(path.c_str());
+  if (plant == Plant::Missing) return;
+  if (plant == Plant::Link) failed = symlink(target.c_str(), path.c_str());
+  else if (plant == Plant::Fifo) failed = mkfifo(path.c_str(), 0600);
+  else if (asFolder) failed = mkdir(path.c_str(), 0700);
+  else writeText(path, text);
+  if (plant <= Plant::OtherOwner) failed |= chmod(path.c_str(), mode);
+  if (plant == Plant::OtherOwner) failed |= chown(path.c_str(), 65534, 65534);  // nobody
+  ASSERT_EQ(failed, 0) << path;
+}
 
 // The logger writing into a temporary folder at `level` for a scope.
 struct LogCapture {

@@ -81,7 +81,8 @@ struct SessionFiles : testing::Test {
   int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime,
             const std::string &folder = "") {
     Route route = {nullptr, method, 1, nullptr, nullptr};
-    return checkSessionIn(SessionEnv{(folder.empty() ? dir.path : folder).c_str(), clock}, token, refresh, &route);
+    const std::string &where = folder.empty() ? dir.path : folder;
+    return checkSessionIn(SessionEnv{where.c_str(), clock}, token, refresh, &route);
   }
   TempDir dir;
 };

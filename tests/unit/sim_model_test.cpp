@@ -439,7 +439,9 @@ const std::vector<Change> &changes() {
               [](Rng &r) { return R"("media": ")" + std::string(coin(r) ? "copper" : "fiber") + "\""; }),
       eventOn("ddisable", anyPort, pickedCause),
       eventOn("pml-violation", anyPort,
-              [](Rng &r) { return R"("macs": ["00:11:22:33:44:55"], "vlan": )" + std::string(coin(r) ? "1" : "10"); }),
+              [](Rng &r) {
+                return R"("macs": ["00:11:22:33:44:55"], "vlan": )" + std::string(coin(r) ? "1" : "10");
+              }),
       eventOn("counters-reset", anyPort),
       eventOn("counters-wrap", anyPort, [](Rng &r) { return R"("inSeconds": )" + std::to_string(r() % 20); }),
       eventOn("power", anyCopper, [](Rng &r) { return R"("milliwatts": )" + std::to_string(r() % 2000); }),
@@ -555,7 +557,8 @@ void configure(sim::Sim &s, const std::string &lines) {
   sim::setCliDir(work.path.substr(0, work.path.size() - 1));
   writeText(work.file("in"), lines + "\n");
   sim::Call c{"rpcclt_openapiTxtCfgApply", {}};
-  for (const std::string &name : {work.file("in"), work.file("out")}) c.args.push_back(simArg(wire::kInText, 0, name));
+  for (const std::string &name : {work.file("in"), work.file("out")})
+    c.args.push_back(simArg(wire::kInText, 0, name));
   EXPECT_EQ(sim::handleCall(s, c), OPEN_E_NONE) << lines;
   sim::setCliDir("/mnt/application/quill/tmp");
 }

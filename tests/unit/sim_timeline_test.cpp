@@ -203,7 +203,8 @@ TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
 TEST(SimTimeline, TrafficSetsTheRatesAndCountsTheBurstOnce) {
   sim::Sim s;
   start(s);
-  int64_t errors = simRead(s, "rpcclt_openapiIfInErrorsGet", 1), octets = simRead(s, "rpcclt_openapiIfInOctetsGet", 1);
+  int64_t errors = simRead(s, "rpcclt_openapiIfInErrorsGet", 1);
+  int64_t octets = simRead(s, "rpcclt_openapiIfInOctetsGet", 1);
   ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 0, "event": "traffic", "port": 1, "inOctetsPerSec": 1000,
                                          "outOctetsPerSec": 0, "inErrors": 500})")}).out, "");
   EXPECT_EQ(simRead(s, "rpcclt_openapiIfInErrorsGet", 1) - errors, 500);

@@ -77,9 +77,12 @@ static bool fakeUptime(long *now) { return *now = gNow, true; }
 static bool noUptime(long *) { return false; }
 
 struct SessionFiles : testing::Test {
-  int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime) {
+  // `folder` empty: the fixture's own.
+  int check(const char *token, const char *refresh, uint32_t method, bool (*clock)(long *) = fakeUptime,
+            const std::string &folder = "") {
     Route route = {nullptr, method, 1, nullptr, nullptr};
-    return checkSessionIn(SessionEnv{dir.path.c_str(), clock}, token, refresh, &route);
+    const std::string &where = folder.empty() ? dir.path : folder;
+    return checkSessionIn(SessionEnv{where.c_str(), clock}, token, refresh, &route);
   }
   TempDir dir;
 };
@@ -145,34 +148,18 @@ TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
 // What a local user can leave in the session folder's or a session file's
 // place. Only a folder and a regular file of the program's own user (or
 // root) that neither group nor others may write are used.
-enum class Made { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
-// Makes `path` as `made` says: a folder (`folder`) or file with `mode`, of
-// ours (Own, Mode) or of nobody; a link to `target`; a FIFO; a folder or a
-// file regardless of `folder`; or nothing.
-static void make(const std::string &path, Made made, mode_t mode, bool folder, const std::string &target) {
-  bool asFolder = made <= Made::OtherOwner ? folder : made == Made::Folder;
-  int failed = 0;
-  if (made == Made::Missing) return;
-  if (made == Made::Link) failed = symlink(target.c_str(), path.c_str());
-  else if (made == Made::Fifo) failed = mkfifo(path.c_str(), 0600);
-  else if (asFolder) failed = mkdir(path.c_str(), 0700);
-  else writeText(path, "admin\n0\n");
-  if (made <= Made::OtherOwner) failed |= chmod(path.c_str(), mode);
-  if (made == Made::OtherOwner) failed |= chown(path.c_str(), 65534, 65534);  // nobody
-  ASSERT_EQ(failed, 0) << path;
-}
 
 TEST_F(SessionFiles, OnlyAFolderAndFileOfTheProgramsOwnUserAreTrusted) {
-  struct Case { bool folder; Made made; mode_t mode; const char *why; } cases[] = {
-      {true, Made::Own, 0700, nullptr},  {true, Made::Own, 0755, nullptr},
-      {true, Made::Mode, 0770, "group or others may write it"}, {true, Made::Mode, 01777, "group or others may write it"},
-      {true, Made::Mode, 0702, "group or others may write it"}, {true, Made::OtherOwner, 0700, "another user owns it"},
-      {true, Made::Link, 0, "it is a symbolic link"},  {true, Made::File, 0, "it is not a folder"},
-      {true, Made::Fifo, 0, "it is not a folder"},      {true, Made::Missing, 0, nullptr},
-      {false, Made::Own, 0600, nullptr},  {false, Made::Own, 0644, nullptr},
-      {false, Made::Mode, 0620, "group or others may write it"}, {false, Made::Mode, 0666, "group or others may write it"},
-      {false, Made::OtherOwner, 0600, "another user owns it"},  {false, Made::Link, 0, "it is a symbolic link"},
-      {false, Made::Fifo, 0, "it is not a regular file"},  {false, Made::Folder, 0, "it is not a regular file"},
+  struct Case { bool folder; Plant made; mode_t mode; const char *why; } cases[] = {
+      {true, Plant::Own, 0700, nullptr},  {true, Plant::Own, 0755, nullptr},
+      {true, Plant::Mode, 0770, "group or others may write it"}, {true, Plant::Mode, 01777, "group or others may write it"},
+      {true, Plant::Mode, 0702, "group or others may write it"}, {true, Plant::OtherOwner, 0700, "another user owns it"},
+      {true, Plant::Link, 0, "it is a symbolic link"},  {true, Plant::File, 0, "it is not a folder"},
+      {true, Plant::Fifo, 0, "it is not a folder"},      {true, Plant::Missing, 0, nullptr},
+      {false, Plant::Own, 0600, nullptr},  {false, Plant::Own, 0644, nullptr},
+      {false, Plant::Mode, 0620, "group or others may write it"}, {false, Plant::Mode, 0666, "group or others may write it"},
+      {false, Plant::OtherOwner, 0600, "another user owns it"},  {false, Plant::Link, 0, "it is a symbolic link"},
+      {false, Plant::Fifo, 0, "it is not a regular file"},  {false, Plant::Folder, 0, "it is not a regular file"},
   };
   // The decoys a link leads to: a folder and a file the check would accept.
   std::string decoyDir = dir.file("decoy"), decoy = decoyDir + "/t";
@@ -187,24 +174,23 @@ TEST_F(SessionFiles, OnlyAFolderAndFileOfTheProgramsOwnUserAreTrusted) {
     std::string folder = dir.file(name), file = folder + "/t";
     SCOPED_TRACE(folder + (c.folder ? " as folder " : " with file ") + std::to_string(static_cast<int>(c.made)));
     if (c.folder) {
-      make(folder, c.made, c.mode, true, decoyDir);
-      if (c.made <= Made::OtherOwner) {
+      plantAt(folder, c.made, c.mode, true, decoyDir, "admin\n0\n");
+      if (c.made <= Plant::OtherOwner) {
         writeText(file, "admin\n0\n");
         ASSERT_EQ(chmod(file.c_str(), 0600), 0);
       }
     } else {
       ASSERT_EQ(mkdir(folder.c_str(), 0700), 0);
-      make(file, c.made, c.mode, false, decoy);
+      plantAt(file, c.made, c.mode, false, decoy, "admin\n0\n");
     }
     testing::internal::CaptureStderr();
-    Route route = {nullptr, METHOD_GET, 1, nullptr, nullptr};
-    int result = checkSessionIn(SessionEnv{(folder + "/").c_str(), fakeUptime}, "t", nullptr, &route);
+    int result = check("t", nullptr, METHOD_GET, fakeUptime, folder + "/");
     std::string err = testing::internal::GetCapturedStderr();
-    bool accepted = c.made == Made::Own;
+    bool accepted = c.made == Plant::Own;
     EXPECT_EQ(result, accepted ? 0 : -1);
     EXPECT_EQ(err, c.why ? "interfaces_v2.cgi: not using " + (c.folder ? folder : file) + ": " + c.why + "\n" : "");
     EXPECT_EQ(readText(decoy), "admin\n0\n");
-    if (c.made <= Made::OtherOwner) {
+    if (c.made <= Plant::OtherOwner) {
       EXPECT_EQ(readText(file), accepted ? "admin\n5000\nt" : "admin\n0\n");
     }
   }
@@ -214,10 +200,10 @@ TEST_F(SessionFiles, OnlyAFolderAndFileOfTheProgramsOwnUserAreTrusted) {
 // user racing it would: the check reads what it opened, so the bad one is
 // never accepted, whichever way the race falls.
 TEST_F(SessionFiles, ARacerSwappingNamesNeverGetsTheBadOneAccepted) {
-  struct Case { const char *name; bool folder; Made made; mode_t mode; } cases[] = {
-      {"folder of nobody", true, Made::OtherOwner, 0700}, {"folder others may write", true, Made::Mode, 0777},
-      {"link to a folder", true, Made::Link, 0},          {"file of nobody", false, Made::OtherOwner, 0600},
-      {"file of root others may write", false, Made::Mode, 0666}, {"link to a file", false, Made::Link, 0},
+  struct Case { const char *name; bool folder; Plant made; mode_t mode; } cases[] = {
+      {"folder of nobody", true, Plant::OtherOwner, 0700}, {"folder others may write", true, Plant::Mode, 0777},
+      {"link to a folder", true, Plant::Link, 0},          {"file of nobody", false, Plant::OtherOwner, 0600},
+      {"file of root others may write", false, Plant::Mode, 0666}, {"link to a file", false, Plant::Link, 0},
   };
   gNow = 5000;
   for (int n = 0; n < static_cast<int>(std::size(cases)); ++n) {
@@ -232,8 +218,8 @@ TEST_F(SessionFiles, ARacerSwappingNamesNeverGetsTheBadOneAccepted) {
     writeText(good + "/t", "admin\n0\n");
     // The bad one looks like a good session in every way but the one tested.
     std::string swapped = c.folder ? good : good + "/t", other = c.folder ? bad : good + "/bad";
-    make(other, c.made, c.mode, c.folder, c.folder ? decoyDir : decoy);
-    if (c.folder && c.made != Made::Link) writeText(other + "/t", "admin\n0\n");
+    plantAt(other, c.made, c.mode, c.folder, c.folder ? decoyDir : decoy, "admin\n0\n");
+    if (c.folder && c.made != Plant::Link) writeText(other + "/t", "admin\n0\n");
     struct stat before = {};
     ASSERT_EQ(lstat(other.c_str(), &before), 0);
     std::atomic<bool> stop = false;
@@ -241,15 +227,14 @@ TEST_F(SessionFiles, ARacerSwappingNamesNeverGetsTheBadOneAccepted) {
       while (!stop) renameat2(AT_FDCWD, swapped.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
     });
     testing::internal::CaptureStderr();
-    Route route = {nullptr, METHOD_GET, 1, nullptr, nullptr};
-    for (int i = 0; i < 2000; ++i) checkSessionIn(SessionEnv{(good + "/").c_str(), fakeUptime}, "t", nullptr, &route);
+    for (int i = 0; i < 2000; ++i) check("t", nullptr, METHOD_GET, fakeUptime, good + "/");
     stop = true;
     racer.join();
     testing::internal::GetCapturedStderr();
     // Where the bad one ended up after an unknown number of swaps.
     struct stat now = {};
     std::string badName = lstat(other.c_str(), &now) == 0 && now.st_ino == before.st_ino ? other : swapped;
-    std::string badFile = c.made == Made::Link ? decoy : c.folder ? badName + "/t" : badName;
+    std::string badFile = c.made == Plant::Link ? decoy : c.folder ? badName + "/t" : badName;
     EXPECT_EQ(readText(badFile), "admin\n0\n");
   }
 }

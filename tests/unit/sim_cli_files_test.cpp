@@ -8,12 +8,7 @@
 
 namespace {
 
-sim::Arg text(const std::string &t) {
-  sim::Arg a;
-  a.kind = wire::kInString;
-  a.text = t;
-  return a;
-}
+sim::Arg text(const std::string &t) { return simArg(wire::kInString, 0, t); }
 
 // Whoever reaches the simulator's socket names the files of the CLI
 // exchange, which the simulator opens with its own rights: only a regular

@@ -1,23 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "sim/sim.h"
+#include "test_support.h"
 
 namespace {
 
 constexpr char kGetter[] = "openapiIfAdminStateGet";
-
-sim::Arg arg(wire::Kind kind, uint64_t n) {
-  sim::Arg a;
-  a.kind = kind;
-  a.num = n;
-  return a;
-}
-
-// What the getter answers for one port; -1 when it answers nothing.
-int64_t answer(sim::Sim &s, uint64_t port) {
-  sim::Call c{kGetter, {arg(wire::kInNum, port), arg(wire::kOutNum, 0)}};
-  return sim::handleCall(s, c) == 0 ? static_cast<int64_t>(c.args[1].num) : -1;
-}
 
 TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
   const uint64_t ports[] = {3, 5, 9999};  // 9999: a port the scenario lacks
@@ -36,13 +24,15 @@ TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
   ASSERT_TRUE(sim::loadScenario(s, sim::defaultScenario(), &out)) << out;
   for (const Step &step : steps) {
     if (step.ctl.empty()) {
-      sim::Call set{"rpcclt_openapiIfAdminStateSet", {arg(wire::kInNum, 3), arg(wire::kInNum, 1)}};
+      sim::Call set{"rpcclt_openapiIfAdminStateSet", {simArg(wire::kInNum, 3), simArg(wire::kInNum, 1)}};
       ASSERT_EQ(sim::handleCall(s, set), 0);
     } else {
-      ASSERT_EQ(sim::handleControl(s, step.ctl, &out), 0) << out;
+      Ctl r = ctl(s, step.ctl);
+      ASSERT_EQ(r.status, 0) << r.out;
     }
     for (size_t p = 0; p < std::size(ports); ++p)
-      EXPECT_EQ(answer(s, ports[p]), step.want[p]) << "step " << &step - steps << ", port " << ports[p];
+      EXPECT_EQ(simRead(s, kGetter, ports[p]), step.want[p])
+          << "step " << &step - steps << ", port " << ports[p];
   }
 }
 

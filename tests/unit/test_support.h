@@ -1,10 +1,11 @@
 // Shared by the unit tests: environment, temporary folders, a logger that
-// writes into one, and the simulated switch in a thread.
+// writes into one, the simulated switch in-process and in a thread.
 #ifndef TESTS_UNIT_TEST_SUPPORT_H
 #define TESTS_UNIT_TEST_SUPPORT_H
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -53,6 +54,26 @@ struct TempDir {
   std::string file(const std::string &name) const { return path + name; }
 };
 
+// What a local user can leave in a name's place before the program opens
+// it: a file (a folder, with `folder`) of ours with `mode` (Own, Mode) or of
+// nobody; a link to `target`; a FIFO; a folder or a file whatever `folder`
+// says; or nothing.
+enum class Plant { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
+inline void plantAt(const std::string &path, Plant plant, mode_t mode, bool folder, const std::string &target,
+                    const std::string &text) {
+  bool asFolder = plant <= Plant::OtherOwner ? folder : plant == Plant::Folder;
+  int failed = 0;
+  unlink(path.c_str());
+  if (plant == Plant::Missing) return;
+  if (plant == Plant::Link) failed = symlink(target.c_str(), path.c_str());
+  else if (plant == Plant::Fifo) failed = mkfifo(path.c_str(), 0600);
+  else if (asFolder) failed = mkdir(path.c_str(), 0700);
+  else writeText(path, text);
+  if (plant <= Plant::OtherOwner) failed |= chmod(path.c_str(), mode);
+  if (plant == Plant::OtherOwner) failed |= chown(path.c_str(), 65534, 65534);  // nobody
+  ASSERT_EQ(failed, 0) << path;
+}
+
 // The logger writing into a temporary folder at `level` for a scope.
 struct LogCapture {
   explicit LogCapture(const char *level = "7") {
@@ -70,6 +91,29 @@ struct LogCapture {
   std::string log = dir.file("k.log"), old = dir.file("k.log.old"), levelFile = dir.file("level");
   LogFiles files = {log.c_str(), old.c_str(), levelFile.c_str()};
 };
+
+// A control word's status and output, as `open-sim ctl` would print them.
+struct Ctl {
+  int status;
+  std::string out;
+};
+inline Ctl ctl(sim::Sim &s, const std::vector<std::string> &words) {
+  Ctl r;
+  r.status = sim::handleControl(s, words, &r.out);
+  return r;
+}
+inline sim::Arg simArg(wire::Kind kind, uint64_t num = 0, const std::string &text = "") {
+  sim::Arg a;
+  a.kind = kind;
+  a.num = num;
+  a.text = text;
+  return a;
+}
+// A port's value as a one-number getter answers it; -1 when it refuses.
+inline int64_t simRead(sim::Sim &s, const char *call, uint64_t port) {
+  sim::Call c{call, {simArg(wire::kInNum, port), simArg(wire::kOutNum)}};
+  return sim::handleCall(s, c) == 0 ? static_cast<int64_t>(c.args[1].num) : -1;
+}
 
 // The default simulated switch, changed by control words before any client
 // connects, served from a thread for one scope.

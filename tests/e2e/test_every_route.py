@@ -9,6 +9,7 @@ in the diff before it is committed."""
 
 import json
 import os
+import pathlib
 import re
 import subprocess
 import unittest
@@ -72,12 +73,9 @@ class EveryRoute(SimTestCase):
     def test_every_route_answers_as_recorded_and_documented(self):
         got, replies = self.transcript()
         if os.environ.get("IF_UPDATE_REFERENCE"):
-            with open(REFERENCE, "w") as f:
-                f.write(got)
-        with open(REFERENCE) as f:
-            expected = f.read()
+            pathlib.Path(REFERENCE).write_text(got)
         self.assertEqual(sum(not line.startswith(" ") for line in got.splitlines()), 212)
-        self.assertEqual(got, expected)
+        self.assertEqual(got, pathlib.Path(REFERENCE).read_text())
         document = json.loads(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
         ops = {(method.upper(), path): op for path, item in document["paths"].items() for method, op in item.items()}
         checked = []

@@ -283,10 +283,9 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
 
 def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None,
         fresh=False):
-    """One request as the web server makes it; `wrap` is a command prefix (for
-    example one that gives the process its own view of the files). An `env`
-    value of None removes that variable. `fresh`: a process that served
-    nothing before and ends after this request, as every CGI process does."""
+    """One request as the web server makes it; `wrap` is a command prefix (one that gives the process its own
+    view of the files). An `env` value of None removes that variable. `fresh`: a process that served nothing
+    before and ends after this request, as every CGI process does."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method,
          "QUERY_STRING": query, "HTTP_SESSION": session, "HTTP_REFRESH": refresh}

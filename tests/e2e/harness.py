@@ -1,8 +1,7 @@
-"""End-to-end harness: runs the real interfaces_v2.cgi as the web server
-would (CGI variables, body on standard input) against a private open-sim,
-and builds the exact reply bytes the program must print. IF_MODE=fastcgi
-sends the same requests to a FastCGI responder instead, one per open-sim
-(a request asking for a fresh process gets a responder of its own)."""
+"""End-to-end harness: runs the real interfaces_v2.cgi as the web server would (CGI variables, body on
+standard input) against a private open-sim, and builds the exact reply bytes the program must print.
+IF_MODE=fastcgi sends the same requests to a FastCGI responder instead, one per open-sim (a request asking
+for a fresh process gets a responder of its own)."""
 
 import collections
 import contextlib

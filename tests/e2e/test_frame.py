@@ -1,7 +1,6 @@
-"""The request frame through the real program: the road of one request, its
-log lines, sessions, dispatch, hostile input and faults of the files around
-the program. Every row names the exact bytes printed and the OpEN calls made,
-and every process must end by itself with its exit status."""
+"""The request frame through the real program: the road of one request, its log lines, sessions, dispatch,
+hostile input and faults of the files around the program. Every row names the exact bytes printed and the OpEN
+calls made, and every process must end by itself with its exit status."""
 
 import os
 import pathlib

@@ -1,6 +1,6 @@
-"""The OpenAPI document that route-dump prints: valid for a real validator,
-one operation per registration that serves, and true to the program (the
-every-route sweep holds each route's reply to its operation's schema)."""
+"""The OpenAPI document that route-dump prints: valid for a real validator, one operation per registration
+that serves, and true to the program (the every-route sweep holds each route's reply to its operation's
+schema)."""
 
 import collections
 import json

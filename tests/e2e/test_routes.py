@@ -1,12 +1,10 @@
-"""Route transcripts. A row is one request as the web server passes it
-("METHOD directory/route?query" under /api/v2/interfaces, and a body), the
-`open-sim ctl` commands run first on the default scenario, the OpEN calls the
-simulator then saw and the exact reply. Calls read "Name(inputs)", or a bare
-name whose inputs are not compared; a list holds (name, inputs...) tuples, in
-which a pattern stands for a file name's text, or dicts compared on their own
-keys; None leaves them unchecked; names without a prefix are "rpcclt_openapi"
-ones. A dict or list reply is a success's data under the directory's group; a
-number is a code, read shaped for GET and set shaped otherwise."""
+"""Route transcripts. A row is one request as the web server passes it ("METHOD directory/route?query" under
+/api/v2/interfaces, and a body), the `open-sim ctl` commands run first on the default scenario, the OpEN calls
+the simulator then saw and the exact reply. Calls read "Name(inputs)", or a bare name whose inputs are not
+compared; a list holds (name, inputs...) tuples, in which a pattern stands for a file name's text, or dicts
+compared on their own keys; None leaves them unchecked; names without a prefix are "rpcclt_openapi" ones. A
+dict or list reply is a success's data under the directory's group; a number is a code, read shaped for GET
+and set shaped otherwise."""
 
 import json
 import re

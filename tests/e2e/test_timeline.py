@@ -1,7 +1,6 @@
-"""Timelines through open-sim's own command line and the program: refusals
-reach the client and the shell, a paused clock holds, and the built-in
-scenarios start and play out. What each event does to the switch is held in
-the simulator's unit tests."""
+"""Timelines through open-sim's own command line and the program: refusals reach the client and the shell, a
+paused clock holds, and the built-in scenarios start and play out. What each event does to the switch is held
+in the simulator's unit tests."""
 
 import json
 import os

@@ -95,7 +95,6 @@ def plant():
         os.mkdir(folder, 0o777)
         with open(folder + "/hers", "w") as f:
             f.write("admin\n0\n")
-        os.chmod(folder + "/hers", 0o666)
         os.rename(folder, "/tmp/session")  # all at once, in place of nothing or an empty folder
         planted += 1
     except OSError:
@@ -398,10 +397,9 @@ class Raced(unittest.TestCase):
         system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
         system.start_sim()
         hers = [int(system.sh("id -u " + USER).stdout)] if names_free else []
-        self.assertEqual(held["planted"] > 0, names_free)
-        self.assertEqual((system.owners(NAMES), held["owners"], system.get(LINK_STATE, "hers"),
-                          system.get(LINK_STATE, system.session())),
-                         ({n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
+        self.assertEqual((held["planted"] > 0, system.owners(NAMES), held["owners"],
+                          system.get(LINK_STATE, "hers"), system.get(LINK_STATE, system.session())),
+                         (names_free, {n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
         return out
 
     def test_install(self):
@@ -543,31 +541,27 @@ class Boot(unittest.TestCase):
     script moves them aside as they are, says so, and makes the names www-data's."""
 
     def test_planted_names_are_moved_aside(self):
+        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
         with System(packages(with_old=False)) as system:
             system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
             system.empty()
             system.plant()
-            self.assertEqual(sorted(self.boot(system)), sorted(NAMES))
+            before = system.sh(stat, check=False).stdout.splitlines()
+            system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
+            after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
+            status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
+            out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+            status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
+            made = system.sh(stat).stdout.replace("regular empty file", "regular file")
+            moved = sorted(dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out)))
+            self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made, moved),
+                             ([], [3, 0], MADE, sorted(NAMES)))
             system.stop_planting()
             system.sh("/etc/init.d/lighttpd start")
             system.start_sim()
             self.assertEqual((system.owners(NAMES), system.get(LINK_STATE, "hers"),
                               system.get(LINK_STATE, system.session())),
                              ({n: "www-data" for n in NAMES}, (403, b""), (200, SERVED)))
-
-    def boot(self, system):
-        """The boot steps: what the init script moved aside, and where to."""
-        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
-        before = system.sh(stat, check=False).stdout.splitlines()
-        system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
-        after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
-        status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
-        out = system.sh("/etc/init.d/interfaces-v2 start").stderr
-        status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
-        made = system.sh(stat).stdout.replace("regular empty file", "regular file")
-        self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made), ([], [3, 0], MADE))
-        return dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out))
-
 
 
 def readme_blocks():

@@ -8,6 +8,7 @@ import contextlib
 import itertools
 import json
 import os
+import pathlib
 import shlex
 import shutil
 import signal
@@ -77,8 +78,7 @@ def set_reply(code=0):
 
 
 def uptime():
-    with open("/proc/uptime") as f:
-        return int(float(f.read().split()[0]))
+    return int(float(pathlib.Path("/proc/uptime").read_text().split()[0]))
 
 
 def private_view(script):
@@ -185,8 +185,7 @@ class Lighttpd:
             if time.time() > deadline:
                 raise AssertionError("a FastCGI responder did not stop with lighttpd")
             time.sleep(0.05)
-        with open(os.path.join(self.dir, "stderr"), "rb") as f:
-            check_sanitizer_report("lighttpd's programs", f.read())
+        check_sanitizer_report("lighttpd's programs", pathlib.Path(self.dir, "stderr").read_bytes())
         shutil.rmtree(self.dir, ignore_errors=True)
 
 

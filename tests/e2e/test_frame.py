@@ -59,10 +59,8 @@ class LogWatch:
         rotated = self.inode is not None and os.stat(LOG_FILE).st_ino != self.inode
         text = b""
         if rotated and os.path.exists(LOG_FILE + ".old") and os.stat(LOG_FILE + ".old").st_ino == self.inode:
-            with open(LOG_FILE + ".old", "rb") as f:
-                text = f.read()[self.start:]
-        with open(LOG_FILE, "rb") as f:
-            text += f.read()[0 if rotated else self.start:]
+            text = pathlib.Path(LOG_FILE + ".old").read_bytes()[self.start:]
+        text += pathlib.Path(LOG_FILE).read_bytes()[0 if rotated else self.start:]
         self.text = text.decode(errors="replace")
         self.level.__exit__(*exc)
 

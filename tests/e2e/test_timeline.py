@@ -55,11 +55,8 @@ class Timeline(SimTestCase):
         os.unlink(path)
         self.assertEqual((r.returncode, r.stderr), (1, "open-sim: timeline event 1 (at 5): unknown port 99\n"))
 
-
-class Paused(SimTestCase):
-    """`serve --paused`: the clock stands at zero through requests until the test moves it."""
-
     def test_the_clock_stands_at_zero_until_moved(self):
+        """`serve --paused`: the clock stands at zero through requests until the test moves it."""
         sim = Sim(args=["--paused"])
         try:
             path = write({"timeline": [E(0.5, "link-down", 1)]})
@@ -74,11 +71,7 @@ class Paused(SimTestCase):
         finally:
             sim.stop()
 
-
-class ReadyScenarios(SimTestCase):
-    """The scenarios built into open-sim, started by name."""
-
-    def test_every_listed_scenario_starts(self):
+    def test_every_built_in_scenario_starts_by_name(self):
         listed = subprocess.run(command(OPEN_SIM, "scenarios"), capture_output=True, text=True, check=True).stdout
         names = [line.split()[0] for line in listed.splitlines()]
         self.assertLessEqual({"default", "uplink-flap", "ddisable-recovery", "pml-violation"}, set(names))

@@ -1,14 +1,14 @@
-"""End-to-end harness: runs the real interfaces_v2.cgi as the web server
-would (CGI variables, body on standard input) against a private open-sim,
-and builds the exact reply bytes the program must print. IF_MODE=fastcgi
-sends the same requests to a FastCGI responder instead, one per open-sim
-(a request asking for a fresh process gets a responder of its own)."""
+"""End-to-end harness: runs the real interfaces_v2.cgi as the web server would (CGI variables, body on
+standard input) against a private open-sim, and builds the exact reply bytes the program must print.
+IF_MODE=fastcgi sends the same requests to a FastCGI responder instead, one per open-sim (a request asking
+for a fresh process gets a responder of its own)."""
 
 import collections
 import contextlib
 import itertools
 import json
 import os
+import pathlib
 import shlex
 import shutil
 import signal
@@ -78,8 +78,7 @@ def set_reply(code=0):
 
 
 def uptime():
-    with open("/proc/uptime") as f:
-        return int(float(f.read().split()[0]))
+    return int(float(pathlib.Path("/proc/uptime").read_text().split()[0]))
 
 
 def private_view(script):
@@ -186,8 +185,7 @@ class Lighttpd:
             if time.time() > deadline:
                 raise AssertionError("a FastCGI responder did not stop with lighttpd")
             time.sleep(0.05)
-        with open(os.path.join(self.dir, "stderr"), "rb") as f:
-            check_sanitizer_report("lighttpd's programs", f.read())
+        check_sanitizer_report("lighttpd's programs", pathlib.Path(self.dir, "stderr").read_bytes())
         shutil.rmtree(self.dir, ignore_errors=True)
 
 
@@ -283,10 +281,9 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
 
 def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None,
         fresh=False):
-    """One request as the web server makes it; `wrap` is a command prefix (for
-    example one that gives the process its own view of the files). An `env`
-    value of None removes that variable. `fresh`: a process that served
-    nothing before and ends after this request, as every CGI process does."""
+    """One request as the web server makes it; `wrap` is a command prefix (one that gives the process its own
+    view of the files). An `env` value of None removes that variable. `fresh`: a process that served nothing
+    before and ends after this request, as every CGI process does."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method,
          "QUERY_STRING": query, "HTTP_SESSION": session, "HTTP_REFRESH": refresh}

@@ -1,13 +1,10 @@
 #!/usr/bin/env python3
-"""Soak (`make soak`): load through a private lighttpd and open-sim on the
-loopback, WORKERS keep-alive connections on one shared administrator session,
-first with a CGI process per request, then through FastCGI responders.
-Checks every reply byte for byte, the settings the switch kept, the session
-file (sampled under its lock), every log record and, for the responders, their
-resident size after 1,000 requests against after SOAK_REQUESTS (100,000).
-Writes its figures into tests/RELIABILITY.md (the section of a sanitizer build
-apart) and exits 1 when anything was lost. SOAK_SECONDS sets the length of the
-CGI run (60)."""
+"""Soak (`make soak`): load through a private lighttpd and open-sim on the loopback, WORKERS keep-alive
+connections on one shared administrator session, first with a CGI process per request, then through FastCGI
+responders. Checks every reply byte for byte, the settings the switch kept, the session file (sampled under
+its lock), every log record and, for the responders, their resident size after 1,000 requests against after
+SOAK_REQUESTS (100,000). Writes its figures into tests/RELIABILITY.md (the section of a sanitizer build apart)
+and exits 1 when anything was lost. SOAK_SECONDS sets the length of the CGI run (60)."""
 
 import collections, fcntl, http.client, json, os, random, re, sys, tempfile, threading, time  # noqa: E401
 

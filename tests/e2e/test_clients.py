@@ -38,8 +38,7 @@ def page_sections():
 
 def generator(argv):
     """`npx PACKAGE ARGS` as the package's own command: two of them install a command named "openapi"."""
-    with open(os.path.join(MODULES, argv[1], "package.json")) as f:
-        [script] = json.load(f)["bin"].values()
+    [script] = json.loads(pathlib.Path(MODULES, argv[1], "package.json").read_text())["bin"].values()
     return ["node", os.path.join(MODULES, argv[1], script)] + argv[2:]
 
 
@@ -49,11 +48,11 @@ class GeneratedClients(unittest.TestCase):
         cls.work = os.path.join(os.path.abspath(BUILD), "clients")
         shutil.rmtree(cls.work, ignore_errors=True)
         shutil.copytree(os.path.join(HERE, "clients"), cls.work)
-        with open(os.path.join(cls.work, "openapi.json"), "wb") as f:
-            f.write(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
+        printed = subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout
+        pathlib.Path(cls.work, "openapi.json").write_bytes(printed)
         sections = page_sections()
-        with open(os.path.join(cls.work, "tsconfig.json"), "w") as f:
-            json.dump(dict(TSCONFIG, files=[name + ".ts" for name in sections]), f)
+        files = [name + ".ts" for name in sections]
+        pathlib.Path(cls.work, "tsconfig.json").write_text(json.dumps(dict(TSCONFIG, files=files)))
         for name, text in (item for _, files in sections.values() for item in files.items()):
             pathlib.Path(cls.work, name).write_text(text)
         # The generators take seconds each, most of it starting Node: side by side.

@@ -1,14 +1,13 @@
-"""Every route that serves, called once on the default simulated switch with
-one set of typical inputs, held against the reference every_route.txt (the
-OpEN calls it made, with their inputs, and the exact reply) and against its
-operation in the OpenAPI document (the reply's schema, and the line end its
-description promises). The transcript table shows why a route answers as it
-does; this one shows that none of the 212 has drifted. After a deliberate
-change, IF_UPDATE_REFERENCE=1 writes the reference anew, to be read through
-in the diff before it is committed."""
+"""Every route that serves, called once on the default simulated switch with one set of typical inputs, held
+against the reference every_route.txt (the OpEN calls it made, with their inputs, and the exact reply) and
+against its operation in the OpenAPI document (the reply's schema, and the line end its description promises).
+The transcript table shows why a route answers as it does; this one shows that none of the 212 has drifted.
+After a deliberate change, IF_UPDATE_REFERENCE=1 writes the reference anew, to be read through in the diff
+before it is committed."""
 
 import json
 import os
+import pathlib
 import re
 import subprocess
 import unittest
@@ -19,15 +18,13 @@ from test_openapi import check, ends_with_newline
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
          "&macAddr=00:1B:21:3A:4F:92&streamID=5&name=0%2F3")
-# Body values by input kind; a route that compares a body text with its
-# keyword is called once with each keyword in use. Hand-written routes get
-# every key they read.
+# Body values by input kind; a route that compares a body text with its keyword is called once with each
+# keyword in use. Hand-written routes get every key they read.
 BODY_VALUES = {"body": 7, "body-text": "rs-544", "body-buffer": "00:1B:21:3A:4F:92"}
 KEYWORDS = ["enable", "true"]
 HAND_WRITTEN_BODY = {"interval": 300, "cause": "bpduguard", "mode": "enable", "timeRange": "work",
                      "expandable-config-mode": "2x50G"}
-# What grows with time on the simulated switch: traffic and the age of the
-# statistics.
+# What grows with time on the simulated switch: traffic and the age of the statistics.
 FROZEN = {"rpcclt_openapi" + name + "Get": "1000" for name in
           "IfInOctets IfOutOctets IfInUcastPkts IfOutUcastPkts IfInDiscards IfOutDiscards IfInErrors IfOutErrors".split()}
 FROZEN["rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet"] = "[1, 2, 3, 4]"
@@ -72,12 +69,9 @@ class EveryRoute(SimTestCase):
     def test_every_route_answers_as_recorded_and_documented(self):
         got, replies = self.transcript()
         if os.environ.get("IF_UPDATE_REFERENCE"):
-            with open(REFERENCE, "w") as f:
-                f.write(got)
-        with open(REFERENCE) as f:
-            expected = f.read()
+            pathlib.Path(REFERENCE).write_text(got)
         self.assertEqual(sum(not line.startswith(" ") for line in got.splitlines()), 212)
-        self.assertEqual(got, expected)
+        self.assertEqual(got, pathlib.Path(REFERENCE).read_text())
         document = json.loads(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
         ops = {(method.upper(), path): op for path, item in document["paths"].items() for method, op in item.items()}
         checked = []

@@ -1,15 +1,13 @@
-"""The request frame through the real program: the road of one request, its
-log lines, sessions, dispatch, hostile input and faults of the files around
-the program. Every row names the exact bytes printed and the OpEN calls made,
-and every process must end by itself with its exit status."""
+"""The request frame through the real program: the road of one request, its log lines, sessions, dispatch,
+hostile input and faults of the files around the program. Every row names the exact bytes printed and the OpEN
+calls made, and every process must end by itself with its exit status."""
 
 import os
+import pathlib
 import re
-import shutil
 import subprocess
 import tempfile
 import time
-import unittest
 import urllib.error
 import urllib.request
 
@@ -61,19 +59,10 @@ class LogWatch:
         rotated = self.inode is not None and os.stat(LOG_FILE).st_ino != self.inode
         text = b""
         if rotated and os.path.exists(LOG_FILE + ".old") and os.stat(LOG_FILE + ".old").st_ino == self.inode:
-            with open(LOG_FILE + ".old", "rb") as f:
-                text = f.read()[self.start:]
-        with open(LOG_FILE, "rb") as f:
-            text += f.read()[0 if rotated else self.start:]
+            text = pathlib.Path(LOG_FILE + ".old").read_bytes()[self.start:]
+        text += pathlib.Path(LOG_FILE).read_bytes()[0 if rotated else self.start:]
         self.text = text.decode(errors="replace")
         self.level.__exit__(*exc)
-
-
-def namespaces_usable():
-    try:
-        return subprocess.run(["unshare", "-m", "true"], capture_output=True, timeout=30).returncode == 0
-    except OSError:
-        return False
 
 
 class Frame(SimTestCase):
@@ -89,12 +78,10 @@ class Frame(SimTestCase):
         self.assertEqual(journal[0]["in"], ["interfaces_v2.cgi_%s" % log.text.split("cgi_")[1].split(")")[0]])
         self.assertEqual(journal[4]["in"], [3])
         self.assertRegex(log.text, "^" + lines(*START, REFRESH) + r"\Z")
-        with open(os.path.join(SESSION_DIR, token)) as f:
-            self.assertRegex(f.read(), r"^admin\n\d+\n" + token + r"\Z")
+        self.assertRegex(pathlib.Path(SESSION_DIR, token).read_text(), r"^admin\n\d+\n" + token + r"\Z")
         polled = new_session(stamp=0)  # polling refreshes nothing
         self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3", session=polled, refresh="1"), UP)
-        with open(os.path.join(SESSION_DIR, polled)) as f:
-            self.assertEqual(f.read(), "admin\n0\n")
+        self.assertEqual(pathlib.Path(SESSION_DIR, polled).read_text(), "admin\n0\n")
 
     def test_log_lines(self):
         old = new_session(stamp=-99999)
@@ -153,7 +140,6 @@ class Frame(SimTestCase):
             self.assertEqual([e["call"] for e in self.sim.journal()][:5], registered)
 
 
-LONG = "a" * 2000
 NOT_VALID = set_reply(10003)
 # (method, path, query, body, CGI variables, reply, calls made: names, or (name, inputs) pairs)
 HOSTILE = [
@@ -183,7 +169,6 @@ HOSTILE = [
      read_reply(0, "if", {"isExpandedModeSupported": "false"}), [(EXPAND_CALL, [0])]),
     ("GET", CAUSE, "cause=" + "pml" * 43, None, {}, read_reply(17002), []),
     # request paths and methods
-    ("GET", NEXT, "prevIfNum=3&" + LONG, None, {}, NEXT_4, ["openapiIfNextGet"]),
     ("GET", "x" * 2000, None, None, {}, b"Invalid request path '" + b"x" * 1023 + b"'\n", []),
     ("GET", "", None, None, {}, b"Invalid request path ''\n", []),
     ("X" * 5000, NEXT, None, None, {}, b"", []),
@@ -212,7 +197,6 @@ class Hostile(SimTestCase):
                                   for e, c in zip(seen, calls)] + seen[len(calls):], calls)
 
 
-@unittest.skipUnless(namespaces_usable(), "needs private mount namespaces (unshare -m)")
 class Faults(SimTestCase):
     """Each fault lives in a private mount namespace of the processes under test."""
 
@@ -239,8 +223,7 @@ class Faults(SimTestCase):
         stamp = r"\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \(ERROR\): quill_cgi: "
         folder = tempfile.mkdtemp(prefix="log-fault-")
         for name, content in (("log", b""), ("level", b"6")):
-            with open(os.path.join(folder, name), "wb") as f:
-                f.write(content)
+            pathlib.Path(folder, name).write_bytes(content)
         wrap = private_view("touch {1} {2}; mount --bind {0}/log {1}; mount --bind {0}/level {2}; "
                             "mount -o remount,bind,ro {1}".format(folder, LOG_FILE, LEVEL_FILE))
         for session, method, path, body, pattern in [
@@ -253,11 +236,9 @@ class Faults(SimTestCase):
                 r = cgi(self.sim, method, path, None, body, session=session, wrap=wrap)
                 self.assertEqual(r.status, 0)
                 self.assertRegex(r.out.decode(errors="replace"), "^" + pattern + r"\Z")
-        with open(os.path.join(folder, "log"), "rb") as f:
-            self.assertEqual(f.read(), b"")
+        self.assertEqual(pathlib.Path(folder, "log").read_bytes(), b"")
 
 
-@unittest.skipUnless(shutil.which("lighttpd"), "lighttpd is not installed")
 class ThroughLighttpd(SimTestCase):
     def test_a_session_is_served_and_none_is_forbidden(self):
         server = Lighttpd(self.sim.socket)

@@ -7,11 +7,15 @@ Then a local user's attacks: on the installed system; racing the install and an 
 program's names in /tmp as fast as she can; and planting them in the emptied /tmp before the boot steps. Each
 must fail."""
 
+import atexit
+import contextlib
+import functools
 import glob
 import gzip
 import io
 import json
 import os
+import pathlib
 import re
 import shlex
 import shutil
@@ -91,7 +95,6 @@ def plant():
         os.mkdir(folder, 0o777)
         with open(folder + "/hers", "w") as f:
             f.write("admin\n0\n")
-        os.chmod(folder + "/hers", 0o666)
         os.rename(folder, "/tmp/session")  # all at once, in place of nothing or an empty folder
         planted += 1
     except OSError:
@@ -117,6 +120,14 @@ print(json.dumps({"planted": planted, "owners": sorted({os.fstat(fd).st_uid for 
 """
 
 
+def wait_for_socket(path, proc=None, what="open-sim"):
+    deadline = time.time() + 10
+    while not os.path.exists(path):
+        if proc and proc.poll() is not None or time.time() > deadline:
+            raise AssertionError(what + " did not start")
+        time.sleep(0.02)
+
+
 def debs(folder):
     found = sorted(glob.glob(os.path.join(folder, "*_amd64.deb")))
     if len(found) != 2:
@@ -133,23 +144,23 @@ def rebuilt(deb, into, field, value, strip=()):
     control = os.path.join(tree, "DEBIAN", "control")
     with open(control) as f:
         text = "".join("%s: %s\n" % (field, value) if line.startswith(field + ":") else line for line in f)
-    with open(control, "w") as f:
-        f.write(text)
+    pathlib.Path(control).write_text(text)
     conffiles = os.path.join(tree, "DEBIAN", "conffiles")
     if os.path.exists(conffiles):
         with open(conffiles) as f:
             kept = [line for line in f if os.path.exists(tree + line.strip())]
-        with open(conffiles, "w") as f:
-            f.write("".join(kept))
+        pathlib.Path(conffiles).write_text("".join(kept))
     subprocess.run(["dpkg-deb", "--root-owner-group", "-b", tree, into], check=True, capture_output=True)
     shutil.rmtree(tree)
 
 
+@functools.lru_cache
 def packages(with_old, other_arch=False):
-    """A folder of the amd64 packages under new/ and, with_old, the packages as they were before under old/: the
-    same programs, without the maintainer scripts and the files that came with them. With other_arch, new/ holds
+    """A folder (made once) of the amd64 packages under new/ and, with_old, the packages as they were before
+    under old/: without the maintainer scripts and the files that came with them. With other_arch, new/ holds
     the arm64 packages of `make package` beside them (here: the amd64 ones, marked arm64)."""
     folder = tempfile.mkdtemp(prefix="packages-")
+    atexit.register(shutil.rmtree, folder)
     shutil.copytree(FOLDER, os.path.join(folder, "new"), ignore=shutil.ignore_patterns("*_arm64.deb"))
     os.makedirs(os.path.join(folder, "old"))
     for deb in debs(FOLDER) if with_old else []:
@@ -180,13 +191,11 @@ class System:
         for path in ("usr/sbin/policy-rc.d", "var/lib/man-db/auto-update", "sbin/runlevel"):
             if os.path.lexists(os.path.join(r, path)):
                 os.remove(os.path.join(r, path))
-        with open(os.path.join(r, "sbin/runlevel"), "w") as f:
-            f.write("#!/bin/sh\necho N 2\n")
+        pathlib.Path(r, "sbin/runlevel").write_text("#!/bin/sh\necho N 2\n")
         os.chmod(os.path.join(r, "sbin/runlevel"), 0o755)
         shutil.copytree(packages, os.path.join(r, "debs"))
         # A throw-away system needs no fsync after every file dpkg writes.
-        with open(os.path.join(r, "etc/dpkg/dpkg.cfg.d/unsafe-io"), "w") as f:
-            f.write("force-unsafe-io\n")
+        pathlib.Path(r, "etc/dpkg/dpkg.cfg.d/unsafe-io").write_text("force-unsafe-io\n")
         self.sh("useradd --no-create-home %s && /etc/init.d/lighttpd start" % USER)
 
     def sh(self, script, check=True):
@@ -198,11 +207,7 @@ class System:
     def start_sim(self):
         self.stop_sim()
         self.sim = subprocess.Popen(["chroot", self.root, "sh", "-ec", START_SIM])
-        deadline = time.time() + 10
-        while not os.path.exists(self.root + "/run/open-sim/open-sim.sock"):
-            if self.sim.poll() is not None or time.time() > deadline:
-                raise AssertionError("open-sim did not start")
-            time.sleep(0.02)
+        wait_for_socket(self.root + "/run/open-sim/open-sim.sock", self.sim)
 
     def stop_sim(self):
         if self.sim:
@@ -238,8 +243,7 @@ class System:
         assert self.planter.stdout.readline() == "planted\n"
 
     def stop_planting(self):
-        with open(self.root + "/run/stop-racing", "w"):
-            pass
+        pathlib.Path(self.root + "/run/stop-racing").touch()
         out = self.planter.stdout.read()  # through the reader that may hold it already, after "planted"
         self.planter.wait(timeout=30)
         self.planter.stdout.close()
@@ -253,9 +257,27 @@ class System:
         exes = [os.readlink(p) for p in glob.glob("/proc/[0-9]*/exe") if os.path.exists(p)]
         return [e for e in exes if e.endswith("interfaces_v2.cgi (deleted)")]
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exc):
+        self.close()
+
+    def running(self, program=""):
+        """The processes that run in this system (those of the program's path)."""
+        found = []
+        for proc in glob.glob("/proc/[0-9]*"):
+            with contextlib.suppress(OSError):
+                if os.readlink(proc + "/root") == self.root and os.readlink(proc + "/exe").endswith(program):
+                    found.append(int(proc[len("/proc/"):]))
+        return found
+
     def close(self):
         self.stop_sim()
         self.sh("/etc/init.d/lighttpd stop", check=False)
+        for pid in self.running():  # an open-sim started as the documentation tells, her own lighttpd
+            with contextlib.suppress(OSError):
+                os.kill(pid, signal.SIGTERM)
         subprocess.run(["umount", "-R", "-l", self.root], check=True)
         shutil.rmtree(self.base, ignore_errors=True)
 
@@ -263,32 +285,20 @@ class System:
 class Lifecycle(unittest.TestCase):
     maxDiff = None
 
-    @classmethod
-    def setUpClass(cls):
-        cls.packages = packages(with_old=True)
-
-    @classmethod
-    def tearDownClass(cls):
-        shutil.rmtree(cls.packages)
-
     def test_every_step_leaves_lighttpd_serving(self):
         for name, steps in SCENARIOS.items():
-            with self.subTest(scenario=name):
-                system = System(self.packages)
-                try:
-                    for step, serves, *said in steps:
-                        r = system.sh(step)
-                        self.assertEqual(system.responders_of_deleted_binaries(), [], step)
-                        for text in said:
-                            self.assertEqual((r.stdout + r.stderr).count(text), 1, (step, r.stdout + r.stderr))
-                        self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
-                                                                      None: None}[serves], (name, step))
-                    # what the packages made outside their files, gone with the last purge (the user stays)
-                    self.assertEqual(([p for p in ("/mnt/application", "/var/lib/interfaces-v2")
-                                       if os.path.exists(system.root + p)], system.sh("id -nG www-data").stdout),
-                                     ([], "www-data\n"), name)
-                finally:
-                    system.close()
+            with self.subTest(scenario=name), System(packages(with_old=True)) as system:
+                for step, serves, *said in steps:
+                    r = system.sh(step)
+                    self.assertEqual(system.responders_of_deleted_binaries(), [], step)
+                    for text in said:
+                        self.assertEqual((r.stdout + r.stderr).count(text), 1, (step, r.stdout + r.stderr))
+                    self.assertEqual(self.after(system, serves), {True: (200, SERVED), False: "answers",
+                                                                  None: None}[serves], (name, step))
+                # what the packages made outside their files, gone with the last purge (the user stays)
+                self.assertEqual(([p for p in ("/mnt/application", "/var/lib/interfaces-v2")
+                                   if os.path.exists(system.root + p)], system.sh("id -nG www-data").stdout),
+                                 ([], "www-data\n"), name)
 
     def after(self, system, serves):
         """A restart, then the program's reply through open-sim where it serves, else
@@ -298,7 +308,7 @@ class Lifecycle(unittest.TestCase):
         system.sh("/etc/init.d/lighttpd restart")  # which checks the configuration with lighttpd -tt first
         if serves:
             system.start_sim()
-            return system.get("/api/v2/interfaces/if/link-state?ifNum=3", system.session())
+            return system.get(LINK_STATE, system.session())
         system.stop_sim()
         return "answers" if system.get("/")[0] else None
 
@@ -314,23 +324,17 @@ PROBES = [
 
 
 class Installed(unittest.TestCase):
-    """Both packages installed, the CGI snippet enabled; and a local user, `nobody`, who got to the machine before
-    the packages did."""
+    """Both packages installed, the CGI snippet enabled; and a local user, `nobody`."""
 
     @classmethod
     def setUpClass(cls):
-        cls.packages = packages(with_old=False)
-        cls.system = System(cls.packages)
-        # The session folder made first, with an administrator session in it.
-        cls.system.sh(AS_NOBODY + "sh -c 'umask 0; mkdir /tmp/session && printf \"admin\\n0\\n\" > /tmp/session/"
-                      "planted'")
+        cls.system = System(packages(with_old=False))
         cls.system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
         cls.system.start_sim()
 
     @classmethod
     def tearDownClass(cls):
         cls.system.close()
-        shutil.rmtree(cls.packages)
 
     def test_every_attempt_is_refused(self):
         token = self.system.session()
@@ -358,18 +362,14 @@ class Installed(unittest.TestCase):
         r = self.system.sh("setpriv --reuid=open-sim --regid=open-sim --init-groups -- cat /tmp/k9100.log", check=False)
         self.assertEqual((r.returncode, r.stderr), (1, "cat: /tmp/k9100.log: Permission denied\n"))
 
-    def test_a_planted_session_opens_nothing(self):
-        self.assertEqual(self.system.get("/api/v2/interfaces/if/link-state?ifNum=3", "planted"), (403, b""))
-
     def test_the_log_does_not_follow_a_planted_link(self):
         """Where nothing staked the log's name (a boot without systemd-tmpfiles), the user links it to a file of
         www-data's; the program must not write through the link."""
         self.system.sh("rm /tmp/k9100.log && printf 7 > /tmp/devmgr_log_level && "
                        "printf kept | install -o www-data -m 0600 /dev/stdin /tmp/www-data-file && " + AS_NOBODY +
                        "ln -s /tmp/www-data-file /tmp/k9100.log")
-        self.system.get("/api/v2/interfaces/if/link-state?ifNum=3", self.system.session())
-        with open(self.system.root + "/tmp/www-data-file") as f:
-            self.assertEqual(f.read(), "kept")
+        self.system.get(LINK_STATE, self.system.session())
+        self.assertEqual(pathlib.Path(self.system.root + "/tmp/www-data-file").read_text(), "kept")
 
 
 # The program rotates its log ten times, at level 7, with requests that log a refused session (then the
@@ -388,14 +388,6 @@ class Raced(unittest.TestCase):
     sessions and the log it found, and ends an open-sim that still runs the replaced binary, started by hand on
     1.0.0's socket."""
 
-    @classmethod
-    def setUpClass(cls):
-        cls.packages = packages(with_old=True)
-
-    @classmethod
-    def tearDownClass(cls):
-        shutil.rmtree(cls.packages)
-
     def race(self, system, step, names_free=True):
         system.plant(race=True)
         try:
@@ -405,32 +397,24 @@ class Raced(unittest.TestCase):
         system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
         system.start_sim()
         hers = [int(system.sh("id -u " + USER).stdout)] if names_free else []
-        self.assertEqual(held["planted"] > 0, names_free)
-        self.assertEqual((system.owners(NAMES), held["owners"], system.get(LINK_STATE, "hers"),
-                          system.get(LINK_STATE, system.session())),
-                         ({n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
+        self.assertEqual((held["planted"] > 0, system.owners(NAMES), held["owners"],
+                          system.get(LINK_STATE, "hers"), system.get(LINK_STATE, system.session())),
+                         (names_free, {n: "www-data" for n in NAMES}, hers, (403, b""), (200, SERVED)))
         return out
 
     def test_install(self):
-        system = System(self.packages)
-        try:
+        with System(packages(with_old=True)) as system:
             self.race(system, NEW)
-        finally:
-            system.close()
 
     def test_log_rotation(self):
-        system = System(self.packages)
-        try:
+        with System(packages(with_old=True)) as system:
             system.sh(NEW)
             system.start_sim()
             self.race(system, ROTATIONS, names_free=False)
             self.assertGreater(os.stat(system.root + "/tmp/k9100.log.old").st_size, 1048576)
-        finally:
-            system.close()
 
     def test_upgrade_from_1_0_0(self):
-        system = System(self.packages)
-        try:
+        with System(packages(with_old=True)) as system:
             # a log as 1.1.0 could leave it: www-data's, 0640, and yet held open by her since she made it
             system.sh(OLD + " && install -d -o www-data -g www-data -m 0700 /tmp/session && "
                       "printf 'kept\\n' | install -o www-data -g www-data -m 0640 /dev/stdin /tmp/k9100.log")
@@ -438,19 +422,13 @@ class Raced(unittest.TestCase):
             token = system.session()
             old_sim = subprocess.Popen(["chroot", system.root, "/usr/bin/open-sim", "serve", "--socket",
                                         "/tmp/open-sim.sock"], stderr=subprocess.DEVNULL)
-            deadline = time.time() + 10
-            while not os.path.exists(system.root + "/tmp/open-sim.sock"):
-                self.assertLess(time.time(), deadline, "open-sim 1.0.0 did not start")
-                time.sleep(0.02)
+            wait_for_socket(system.root + "/tmp/open-sim.sock", old_sim, "open-sim 1.0.0")
             out = self.race(system, NEW)
             self.assertIn("ended open-sim %d, which still ran the replaced version" % old_sim.pid, out)
             self.assertEqual(old_sim.wait(timeout=10), 0)
-            with open(system.root + "/tmp/k9100.log") as f:
-                self.assertTrue(f.read().startswith("kept\n"))
+            self.assertTrue(pathlib.Path(system.root + "/tmp/k9100.log").read_text().startswith("kept\n"))
             self.assertNotEqual(os.stat(system.root + "/tmp/k9100.log").st_ino, held_log)
             self.assertEqual(system.get(LINK_STATE, token), (200, SERVED))
-        finally:
-            system.close()
 
 
 # The names as the program's package makes them.
@@ -502,11 +480,9 @@ STATES = [
 
 class Installing(unittest.TestCase):
     def test_each_starting_state_ends_configured_or_refused_untouched(self):
-        folder = packages(with_old=False)
-        system = System(folder)
         listing = "find /tmp /mnt -printf '%p %u %m %y\\n' | sort"
         stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
-        try:
+        with System(packages(with_old=False)) as system:
             for state, setup, moved, outcome in STATES:
                 with self.subTest(state=state):
                     system.empty()
@@ -527,9 +503,6 @@ class Installing(unittest.TestCase):
                                       system.sh("cat /tmp/k9100.log").stdout),
                                      ("installed", moved, MADE, "www-data interfaces-v2-cli 2770\n", outcome))
                     system.sh("dpkg -P " + PROGRAM)
-        finally:
-            system.close()
-            shutil.rmtree(folder)
 
 
 # Her own lighttpd, on port 8081.
@@ -550,22 +523,15 @@ RESTARTS = [
 
 class Restarts(unittest.TestCase):
     def test_lighttpd_is_restarted_exactly_when_it_serves_the_program(self):
-        folder = packages(with_old=False)
         pid = "/etc/init.d/lighttpd status >/dev/null && cat /run/lighttpd.pid || true"
         for state, before, step, restarted in RESTARTS:
-            with self.subTest(state=state):
-                system = System(folder)
-                try:
-                    system.sh(before)
-                    hers, was = system.sh("cat /tmp/her.pid 2>/dev/null || true").stdout, system.sh(pid).stdout
-                    system.sh(step)
-                    now = system.sh(pid).stdout
-                    self.assertEqual((None if not now else now != was, system.sh(
-                        "[ -z '%s' ] || kill -0 %s" % (hers, hers), check=False).returncode), (restarted, 0))
-                finally:
-                    system.sh("[ ! -f /tmp/her.pid ] || kill $(cat /tmp/her.pid)")
-                    system.close()
-        shutil.rmtree(folder)
+            with self.subTest(state=state), System(packages(with_old=False)) as system:
+                system.sh(before)
+                hers, was = system.sh("cat /tmp/her.pid 2>/dev/null || true").stdout, system.sh(pid).stdout
+                system.sh(step)
+                now = system.sh(pid).stdout
+                self.assertEqual((None if not now else now != was, system.sh(
+                    "[ -z '%s' ] || kill -0 %s" % (hers, hers), check=False).returncode), (restarted, 0))
 
 
 class Boot(unittest.TestCase):
@@ -574,36 +540,28 @@ class Boot(unittest.TestCase):
     systemd; without it, the init script, as here). tmpfiles gives them no other owner or mode; the init
     script moves them aside as they are, says so, and makes the names www-data's."""
 
-    def boot(self, system, plant):
-        """/tmp emptied, PLANT, then the boot steps: what the init script moved aside, and where to."""
-        system.empty()
-        plant()
-        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
-        before = system.sh(stat, check=False).stdout.splitlines()
-        system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
-        after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
-        status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
-        out = system.sh("/etc/init.d/interfaces-v2 start").stderr
-        status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
-        made = system.sh(stat).stdout.replace("regular empty file", "regular file")
-        self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made), ([], [3, 0], MADE))
-        return dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out))
-
     def test_planted_names_are_moved_aside(self):
-        packages_folder = packages(with_old=False)
-        system = System(packages_folder)
-        try:
+        stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
+        with System(packages(with_old=False)) as system:
             system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
-            moved = self.boot(system, system.plant)
+            system.empty()
+            system.plant()
+            before = system.sh(stat, check=False).stdout.splitlines()
+            system.sh("systemd-tmpfiles --create --boot /usr/lib/tmpfiles.d/interfaces-v2.conf", check=False)
+            after_tmpfiles = system.sh(stat, check=False).stdout.splitlines()
+            status = [system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode]
+            out = system.sh("/etc/init.d/interfaces-v2 start").stderr
+            status.append(system.sh("/etc/init.d/interfaces-v2 status", check=False).returncode)
+            made = system.sh(stat).stdout.replace("regular empty file", "regular file")
+            moved = sorted(dict(re.findall(r"moved (\S+) aside to ([^\s:]+)", out)))
+            self.assertEqual(([line for line in before if line not in after_tmpfiles], status, made, moved),
+                             ([], [3, 0], MADE, sorted(NAMES)))
             system.stop_planting()
             system.sh("/etc/init.d/lighttpd start")
             system.start_sim()
-            self.assertEqual((sorted(moved), system.owners(NAMES), system.get(LINK_STATE, "hers"),
+            self.assertEqual((system.owners(NAMES), system.get(LINK_STATE, "hers"),
                               system.get(LINK_STATE, system.session())),
-                             (sorted(NAMES), {n: "www-data" for n in NAMES}, (403, b""), (200, SERVED)))
-        finally:
-            system.close()
-            shutil.rmtree(packages_folder)
+                             ({n: "www-data" for n in NAMES}, (403, b""), (200, SERVED)))
 
 
 def readme_blocks():
@@ -624,16 +582,6 @@ def readme_blocks():
     return blocks
 
 
-def simulators(system):
-    found = []
-    for proc in glob.glob("/proc/[0-9]*/exe"):
-        try:
-            found += [int(proc.split("/")[2])] if os.readlink(proc) == system.root + "/usr/bin/open-sim" else []
-        except OSError:
-            pass
-    return found
-
-
 class Documentation(unittest.TestCase):
     """An administrator without systemd follows the installed README.Debian word for word, from install to a
     served request, in a folder that holds the packages of another architecture too; the open-sim she starts
@@ -642,16 +590,12 @@ class Documentation(unittest.TestCase):
     def test_the_steps_serve_a_request(self):
         install, status, start_sim, enable, session, ask = readme_blocks()
         self.assertEqual(status, "systemctl status open-sim")  # systemd's, not taken here
-        folder = packages(with_old=False, other_arch=True)
-        system = System(folder)
-        try:
+        with System(packages(with_old=False, other_arch=True)) as system:
             system.sh("cd /debs/new && /etc/init.d/lighttpd stop && " + install.replace("apt ", "apt-get -q -y "))
             subprocess.run(["chroot", system.root, "sh", "-ec", start_sim], check=True, stdout=subprocess.DEVNULL,
                            stderr=subprocess.DEVNULL)
-            deadline = time.time() + 10
-            while not os.path.exists(system.root + "/run/open-sim/open-sim.sock") and time.time() < deadline:
-                time.sleep(0.02)
-            for pid in simulators(system):
+            wait_for_socket(system.root + "/run/open-sim/open-sim.sock")
+            for pid in system.running("/usr/bin/open-sim"):
                 os.kill(pid, signal.SIGHUP)
             answers = []
             for before in ("", "lighty-disable-mod interfaces-v2-fastcgi"):  # lighttpd stopped, then running
@@ -659,11 +603,6 @@ class Documentation(unittest.TestCase):
                 system.sh(enable)
                 answers.append(system.sh(session + "\n" + ask).stdout.encode())
             self.assertEqual(answers, [SERVED, SERVED])
-        finally:
-            for pid in simulators(system):
-                os.kill(pid, signal.SIGTERM)
-            system.close()
-            shutil.rmtree(folder)
 
 
 if __name__ == "__main__":

@@ -1,10 +1,11 @@
-"""The OpenAPI document that route-dump prints: valid for a real validator,
-one operation per registration that serves, and true to the program (the
-every-route sweep holds each route's reply to its operation's schema)."""
+"""The OpenAPI document that route-dump prints: valid for a real validator, one operation per registration
+that serves, and true to the program (the every-route sweep holds each route's reply to its operation's
+schema)."""
 
 import collections
 import json
 import os
+import pathlib
 import re
 import subprocess
 import tempfile
@@ -48,9 +49,7 @@ def example_request(op):
 
 def ends_with_newline(description, code):
     """How a reply with this code ends, as its operation's description says."""
-    if code == 0 and description.startswith("On success"):
-        return False
-    return "ending with a newline" in description
+    return not (code == 0 and description.startswith("On success")) and "ending with a newline" in description
 
 
 def check(document, replies):
@@ -58,8 +57,7 @@ def check(document, replies):
     with tempfile.TemporaryDirectory() as d:
         paths = [os.path.join(d, "openapi.json"), os.path.join(d, "replies.json")]
         for path, value in zip(paths, (document, replies)):
-            with open(path, "w") as f:
-                json.dump(value, f)
+            pathlib.Path(path).write_text(json.dumps(value))
         r = subprocess.run(["node", CHECK] + paths, capture_output=True, text=True, timeout=120)
     return r.returncode, r.stdout + r.stderr
 
@@ -69,15 +67,13 @@ def lint(printed):
     a list of (linter, rule) pairs."""
     with tempfile.TemporaryDirectory() as d:
         path = os.path.join(d, "openapi.json")
-        with open(path, "wb") as f:
-            f.write(printed)
+        pathlib.Path(path).write_bytes(printed)
         redocly = subprocess.run([os.path.join(TOOLS, "redocly"), "lint", "--format=json", path],
                                  capture_output=True, text=True, timeout=120)
         report = os.path.join(d, "spectral.json")
         subprocess.run([os.path.join(TOOLS, "spectral"), "lint", "-r", os.path.join(HERE, "spectral.yaml"), "-f", "json",
                         "-o", report, path], capture_output=True, timeout=120)
-        with open(report) as f:
-            spectral = json.load(f)
+        spectral = json.loads(pathlib.Path(report).read_text())
     found = [("redocly", p["ruleId"]) for p in json.loads(redocly.stdout)["problems"]]
     return found + [("spectral", p["code"]) for p in spectral]
 
@@ -101,9 +97,8 @@ class OpenApiDocument(SimTestCase):
     def test_one_operation_per_serving_registration(self):
         registered = {(m, p + "/" + n) for (_, m, p, n) in (row[0].split() for row in served_routes())}
         ops = list(operations(self.document))
-        self.assertEqual(len(ops), 212)
-        self.assertEqual({(m, p) for m, p, _ in ops}, registered)
-        self.assertEqual(len({op["operationId"] for _, _, op in ops}), 212)
+        self.assertEqual(({(m, p) for m, p, _ in ops}, len({op["operationId"] for _, _, op in ops})),
+                         (registered, 212))
         self.assertEqual({tag for _, _, op in ops for tag in op["tags"]}, TAGS)
 
     def test_every_reply_is_a_model_named_after_its_route(self):
@@ -144,8 +139,7 @@ class OpenApiDocument(SimTestCase):
                                                                        "x-enum-varnames": ["SUCCESS"]})
 
     def test_a_reply_the_schema_does_not_describe_fails(self):
-        cases = [("linkState", "sideways"), ("extra", 1)]
-        for key, value in cases:
+        for key, value in [("linkState", "sideways"), ("extra", 1)]:
             reply = json.loads(json.dumps(LINK_UP))
             reply["if"][key] = value
             status, report = check(self.document, [{"operationId": "getIfLinkState", "reply": reply}])

@@ -1,12 +1,10 @@
-"""Route transcripts. A row is one request as the web server passes it
-("METHOD directory/route?query" under /api/v2/interfaces, and a body), the
-`open-sim ctl` commands run first on the default scenario, the OpEN calls the
-simulator then saw and the exact reply. Calls read "Name(inputs)", or a bare
-name whose inputs are not compared; a list holds (name, inputs...) tuples, in
-which a pattern stands for a file name's text, or dicts compared on their own
-keys; None leaves them unchecked; names without a prefix are "rpcclt_openapi"
-ones. A dict or list reply is a success's data under the directory's group; a
-number is a code, read shaped for GET and set shaped otherwise."""
+"""Route transcripts. A row is one request as the web server passes it ("METHOD directory/route?query" under
+/api/v2/interfaces, and a body), the `open-sim ctl` commands run first on the default scenario, the OpEN calls
+the simulator then saw and the exact reply. Calls read "Name(inputs)", or a bare name whose inputs are not
+compared; a list holds (name, inputs...) tuples, in which a pattern stands for a file name's text, or dicts
+compared on their own keys; None leaves them unchecked; names without a prefix are "rpcclt_openapi" ones. A
+dict or list reply is a success's data under the directory's group; a number is a code, read shaped for GET
+and set shaped otherwise."""
 
 import json
 import re
@@ -56,16 +54,12 @@ STATUS_CALLS = ["IfSpeedModeGet", "IfDuplexModeGet", "IfEthernetHeaderSizeGet", 
                 "IntfFECModeGet", "IfLinkTrapGet", "IntfExpandablePortConfigModeGet", "IntfExpandablePortOperModeGet"]
 
 
-def status(ifNum, speed, header, soft, trap, config, oper):
-    return {"interface": ifNum, "admin-state": "down", "link-state": "down", "auto-negotiate": "enable",
-            "configured-speed": "unknown", "operational-speed": speed, "speed-mode": speed,
-            "configured-duplex": "auto", "mtu": 0, "max-frame-size": 0, "ethernet-header-size": header,
-            "description": "", "soft-shutdown": soft, "fec-mode": "auto", "link-trap": trap,
-            "expandable-config-mode": config, "expandable-oper-mode": oper}
-
-
-def counters(ifNum, values):
-    return dict([("interface", ifNum)] + list(zip(SUMMARY_KEYS, values)))
+# Port 26 with every read of its status failing.
+FAILED_STATUS = {"interface": 26, "admin-state": "down", "link-state": "down", "auto-negotiate": "enable",
+                 "configured-speed": "unknown", "operational-speed": "unknown", "speed-mode": "unknown",
+                 "configured-duplex": "auto", "mtu": 0, "max-frame-size": 0, "ethernet-header-size": 0,
+                 "description": "", "soft-shutdown": "disable", "fec-mode": "auto", "link-trap": "disable",
+                 "expandable-config-mode": None, "expandable-oper-mode": None}
 
 
 def names(*pairs):
@@ -76,10 +70,10 @@ COUNTERS = [
     T("GET if/out-errors?a=1&myinterface=7&interface=9", "IfOutErrorsGet(7)", {"value": 0}),
     # A failing counter reads 0; without a port every physical one is walked.
     T("GET if/counters", "openapiIfFirstGet(0) " + " ".join("If%sGet(1)" % c for c in COUNTER_CALLS) +
-      " openapiIfNextGet(0, 1)", [counters(1, [0] + list(range(1, 8)))],
+      " openapiIfNextGet(0, 1)", [dict(interface=1, **dict(zip(SUMMARY_KEYS, [0] + list(range(1, 8)))))],
       setup=["set If%sGet 1 %d" % (c, n) for n, c in enumerate(COUNTER_CALLS)] +
       ["fail IfInOctetsGet -1", "fail openapiIfNextGet -29"]),
-    T("GET if/status?ifNum=26", None, status(26, "unknown", 0, "disable", "disable", None, None),
+    T("GET if/status?ifNum=26", None, FAILED_STATUS,
       setup=["fail %s -1" % c for c in STATUS_CALLS]),
     T("GET if/status?ifNum=0", "openapiIfFirstGet(0)", [], setup="fail openapiIfFirstGet -1"),
     # The Nth LAG is computed from the first, not asked for; a VLAN is shown even as 0, and none past 4094 asked.
@@ -150,8 +144,6 @@ SHOWS = "set CliShowExecuteToFile 'show errdisable recovery' " + shlex.quote(jso
     "---------------------------- --------------------\nbpduguard                    ENABLED\n"
     "link-flap                    Disabled\nTimeout for Auto-recovery from D-Disable state....... 900\n"))
 NO_SHOW = "fail CliShowExecuteToFile -1"
-FEATURES = ("dhcp-rate-limit,arp-inspection,bcast-storm,mcast-storm,ucast-storm,bpduguard,bpdustorm,mac-locking,"
-            "denial-of-service,link-flap,udld,loop-protect")
 DDISABLE = [
     T("PUT if/ddisable-auto-recovery-interval", ["TxtCfgCompress", applied("errdisable recovery interval 3600")], 0,
       {"INTERVAL": 3600.9}),

@@ -1,7 +1,6 @@
-"""Timelines through open-sim's own command line and the program: refusals
-reach the client and the shell, a paused clock holds, and the built-in
-scenarios start and play out. What each event does to the switch is held in
-the simulator's unit tests."""
+"""Timelines through open-sim's own command line and the program: refusals reach the client and the shell, a
+paused clock holds, and the built-in scenarios start and play out. What each event does to the switch is held
+in the simulator's unit tests."""
 
 import json
 import os
@@ -56,11 +55,8 @@ class Timeline(SimTestCase):
         os.unlink(path)
         self.assertEqual((r.returncode, r.stderr), (1, "open-sim: timeline event 1 (at 5): unknown port 99\n"))
 
-
-class Paused(SimTestCase):
-    """`serve --paused`: the clock stands at zero through requests until the test moves it."""
-
     def test_the_clock_stands_at_zero_until_moved(self):
+        """`serve --paused`: the clock stands at zero through requests until the test moves it."""
         sim = Sim(args=["--paused"])
         try:
             path = write({"timeline": [E(0.5, "link-down", 1)]})
@@ -75,11 +71,7 @@ class Paused(SimTestCase):
         finally:
             sim.stop()
 
-
-class ReadyScenarios(SimTestCase):
-    """The scenarios built into open-sim, started by name."""
-
-    def test_every_listed_scenario_starts(self):
+    def test_every_built_in_scenario_starts_by_name(self):
         listed = subprocess.run(command(OPEN_SIM, "scenarios"), capture_output=True, text=True, check=True).stdout
         names = [line.split()[0] for line in listed.splitlines()]
         self.assertLessEqual({"default", "uplink-flap", "ddisable-recovery", "pml-violation"}, set(names))

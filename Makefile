@@ -8,6 +8,7 @@
 # make fuzz  build the fuzz targets with clang and run each FUZZ_SECONDS
 # make package  the Debian packages for x86-64 and the switch's arm64, and the source package, into dist/
 # make piuparts  the x86-64 packages installed and purged in a fresh Debian chroot
+# make test-system  the arm64 packages installed and serving in an emulated Debian 12 arm64 system, rebooted
 BUILD ?= build
 MAKEFLAGS += --no-print-directory
 BUILD_TYPE ?= RelWithDebInfo
@@ -22,7 +23,7 @@ FUZZ_SECONDS ?= 60
 SANITIZER_OPTIONS = ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:exitcode=86 \
                     UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:exitcode=86
 
-.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
+.PHONY: all deps configure build build-release package package-native package-arm64 package-tree piuparts test-system test test-sanitize test-arm64 bench fuzz run soak soak-sanitize clean
 
 all: build
 
@@ -84,6 +85,16 @@ piuparts: package-native
 	@scripts/install-deps.sh piuparts
 	@piuparts -d $(shell . /etc/os-release && echo $$VERSION_CODENAME) $(if $(PIUPARTS_MIRROR),-m $(PIUPARTS_MIRROR)) \
 	  --warn-on-others $(wildcard $(PACKAGE_DIR)/*_$(NATIVE_ARCH).deb)
+
+# The arm64 packages installed by apt in a whole Debian 12 arm64 system booted under qemu-system-aarch64,
+# set up by their README.Debian, serving the host as CGI and as FastCGI, before and after a reboot. The
+# image is built once (root, binfmt_misc and the Debian mirror) into ~/.cache/interfaces-v2/system/; each
+# run boots a copy of it. The packages are those in dist/, made by make package when it has none.
+# Most of an hour, so not part of make test; its times go into bench/RESULTS.md.
+test-system:
+	@scripts/install-deps.sh system
+	@ls $(PACKAGE_DIR)/interfaces-v2_*_arm64.deb >/dev/null 2>&1 || $(MAKE) package
+	@IF_BUILD_DIR=$(abspath $(BUILD)) IF_PACKAGE_DIR=$(abspath $(PACKAGE_DIR)) python3 tests/system/test_system.py
 
 # What git tracks and would track, as it stands in the work tree.
 package-tree:

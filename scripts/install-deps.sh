@@ -10,6 +10,7 @@
 #   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the aarch64 cross build
 #   install-deps.sh fuzz     also clang and its libFuzzer runtime
 #   install-deps.sh piuparts piuparts, for `make piuparts`
+#   install-deps.sh system   mmdebstrap, qemu-system-aarch64, qemu-user-static, ssh: `make test-system`
 #   install-deps.sh browser  also Chromium, for the explorer's browser test; a machine that cannot
 #                            install it only warns
 # Every mode also installs the npm packages of package-lock.json (the API explorer, the OpenAPI
@@ -28,7 +29,8 @@ case "${1:-}" in
   fuzz) builds=("- $profile.fuzz") ;;
   browser) builds=("- $profile.browser") ;;
   piuparts) builds=("- $profile.piuparts") ;;
-  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts]" >&2; exit 2 ;;
+  system) builds=("- $profile.system") ;;
+  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts | system]" >&2; exit 2 ;;
 esac
 
 # The lock file's packages, again only when the lock file changed.

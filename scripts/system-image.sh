@@ -57,7 +57,7 @@ build() {
         --essential-hook="'$self' initramfs-modules \"\$1\"" \
         --customize-hook="'$self' customize \"\$1\" '$work'" \
         "$RELEASE" "$work/root" "deb ${mirror:-http://deb.debian.org/debian} $RELEASE main" >&2
-    mke2fs -q -t ext4 -L root -d "$work/root" "$work/disk.img" "$DISK_SIZE"
+    mke2fs -q -t ext4 -L root -d "$work/root" "$work/disk.img" "$DISK_SIZE" >&2
     rm -rf "$work/root"
     mv "$work" "$out"
     trap - EXIT

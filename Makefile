@@ -90,7 +90,7 @@ piuparts: package-native
 # set up by their README.Debian, serving the host as CGI and as FastCGI, before and after a reboot. The
 # image is built once (root, binfmt_misc and the Debian mirror) into ~/.cache/interfaces-v2/system/; each
 # run boots a copy of it. The packages are those in dist/, made by make package when it has none.
-# Some 25 minutes from an empty cache, 8 with it: not part of make test; its times go into bench/RESULTS.md.
+# Some 15 minutes from an empty cache, 8 with it: not part of make test; its times go into bench/RESULTS.md.
 test-system:
 	@scripts/install-deps.sh system
 	@ls $(PACKAGE_DIR)/interfaces-v2_*_arm64.deb >/dev/null 2>&1 || $(MAKE) package

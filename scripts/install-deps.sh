@@ -11,6 +11,7 @@
 #   install-deps.sh bench    also the benchmarks: wrk, Google Benchmark, and the aarch64 cross build
 #   install-deps.sh fuzz     also clang and its libFuzzer runtime
 #   install-deps.sh piuparts piuparts, for `make piuparts`
+#   install-deps.sh system   mmdebstrap, qemu-system-aarch64, qemu-user-static, ssh: `make test-system`
 #   install-deps.sh browser  also Chromium, for the explorer's browser test; a machine that cannot
 #                            install it only warns
 # Every mode also installs the npm packages of package-lock.json (the API explorer, the OpenAPI
@@ -30,7 +31,8 @@ case "${1:-}" in
   fuzz) builds=("- $profile.fuzz"); groups="build fuzz" ;;
   browser) builds=("- $profile.browser"); groups="build browser" ;;
   piuparts) builds=("- $profile.piuparts"); groups="build piuparts" ;;
-  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts]" >&2; exit 2 ;;
+  system) builds=("- $profile.system"); groups="build system" ;;
+  *) echo "usage: $0 [e2e | package | arm64 | bench | fuzz | browser | piuparts | system]" >&2; exit 2 ;;
 esac
 
 # The commands the make targets run, each with the package that brings it, by group. Build-Depends cannot
@@ -65,6 +67,15 @@ fuzz                clang-14 clang-14
 fuzz                clang++-14 clang-14
 browser             chromium chromium
 piuparts            piuparts piuparts
+system              mmdebstrap mmdebstrap
+system              arch-test arch-test
+system              qemu-aarch64-static qemu-user-static
+system              qemu-system-aarch64 qemu-system-arm
+system              qemu-img qemu-utils
+system              ssh openssh-client
+system              ssh-keygen openssh-client
+system              mkfs.ext4 e2fsprogs
+system              curl curl
 "
 
 # The packages of the mode's commands that are not found; the system's own folders count, whatever the

@@ -6,7 +6,7 @@
 #include <string.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/sysinfo.h>
+#include <time.h>
 #include <unistd.h>
 
 #include "frame/log.h"
@@ -21,10 +21,12 @@ constexpr int kStampLine = 200;
 constexpr int kPrivilegeLine = 16;
 constexpr size_t kRefreshText = 256;
 
+// The seconds since boot as sysinfo counts them (a started second counts
+// whole), read from the clock without a system call.
 bool systemUptime(long *now) {
-  struct sysinfo info = {};
-  if (sysinfo(&info) != 0) return false;
-  *now = info.uptime;
+  timespec since = {};
+  if (clock_gettime(CLOCK_BOOTTIME, &since) != 0) return false;
+  *now = since.tv_sec + (since.tv_nsec != 0);
   return true;
 }
 
@@ -58,23 +60,49 @@ void readLine(SessionFile *f, char *buf, int size) {
 
 // The session folder, held open so that the file is opened, and an expired
 // one deleted, in the folder that was checked, whatever happens to its name.
+// A responder keeps it from one request to the next: each check looks the
+// name up again and uses the open folder only while the name still leads to
+// it and it is still ours, and otherwise opens and checks the folder afresh.
+// Held until the process ends.
 struct Folder {
+  char name[kPathBuf] = {};
   int fd = -1;
-  ~Folder() {
-    if (fd >= 0) close(fd);
-  }
+  dev_t dev = 0;
+  ino_t ino = 0;
 };
+Folder gFolder;
 
-// Opens the token's file for reading and writing, only inside a folder of
-// ours and only when the file is ours too. `path` is the file's full name.
-bool openSession(const char *dir, const char *token, const char *path, Folder *folder, SessionFile *file) {
+bool stillTheHeldFolder(const char *name) {
+  struct stat st = {};
+  return gFolder.fd >= 0 && strcmp(gFolder.name, name) == 0 && lstat(name, &st) == 0 && st.st_dev == gFolder.dev &&
+         st.st_ino == gFolder.ino && !untrustedBecause(st, S_IFDIR);
+}
+
+int sessionFolder(const char *dir) {
   char name[kPathBuf];
   snprintf(name, sizeof name, "%s", dir);
   // A trailing "/" would make the open follow a link in the folder's place.
   for (size_t n = strlen(name); n > 1 && name[n - 1] == '/'; --n) name[n - 1] = 0;
-  folder->fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr);
-  if (folder->fd < 0) return false;
-  file->fd = openOwn(folder->fd, token, O_RDWR, S_IFREG, path, nullptr);
+  if (stillTheHeldFolder(name)) return gFolder.fd;
+  if (gFolder.fd >= 0) close(gFolder.fd);
+  gFolder.fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr);
+  struct stat st = {};
+  if (gFolder.fd >= 0 && fstat(gFolder.fd, &st) != 0) {
+    close(gFolder.fd);
+    gFolder.fd = -1;
+  }
+  memcpy(gFolder.name, name, sizeof name);
+  gFolder.dev = st.st_dev;
+  gFolder.ino = st.st_ino;
+  return gFolder.fd;
+}
+
+// Opens the token's file for reading and writing, only inside a folder of
+// ours and only when the file is ours too. `path` is the file's full name.
+bool openSession(const char *dir, const char *token, const char *path, int *folder, SessionFile *file) {
+  *folder = sessionFolder(dir);
+  if (*folder < 0) return false;
+  file->fd = openOwn(*folder, token, O_RDWR, S_IFREG, path, nullptr);
   return file->fd >= 0;
 }
 
@@ -134,7 +162,7 @@ void escapeControls(const char *text, char *out, size_t size) {
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
   char path[kPathBuf];
   snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
-  Folder folder;
+  int folder = -1;
   SessionFile f;
   if (!sessionTokenUsable(token, env.dir) || !openSession(env.dir, token, path, &folder, &f)) {
     char shown[4 * kPathBuf];
@@ -142,6 +170,7 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", shown);
     return -1;
   }
+  // Given back when the file is closed, on every way out of the check.
   if (flock(f.fd, LOCK_EX) != 0) {
     LOG_AT(3, "checkSessionX", 50, "File lock failed\n");
     return -1;
@@ -172,7 +201,7 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   if (sessionExpired(now, stored)) {
     LOG_AT(6, "checkSessionX", 86, "Token timeout(%ld - %ld).please login again. (userName: %s timestamp: %s)\r\n", now,
            stored, user, stamp);
-    unlinkat(folder.fd, token, 0);
+    unlinkat(folder, token, 0);
     return -1;
   }
   if (!refresh) {
@@ -181,10 +210,6 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     else snprintf(text, sizeof text, "%s%ld\n%s%s", user, now, privilege, token);
     rewriteSession(f, text);
     LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
-  }
-  if (flock(f.fd, LOCK_UN) != 0) {
-    LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
-    return -1;
   }
   return 0;
 }

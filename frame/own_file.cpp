@@ -34,10 +34,15 @@ uint64_t fnv1a(const char *text, uint64_t h = 14695981039346656037u) {
 
 }  // namespace
 
-const char *untrustedBecause(const struct stat &st, mode_t type) {
+uid_t effectiveUser(void) {
+  static const uid_t self = geteuid();
+  return self;
+}
+
+const char *untrustedBecause(const struct stat &st, mode_t type, uid_t self) {
   if (S_ISLNK(st.st_mode)) return "it is a symbolic link";
   if ((st.st_mode & S_IFMT) != type) return notOfType(type);
-  if (st.st_uid != geteuid() && st.st_uid != 0) return "another user owns it";
+  if (st.st_uid != self && st.st_uid != 0) return "another user owns it";
   if (st.st_mode & (S_IWGRP | S_IWOTH)) return "group or others may write it";
   return nullptr;
 }

@@ -10,9 +10,13 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+// The program's effective user. It never changes its user, so the kernel is
+// asked once per process rather than on every file a request opens.
+uid_t effectiveUser(void);
+
 // Why an opened object of `st` is not to be used as a file of `type`
-// (S_IFDIR or S_IFREG), or null when it may be.
-const char *untrustedBecause(const struct stat &st, mode_t type);
+// (S_IFDIR or S_IFREG) by `self`, or null when it may be.
+const char *untrustedBecause(const struct stat &st, mode_t type, uid_t self = effectiveUser());
 
 // Opens `name` relative to `dirfd` (or AT_FDCWD) with `flags`, never through
 // a link and never waiting on a FIFO, and keeps it only when what was opened

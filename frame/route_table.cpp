@@ -13,7 +13,11 @@ namespace {
 
 constexpr size_t kPathBuf = 1024;
 
-void copyCut(char *dst, const char *src, size_t size) { snprintf(dst, size, "%s", src); }
+void copyCut(char *dst, const char *src, size_t size) {
+  size_t length = strnlen(src, size - 1);
+  memcpy(dst, src, length);
+  dst[length] = '\0';
+}
 
 RouteNode *newNode(const char *segment, size_t length) {
   RouteNode *node = static_cast<RouteNode *>(calloc(1, sizeof(RouteNode)));
@@ -149,8 +153,10 @@ int httpdAddCContent(RouteTable *table, const char *path, const char *name, uint
 
 const Route *routeFind(const RouteNode *node, const char *name, const char *method) {
   if (!node || !method) return nullptr;
+  // A folder holds up to a hundred routes: most are passed on their first letter.
   for (const Route *r = node->entries; r; r = r->next)
-    if (strcmp(r->name, name) == 0 && strcasecmp(httpMethodName(r->method), method) == 0) return r;
+    if (r->name[0] == name[0] && strcmp(r->name, name) == 0 && strcasecmp(httpMethodName(r->method), method) == 0)
+      return r;
   return nullptr;
 }
 

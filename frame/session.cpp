@@ -72,6 +72,15 @@ struct Folder {
 };
 Folder gFolder;
 
+// `a` and `b` one after the other, cut to fit `size`; no formatting, as
+// this runs on every request.
+void joinCut(char *out, size_t size, const char *a, const char *b) {
+  size_t na = strnlen(a, size - 1), nb = strnlen(b, size - 1 - na);
+  memcpy(out, a, na);
+  memcpy(out + na, b, nb);
+  out[na + nb] = '\0';
+}
+
 bool stillTheHeldFolder(const char *name) {
   struct stat st = {};
   return gFolder.fd >= 0 && strcmp(gFolder.name, name) == 0 && lstat(name, &st) == 0 && st.st_dev == gFolder.dev &&
@@ -80,7 +89,7 @@ bool stillTheHeldFolder(const char *name) {
 
 int sessionFolder(const char *dir) {
   char name[kPathBuf];
-  snprintf(name, sizeof name, "%s", dir);
+  joinCut(name, sizeof name, dir, "");
   // A trailing "/" would make the open follow a link in the folder's place.
   for (size_t n = strlen(name); n > 1 && name[n - 1] == '/'; --n) name[n - 1] = 0;
   if (stillTheHeldFolder(name)) return gFolder.fd;
@@ -161,7 +170,7 @@ void escapeControls(const char *text, char *out, size_t size) {
 
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
   char path[kPathBuf];
-  snprintf(path, sizeof path, "%s%s", env.dir, token ? token : "(null)");
+  joinCut(path, sizeof path, env.dir, token ? token : "(null)");
   int folder = -1;
   SessionFile f;
   if (!sessionTokenUsable(token, env.dir) || !openSession(env.dir, token, path, &folder, &f)) {

@@ -64,7 +64,7 @@ TEST(OwnFiles, OwnerAndWriteBitsDecide) {
     struct stat st = {};
     st.st_uid = c.owner;
     st.st_mode = c.mode;
-    const char *why = untrustedBecause(st, S_IFREG);
+    const char *why = untrustedBecause(st, S_IFREG, self);
     EXPECT_STREQ(why, c.why) << c.owner << " " << std::oct << c.mode;
   }
   if (switched) {

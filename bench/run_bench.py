@@ -258,15 +258,38 @@ def to_ms(text):
     return float(m.group(1)) * scale
 
 
-def wrk_once(port, token, seconds, connections, path=IF + "/link-state?ifNum=3"):
+def server_cpu_ns(proc):
+    """CPU time so far of a lighttpd server's children (the CGI processes still running, or the responders),
+    in ns, from the kernel's scheduler counts."""
+    total = 0
+    try:
+        with open("/proc/%d/task/%d/children" % (proc.pid, proc.pid)) as f:
+            children = f.read().split()
+    except OSError:
+        return 0
+    for pid in children:
+        try:
+            with open("/proc/%s/schedstat" % pid) as f:
+                total += int(f.read().split()[0])
+        except OSError:
+            pass
+    return total
+
+
+def wrk_once(port, token, seconds, connections, path=IF + "/link-state?ifNum=3", proc=None):
     url = "http://127.0.0.1:%d%s" % (port, path)
+    load = os.getloadavg()[0]
+    cpu = server_cpu_ns(proc) if proc else 0
     out = subprocess.run(["wrk", "-t2", "-c%d" % connections, "-d%ds" % seconds, "--latency",
                           "-H", "session: " + token, url], capture_output=True, text=True, check=True).stdout
+    cpu = server_cpu_ns(proc) - cpu if proc else 0
     if "Non-2xx" in out or "Socket errors" in out or "Latency Distribution" not in out:
         sys.exit("wrk saw failed requests:\n" + out)
+    requests = int(re.search(r"(\d+) requests in", out).group(1))
     return {"rps": float(re.search(r"Requests/sec:\s+([\d.]+)", out).group(1)),
             "p50": to_ms(re.search(r"^\s*50%\s+(\S+)", out, re.M).group(1)),
-            "p99": to_ms(re.search(r"^\s*99%\s+(\S+)", out, re.M).group(1))}
+            "p99": to_ms(re.search(r"^\s*99%\s+(\S+)", out, re.M).group(1)),
+            "load": load, "cpu_us": cpu / 1000 / requests if requests else 0}
 
 
 def through_lighttpd(args, sim, token, workdir):
@@ -321,10 +344,13 @@ def fastcgi_side_by_side(args, sim, token, workdir):
                     replies.add(r.read())
             if len(replies) != 1:
                 sys.exit("the CGI and the FastCGI responder do not print the same %s reply" % case)
-        for _ in range(args.wrk_repeats):
+        # Each round in another order, so that no program always follows the same one.
+        names = list(servers)
+        for round_no in range(args.wrk_repeats):
             for case, path, connections in cases:
-                for name, (_, port) in servers.items():
-                    runs[case][name].append(wrk_once(port, token, args.wrk_seconds, connections, path))
+                for name in names[round_no % 3:] + names[:round_no % 3]:
+                    proc, port = servers[name]
+                    runs[case][name].append(wrk_once(port, token, args.wrk_seconds, connections, path, proc))
     finally:
         for proc, _ in servers.values():
             proc.terminate()
@@ -336,7 +362,9 @@ def fastcgi_side_by_side(args, sim, token, workdir):
                         "rps_vs_cgi": statistics.median(f["rps"] / c["rps"] for f, c, _ in pairs),
                         "p99_vs_cgi": statistics.median(f["p99"] / c["p99"] for f, c, _ in pairs),
                         "rps_vs_floor": statistics.median(f["rps"] / fl["rps"] for f, _, fl in pairs),
-                        "floor_vs_cgi": statistics.median(fl["rps"] / c["rps"] for _, c, fl in pairs)}
+                        "floor_vs_cgi": statistics.median(fl["rps"] / c["rps"] for _, c, fl in pairs),
+                        "cpu_vs_floor": statistics.median([f["cpu_us"] / fl["cpu_us"] for f, _, fl in pairs
+                                                           if fl["cpu_us"]] or [0])}
     return result
 
 
@@ -425,6 +453,56 @@ def budgets(r):
     return rows
 
 
+FASTCGI_HEADING = "## CGI against FastCGI through lighttpd"
+
+
+def spread(runs, key, form):
+    """The runs' median, then their range: with the rounds a machine shared with other work gives, single
+    runs swing by a factor of two or more."""
+    values = [run[key] for run in runs]
+    return (form + " (" + form + " to " + form + ")") % (statistics.median(values), min(values), max(values))
+
+
+def fastcgi_section(fastcgi, args):
+    w = [FASTCGI_HEADING + "\n"]
+    loads = [run["load"] for v in fastcgi.values() for runs in v["runs"].values() for run in runs]
+    w.append("`wrk -t2 -c%d -d%ds --latency`, each request through three lighttpd servers on 127.0.0.1,"
+             " alternated %d times, each round in another order: the program as a CGI, the program as %d FastCGI"
+             " responders (`scripts/lighttpd-fastcgi.conf.in`), and the C FastCGI floor (`bench/fcgi_floor.c`: the"
+             " same OpEN calls per request, registered once per process, no session, no log) as as many responders."
+             " Figures are the runs' median and range; ratios are medians of the per-round ratios. Load average (1 minute) during the runs: %.1f to %.1f."
+             " Responder CPU is the responders' CPU time over a run (the kernel's scheduler count) per request"
+             " served.\n" % (args.wrk_connections, args.wrk_seconds, args.wrk_repeats, responders(), min(loads),
+                             max(loads)))
+    w.append("| request | program | requests/s | p50 | p99 | responder CPU per request |\n|---|---|---|---|---|---|")
+    for case, v in fastcgi.items():
+        for name, runs in v["runs"].items():
+            w.append("| %s | %s | %s | %s | %s | %s |" % (
+                case, name, spread(runs, "rps", "%.0f"), spread(runs, "p50", "%.2f ms"), spread(runs, "p99", "%.2f ms"),
+                spread(runs, "cpu_us", "%.1f µs") if name != "CGI" else ""))
+    w.append("\n| request | FastCGI ÷ CGI, requests/s | FastCGI ÷ CGI, p99 | FastCGI ÷ C floor, requests/s |"
+             " FastCGI ÷ C floor, responder CPU | C floor ÷ CGI, requests/s |\n|---|---|---|---|---|---|")
+    for case, v in fastcgi.items():
+        w.append("| %s | %.2f | %.2f | %.2f | %.2f | %.2f |" % (case, v["rps_vs_cgi"], v["p99_vs_cgi"],
+                                                              v["rps_vs_floor"], v["cpu_vs_floor"], v["floor_vs_cgi"]))
+    w.append("\nThe last column is what a responder can gain at best: a process saves its start, registration"
+             " and table build per request, not the request's OpEN round trips (281 for the status of all"
+             " ports). With fewer responders than connections the CGI would have more requests in flight at"
+             " once than the responders: the responder count is the number of requests served at once.\n")
+    return w
+
+
+def replace_fastcgi_section(path, fastcgi, args):
+    """--only-fastcgi: the section in place, up to its first subsection (notes written by hand) or the next
+    section."""
+    old = open(path).read()
+    start = old.index(FASTCGI_HEADING)
+    ends = [i for i in (old.find("\n### ", start), old.find("\n## ", start + 1)) if i >= 0]
+    end = min(ends) if ends else len(old)
+    with open(path, "w") as f:
+        f.write(old[:start] + "\n".join(fastcgi_section(fastcgi, args)) + old[end:])
+
+
 def write_results(path, r, args):
     w = []
     w.append("# Benchmark results\n")
@@ -473,28 +551,7 @@ def write_results(path, r, args):
                                                " / ".join("%.2f ms" % x["p99"] for x in runs)))
         w.append("\nThroughput ratio (median of pairs): %.2f.\n" % r["wrk"]["ratio"])
     if r.get("fastcgi"):
-        w.append("## CGI against FastCGI through lighttpd\n")
-        w.append("`wrk -t2 -c%d -d%ds --latency`, each request through three lighttpd servers on 127.0.0.1,"
-                 " alternated %d times: the program as a CGI, the program as %d FastCGI responders"
-                 " (`scripts/lighttpd-fastcgi.conf.in`), and the C FastCGI floor (`bench/fcgi_floor.c`: the same"
-                 " OpEN calls per request, registered once per process, no session, no log) as as many responders."
-                 " Ratios are medians of the per-round ratios.\n" % (args.wrk_connections, args.wrk_seconds,
-                                                                        args.wrk_repeats, responders()))
-        w.append("| request | program | requests/s | p50 | p99 |\n|---|---|---|---|---|")
-        for case, v in r["fastcgi"].items():
-            for name, runs in v["runs"].items():
-                w.append("| %s | %s | %s | %s | %s |" % (case, name, " / ".join("%.0f" % x["rps"] for x in runs),
-                                                        " / ".join("%.2f ms" % x["p50"] for x in runs),
-                                                        " / ".join("%.2f ms" % x["p99"] for x in runs)))
-        w.append("\n| request | FastCGI ÷ CGI, requests/s | FastCGI ÷ CGI, p99 | FastCGI ÷ C floor, requests/s |"
-                 " C floor ÷ CGI, requests/s |\n|---|---|---|---|---|")
-        for case, v in r["fastcgi"].items():
-            w.append("| %s | %.2f | %.2f | %.2f | %.2f |" % (case, v["rps_vs_cgi"], v["p99_vs_cgi"], v["rps_vs_floor"],
-                                                           v["floor_vs_cgi"]))
-        w.append("\nThe last column is what a responder can gain at best: a process saves its start, registration"
-                 " and table build per request, not the request's OpEN round trips (281 for the status of all"
-                 " ports). With fewer responders than connections the CGI would have more requests in flight at"
-                 " once than the responders: the responder count is the number of requests served at once.\n")
+        w += fastcgi_section(r["fastcgi"], args)
     if r.get("arm_cpu"):
         a = r["arm_cpu"]
         w.append("## aarch64 build: user CPU time per request under qemu\n")
@@ -566,7 +623,8 @@ def main():
     p.add_argument("--wrk-connections", type=int, default=4)
     p.add_argument("--arm-requests", type=int, default=100)
     p.add_argument("--only-fastcgi", action="store_true",
-                   help="only the CGI/FastCGI comparison and the aarch64 user times, printed")
+                   help="only the CGI/FastCGI comparison and the aarch64 user times, printed; the comparison's"
+                        " section of --out is written again")
     args = p.parse_args()
 
     r = {"argv": ["bench/run_bench.py"] + sys.argv[1:],
@@ -588,6 +646,8 @@ def main():
         shutil.rmtree(workdir, ignore_errors=True)
     if args.only_fastcgi:
         print(json.dumps({k: r[k] for k in ("fastcgi", "arm_cpu")}, indent=1))
+        if r["fastcgi"]:
+            replace_fastcgi_section(args.out, r["fastcgi"], args)
         return
     write_results(args.out, r, args)
     for name, limit, measured, ok in budgets(r):

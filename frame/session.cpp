@@ -115,6 +115,31 @@ bool openSession(const char *dir, const char *token, const char *path, int *fold
   return file->fd >= 0;
 }
 
+// The file's text after a refresh: the user line, the stamp, the privilege
+// line (empty for the administrator) and the token, cut to kRefreshText as
+// snprintf would cut it. Built without formatting, as this runs on every
+// request that is not a poll.
+void refreshedText(char *text, const char *user, long now, const char *privilege, const char *token) {
+  char stamp[24];
+  char *digit = stamp + sizeof stamp;
+  *--digit = '\n';
+  unsigned long magnitude = now < 0 ? 0ul - static_cast<unsigned long>(now) : static_cast<unsigned long>(now);
+  do *--digit = static_cast<char>('0' + magnitude % 10);
+  while (magnitude /= 10);
+  if (now < 0) *--digit = '-';
+  size_t used = 0;
+  auto add = [&](const char *piece, size_t n) {
+    n = n < kRefreshText - 1 - used ? n : kRefreshText - 1 - used;
+    memcpy(text + used, piece, n);
+    used += n;
+  };
+  add(user, strlen(user));
+  add(digit, static_cast<size_t>(stamp + sizeof stamp - digit));
+  add(privilege, strlen(privilege));
+  add(token, strlen(token));
+  text[used] = '\0';
+}
+
 // Writes the new text over the old and cuts the file only when the old text
 // was longer: the same file as truncating first, without a truncate and
 // rewrite on every request, which a journalling file system forces out to
@@ -215,8 +240,7 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   }
   if (!refresh) {
     char text[kRefreshText];
-    if (admin) snprintf(text, sizeof text, "%s%ld\n%s", user, now, token);
-    else snprintf(text, sizeof text, "%s%ld\n%s%s", user, now, privilege, token);
+    refreshedText(text, user, now, admin ? "" : privilege, token);
     rewriteSession(f, text);
     LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
   }

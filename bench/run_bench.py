@@ -426,6 +426,23 @@ def machine_line():
     return "%s, %d CPUs, Linux %s" % (model or platform.machine(), os.cpu_count(), platform.release())
 
 
+def fastcgi_budgets(fastcgi):
+    rows = []
+    for case, v in fastcgi.items():
+        # A link-state request is one OpEN call: what the responder adds to the floor shows whole.
+        floor_goal = 0.95 if case.startswith("link-state") else 0.85
+        rows += [("FastCGI throughput, %s" % case, "≥ 5 × CGI", "%.2f ×" % v["rps_vs_cgi"], v["rps_vs_cgi"] >= 5),
+                 ("FastCGI p99 latency, %s" % case, "≤ 0.2 × CGI", "%.2f ×" % v["p99_vs_cgi"],
+                  v["p99_vs_cgi"] <= 0.2),
+                 ("FastCGI throughput, %s" % case, "≥ %.2f × C FastCGI floor" % floor_goal,
+                  "%.2f ×" % v["rps_vs_floor"], v["rps_vs_floor"] >= floor_goal)]
+    return rows
+
+
+def budget_line(name, limit, measured, ok):
+    return "| %s | %s | %s | %s |" % (name, limit, measured, verdict(ok))
+
+
 def budgets(r):
     by = {row["case"]: row for row in r["fast"]}
     rows = [("link-state whole process", "≤ 1.15 × floor", "%.2f ×" % by["link-state"]["ratio"],
@@ -437,14 +454,7 @@ def budgets(r):
                      r["wrk"]["ratio"] >= 0.85))
     for label, v in r["rtt"].items():
         rows.append(("OpEN round trip (%s)" % label, "≤ 1.5 × bare socket", "%.2f ×" % v["ratio"], v["ratio"] <= 1.5))
-    for case, v in (r.get("fastcgi") or {}).items():
-        # A link-state request is one OpEN call: what the responder adds to the floor shows whole.
-        floor_goal = 0.95 if case.startswith("link-state") else 0.85
-        rows += [("FastCGI throughput, %s" % case, "≥ 5 × CGI", "%.2f ×" % v["rps_vs_cgi"], v["rps_vs_cgi"] >= 5),
-                 ("FastCGI p99 latency, %s" % case, "≤ 0.2 × CGI", "%.2f ×" % v["p99_vs_cgi"],
-                  v["p99_vs_cgi"] <= 0.2),
-                 ("FastCGI throughput, %s" % case, "≥ %.2f × C FastCGI floor" % floor_goal,
-                  "%.2f ×" % v["rps_vs_floor"], v["rps_vs_floor"] >= floor_goal)]
+    rows += fastcgi_budgets(r.get("fastcgi") or {})
     n = r["num_all"]
     rows.append(("num?name=all", "≤ 1.3 × calls × round trip", "%.2f ×" % n["ratio"], n["ratio"] <= 1.3))
     if r["micro"]:
@@ -494,13 +504,18 @@ def fastcgi_section(fastcgi, args):
 
 def replace_fastcgi_section(path, fastcgi, args):
     """--only-fastcgi: the section in place, up to its first subsection (notes written by hand) or the next
-    section."""
+    section, and the FastCGI rows of the budgets."""
     old = open(path).read()
     start = old.index(FASTCGI_HEADING)
     ends = [i for i in (old.find("\n### ", start), old.find("\n## ", start + 1)) if i >= 0]
     end = min(ends) if ends else len(old)
+    text = old[:start] + "\n".join(fastcgi_section(fastcgi, args)) + old[end:]
+    lines = text.split("\n")
+    at = [i for i, line in enumerate(lines) if line.startswith("| FastCGI ")]
+    if at:
+        lines[at[0]:at[-1] + 1] = [budget_line(*row) for row in fastcgi_budgets(fastcgi)]
     with open(path, "w") as f:
-        f.write(old[:start] + "\n".join(fastcgi_section(fastcgi, args)) + old[end:])
+        f.write("\n".join(lines))
 
 
 def write_results(path, r, args):
@@ -511,8 +526,8 @@ def write_results(path, r, args):
              " pair runs made side by side, rather than the absolute times.\n" % machine_line())
     w.append("## Budgets\n")
     w.append("| budget | limit | measured | |\n|---|---|---|---|")
-    for name, limit, measured, ok in budgets(r):
-        w.append("| %s | %s | %s | %s |" % (name, limit, measured, verdict(ok)))
+    for row in budgets(r):
+        w.append(budget_line(*row))
     w.append("\n## Whole process, one request each\n")
     w.append("`bench-proc-timer` runs every case once per round, %d rounds (fast cases) and %d rounds (heavy"
              " cases), in rotated order; ratio = median of the per-round ratios to the floor of the same round."

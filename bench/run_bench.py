@@ -434,8 +434,9 @@ def fastcgi_budgets(fastcgi):
         rows += [("FastCGI throughput, %s" % case, "≥ 5 × CGI", "%.2f ×" % v["rps_vs_cgi"], v["rps_vs_cgi"] >= 5),
                  ("FastCGI p99 latency, %s" % case, "≤ 0.2 × CGI", "%.2f ×" % v["p99_vs_cgi"],
                   v["p99_vs_cgi"] <= 0.2),
+                 # Three places: 0.948 is short of the goal, as "0.95" would not say.
                  ("FastCGI throughput, %s" % case, "≥ %.2f × C FastCGI floor" % floor_goal,
-                  "%.2f ×" % v["rps_vs_floor"], v["rps_vs_floor"] >= floor_goal)]
+                  "%.3f ×" % v["rps_vs_floor"], v["rps_vs_floor"] >= floor_goal)]
     return rows
 
 

@@ -52,8 +52,7 @@ TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
 // Who may own what the program uses, seen as a program that does not run
 // as root: its own user and root may, nobody else; and nobody else may write.
 TEST(OwnFiles, OwnerAndWriteBitsDecide) {
-  bool switched = geteuid() == 0 && seteuid(65534) == 0;
-  uid_t self = geteuid();
+  const uid_t self = 65534;
   struct Case { uid_t owner; mode_t mode; const char *why; } cases[] = {
       {self, S_IFREG | 0600, nullptr},   {0, S_IFREG | 0644, nullptr},
       {self, S_IFDIR | 0755, "it is not a regular file"}, {self, S_IFLNK | 0777, "it is a symbolic link"},
@@ -66,9 +65,6 @@ TEST(OwnFiles, OwnerAndWriteBitsDecide) {
     st.st_mode = c.mode;
     const char *why = untrustedBecause(st, S_IFREG, self);
     EXPECT_STREQ(why, c.why) << c.owner << " " << std::oct << c.mode;
-  }
-  if (switched) {
-    ASSERT_EQ(seteuid(0), 0);
   }
 }
 
@@ -116,9 +112,13 @@ TEST_F(SessionFiles, TheCheckAgesOutRefreshesOrLeavesTheFile) {
     EXPECT_EQ(readText(dir.file("t")), c.after ? c.after : "") << c.before << c.now;
     EXPECT_EQ(access(dir.file("t").c_str(), F_OK) == 0, c.after != nullptr) << c.before << c.now;
   }
-  writeText(dir.file("t"), "admin\n5\n");
+  writeText(dir.file("t"), "admin\n0\n");
   EXPECT_EQ(check("t", nullptr, METHOD_GET, noUptime), -1);
-  EXPECT_EQ(readText(dir.file("t")), "admin\n5\n");
+  EXPECT_EQ(readText(dir.file("t")), "admin\n0\n");
+  // The folder a responder holds from the requests before is checked again on each.
+  ASSERT_EQ(chmod(dir.path.c_str(), 0777), 0);
+  EXPECT_EQ(check("t", nullptr, METHOD_GET), -1);
+  ASSERT_EQ(chmod(dir.path.c_str(), 0700), 0);
 }
 
 // A token that is no usable name is refused as a missing file is, even

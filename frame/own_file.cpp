@@ -47,7 +47,8 @@ const char *untrustedBecause(const struct stat &st, mode_t type, uid_t self) {
   return nullptr;
 }
 
-int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused) {
+int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused,
+            struct stat *opened) {
   bool ignored;
   if (!refused) refused = &ignored;
   *refused = false;
@@ -62,7 +63,10 @@ int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *sho
   } else {
     why = untrustedBecause(st, type);
   }
-  if (!why) return fd;
+  if (!why) {
+    if (opened) *opened = st;
+    return fd;
+  }
   if (fd >= 0) close(fd);
   *refused = true;
   sayOnce("not using", shown, why);

@@ -25,8 +25,9 @@ const char *untrustedBecause(const struct stat &st, mode_t type, uid_t self = ef
 // open changes nothing. -1 when nothing is usable; `*refused` then tells a
 // name that exists but is not ours (said once on standard error and syslog,
 // as `shown`) from a missing one or a file system that gave no file;
-// `refused` may be null.
-int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused);
+// `refused` may be null. `*opened`, where given, gets what was checked.
+int openOwn(int dirfd, const char *name, int flags, mode_t type, const char *shown, bool *refused,
+            struct stat *opened = nullptr);
 
 // Says once per process, on standard error and in syslog, what the program
 // does not do with `path` ("not using", "not rotating") and why: a refusal

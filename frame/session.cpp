@@ -94,12 +94,8 @@ int sessionFolder(const char *dir) {
   for (size_t n = strlen(name); n > 1 && name[n - 1] == '/'; --n) name[n - 1] = 0;
   if (stillTheHeldFolder(name)) return gFolder.fd;
   if (gFolder.fd >= 0) close(gFolder.fd);
-  gFolder.fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr);
   struct stat st = {};
-  if (gFolder.fd >= 0 && fstat(gFolder.fd, &st) != 0) {
-    close(gFolder.fd);
-    gFolder.fd = -1;
-  }
+  gFolder.fd = openOwn(AT_FDCWD, name, O_RDONLY, S_IFDIR, name, nullptr, &st);
   memcpy(gFolder.name, name, sizeof name);
   gFolder.dev = st.st_dev;
   gFolder.ino = st.st_ino;

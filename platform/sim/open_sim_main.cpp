@@ -21,13 +21,9 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n"
-        "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
-        "                    | delay CALL MS [COUNT] | journal [--clear] | reset | dump | load FILE\n"
-        "                    | clock [pause | run | advance SECONDS | next] | play FILE\n"
-        "       open-sim default-scenario\n"
-        "       open-sim scenarios\n",
-        stderr);
+  std::string ctl = sim::controlUsage("       open-sim ctl [--socket PATH] ", std::string(20, ' '));
+  fprintf(stderr, "usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n%s"
+          "       open-sim default-scenario\n       open-sim scenarios\n", ctl.c_str());
   return 2;
 }
 

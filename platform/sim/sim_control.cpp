@@ -15,49 +15,22 @@
 
 namespace sim {
 
-static std::string printJson(const cJSON *j, bool formatted) {
-  char *p = formatted ? cJSON_Print(j) : cJSON_PrintUnformatted(j);
-  std::string s = p ? p : "";
-  cJSON_free(p);
-  return s;
-}
-
-static cJSON *valueToJson(const Value &v) {
-  return v.isText ? cJSON_CreateString(v.text.c_str()) : cJSON_CreateNumber(static_cast<double>(v.num));
-}
-
-static bool jsonToValue(const cJSON *j, Value *v) {
-  if (cJSON_IsString(j)) {
-    *v = text(j->valuestring);
-    return true;
-  }
-  int64_t n = 0;
-  if (readWhole(j, -kMostExact, kMostExact, &n) != NumberFault::None) return false;
-  *v = num(n);
-  return true;
-}
-
-// A number, a string, or an array of them (outputs in call order).
+// A number, a string, or a list of them (outputs in call order).
 static bool jsonToOutputs(const cJSON *j, Outputs *out) {
   out->clear();
-  if (!cJSON_IsArray(j)) {
-    Value v;
-    if (!jsonToValue(j, &v)) return false;
-    out->push_back(v);
-    return true;
-  }
-  const cJSON *item = nullptr;
-  cJSON_ArrayForEach(item, j) {
-    Value v;
-    if (!jsonToValue(item, &v)) return false;
-    out->push_back(v);
+  bool list = cJSON_IsArray(j);
+  for (const cJSON *x = list ? j->child : j; x; x = list ? x->next : nullptr) {
+    int64_t n = 0;
+    if (cJSON_IsString(x)) out->push_back(text(x->valuestring));
+    else if (readWhole(x, -kMostExact, kMostExact, &n) == NumberFault::None) out->push_back(num(n));
+    else return false;
   }
   return true;
 }
 
 // The model, what `set` fixed (an answer a setter has since changed shows
 // as null), and the moment of the dump: loading it carries on from there.
-std::string dumpScenario(const Sim &s) {
+static Json dumpJson(const Sim &s) {
   Json root(cJSON_CreateObject());
   cJSON_AddNumberToObject(root.get(), "clockMs", static_cast<double>(clockNowMs(s.clock)));
   cJSON_AddItemToObject(root.get(), "model", modelToJson(s.model));
@@ -65,17 +38,16 @@ std::string dumpScenario(const Sim &s) {
   for (const auto &[call, keys] : s.overrides) {
     cJSON *c = cJSON_AddObjectToObject(overrides, call.c_str());
     for (const auto &[key, outs] : keys) {
-      if (!outs) {
-        cJSON_AddNullToObject(c, key.c_str());
-        continue;
-      }
-      cJSON *arr = cJSON_CreateArray();
-      for (const Value &v : *outs) cJSON_AddItemToArray(arr, valueToJson(v));
-      cJSON_AddItemToObject(c, key.c_str(), arr);
+      cJSON *arr = outs ? cJSON_AddArrayToObject(c, key.c_str()) : cJSON_AddNullToObject(c, key.c_str());
+      for (const Value &v : outs ? *outs : Outputs())
+        cJSON_AddItemToArray(arr, v.isText ? cJSON_CreateString(v.text.c_str())
+                                           : cJSON_CreateNumber(static_cast<double>(v.num)));
     }
   }
-  return printJson(root.get(), true);
+  return root;
 }
+
+std::string dumpScenario(const Sim &s) { return printJson(dumpJson(s).get(), true); }
 
 static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
   s.overrides.clear();
@@ -187,6 +159,10 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
   return true;
 }
 
+using Words = std::vector<std::string>;
+// What a command returns when its words do not fit: its usage follows.
+constexpr int kUsage = -1;
+
 static bool parseInt(const std::string &t, long long *v) {
   if (t.empty()) return false;
   char *end = nullptr;
@@ -203,11 +179,18 @@ static bool knownCall(const std::string &call, std::string *out) {
   return false;
 }
 
-static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  if (w.size() != 4) {
-    *out = "usage: set CALL KEY VALUE\n";
-    return 2;
-  }
+// "CALL N [COUNT]": N within the bounds, COUNT 1 or more (-1 without it).
+// A call the simulator does not answer cannot be set, failed or delayed:
+// the command would take, and a dump holding it would not load.
+static int callNumberCount(const Words &w, long long least, long long most, long long *n, long long *count,
+                           std::string *out) {
+  *count = -1;
+  if (!parseInt(w[2], n) || *n < least || *n > most || (w.size() == 4 && (!parseInt(w[3], count) || *count < 1)))
+    return kUsage;
+  return knownCall(w[1], out) ? 0 : 2;
+}
+
+static int ctlSet(Sim &s, const Words &w, std::string *out) {
   if (!knownCall(w[1], out)) return 2;
   Json value(cJSON_Parse(w[3].c_str()));
   Outputs v;
@@ -222,40 +205,47 @@ static int ctlSet(Sim &s, const std::vector<std::string> &w, std::string *out) {
 }
 
 // A result is what a call returns: 32 bits, signed.
-static int ctlFail(Sim &s, const std::vector<std::string> &w, std::string *out) {
+static int ctlFail(Sim &s, const Words &w, std::string *out) {
   long long result = 0, count = -1;
-  if (w.size() < 3 || w.size() > 4 || !parseInt(w[2], &result) || result < INT32_MIN || result > INT32_MAX ||
-      (w.size() == 4 && (!parseInt(w[3], &count) || count < 1))) {
-    *out = "usage: fail CALL RESULT [COUNT] (RESULT from -2147483648 to 2147483647, COUNT 1 or more)\n";
-    return 2;
-  }
-  if (!knownCall(w[1], out)) return 2;
-  s.faults[w[1]] = {static_cast<int>(result), count};
+  int status = callNumberCount(w, INT32_MIN, INT32_MAX, &result, &count, out);
+  if (status == 0) s.faults[w[1]] = {static_cast<int>(result), count};
+  return status;
+}
+
+// The longest a call may be held: longer than any client waits.
+constexpr long long kMostDelayMs = 3600000;
+
+// "delay CALL MS [COUNT]": the next COUNT calls (all, without it) of CALL
+// are answered MS milliseconds late; MS 0 ends a delay.
+static int ctlDelay(Sim &s, const Words &w, std::string *out) {
+  long long ms = 0, count = -1;
+  int status = callNumberCount(w, 0, kMostDelayMs, &ms, &count, out);
+  if (status != 0) return status;
+  if (ms == 0) s.delays.erase(w[1]);
+  else s.delays[w[1]] = {ms, count};
   return 0;
 }
 
-static int ctlJournal(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  if (w.size() == 2 && w[1] == "--clear") {
-    s.journal.clear();
-    return 0;
-  }
-  if (w.size() != 1) {
-    *out = "usage: journal [--clear]\n";
-    return 2;
-  }
-  for (const std::string &line : s.journal) *out += line + "\n";
+int64_t takeDelay(Sim &s, const std::string &call) {
+  auto d = s.delays.find(call);
+  if (d == s.delays.end()) return 0;
+  int64_t ms = d->second.ms;
+  if (d->second.remaining > 0 && --d->second.remaining == 0) s.delays.erase(d);
+  return ms;
+}
+
+static int ctlJournal(Sim &s, const Words &w, std::string *out) {
+  if (w.size() == 2 && w[1] != "--clear") return kUsage;
+  if (w.size() == 2) s.journal.clear();
+  else for (const std::string &line : s.journal) *out += line + "\n";
   return 0;
 }
 
 // Starts a file's timeline now, on the switch as it is, in place of the
 // one running; the file holds {"timeline": [...]} and nothing else, and an
 // empty list stops the running one.
-static int ctlPlay(Sim &s, const std::vector<std::string> &w, std::string *out) {
+static int ctlPlay(Sim &s, const Words &w, std::string *out) {
   std::string error;
-  if (w.size() != 2) {
-    *out = "usage: play FILE\n";
-    return 2;
-  }
   Json file = parseStrictObject(w[1], "timeline file", &error);
   const cJSON *timeline = file ? cJSON_GetObjectItemCaseSensitive(file.get(), "timeline") : nullptr;
   if (file && !checkTopLevel(file.get(), "timeline file", {"timeline"}, &error)) timeline = nullptr;
@@ -271,14 +261,12 @@ static int ctlPlay(Sim &s, const std::vector<std::string> &w, std::string *out) 
   return 0;
 }
 
-static int ctlLoad(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  // The ctl client sends the file's contents in place of its name.
+// The ctl client sends the file's contents in place of its name.
+static int ctlLoad(Sim &s, const Words &w, std::string *out) {
   std::string error;
-  if (w.size() != 2 || !loadScenario(s, w[1], &error)) {
-    *out = (error.empty() ? std::string("usage: load FILE") : "open-sim: " + error) + "\n";
-    return 2;
-  }
-  return 0;
+  if (loadScenario(s, w[1], &error)) return 0;
+  *out = "open-sim: " + error + "\n";
+  return 2;
 }
 
 static std::string secondsText(int64_t ms) {
@@ -304,11 +292,9 @@ static int ctlClockNext(Sim &s, std::string *out) {
   return 0;
 }
 
-static const char kClockUsage[] = "usage: clock [pause | run | advance SECONDS | next]\n";
-
 // "pause", "run", "advance SECONDS", "next", or nothing to print the
 // simulated time.
-static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out) {
+static int ctlClock(Sim &s, const Words &w, std::string *out) {
   if (w.size() == 1) {
     *out = std::string(s.clock.paused ? "paused " : "running ") + secondsText(clockNowMs(s.clock)) + "\n";
     return 0;
@@ -316,10 +302,7 @@ static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out)
   if (w.size() == 2 && w[1] == "pause") return clockPause(s.clock), 0;
   if (w.size() == 2 && w[1] == "run") return clockRun(s.clock), 0;
   if (w.size() == 2 && w[1] == "next") return ctlClockNext(s, out);
-  if (w.size() != 3 || w[1] != "advance") {
-    *out = kClockUsage;
-    return 2;
-  }
+  if (w.size() != 3 || w[1] != "advance") return kUsage;
   int64_t ms = 0;
   if (!parseDecimalSeconds(w[2].c_str(), &ms)) {
     *out = "open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), not \"" + w[2] + "\"\n";
@@ -327,32 +310,6 @@ static int ctlClock(Sim &s, const std::vector<std::string> &w, std::string *out)
   }
   clockAdvance(s.clock, ms);
   return 0;
-}
-
-// The longest a call may be held: longer than any client waits.
-constexpr long long kMostDelayMs = 3600000;
-
-// "delay CALL MS [COUNT]": the next COUNT calls (all, without it) of CALL
-// are answered MS milliseconds late; MS 0 ends a delay.
-static int ctlDelay(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  long long ms = 0, count = -1;
-  if (w.size() < 3 || w.size() > 4 || !parseInt(w[2], &ms) || ms < 0 || ms > kMostDelayMs ||
-      (w.size() == 4 && (!parseInt(w[3], &count) || count < 1))) {
-    *out = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
-    return 2;
-  }
-  if (!knownCall(w[1], out)) return 2;
-  if (ms == 0) s.delays.erase(w[1]);
-  else s.delays[w[1]] = {ms, count};
-  return 0;
-}
-
-int64_t takeDelay(Sim &s, const std::string &call) {
-  auto d = s.delays.find(call);
-  if (d == s.delays.end()) return 0;
-  int64_t ms = d->second.ms;
-  if (d->second.remaining > 0 && --d->second.remaining == 0) s.delays.erase(d);
-  return ms;
 }
 
 // The timeline's events still to come, each as written but "at" the
@@ -378,44 +335,70 @@ static cJSON *pendingJson(const Sim &s) {
   return p;
 }
 
-static int ctlDump(const Sim &s, std::string *out) {
-  Json root(cJSON_Parse(dumpScenario(s).c_str()));
+static int ctlDump(Sim &s, const Words &, std::string *out) {
+  Json root = dumpJson(s);
   cJSON_AddItemToObject(root.get(), "pending", pendingJson(s));
   *out = printJson(root.get(), true) + "\n";
   return 0;
 }
 
 // Loads the scenario last started again, its timeline from the start.
-static int ctlReset(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  if (w.size() != 1) {
-    *out = "usage: reset\n";
-    return 2;
-  }
+static int ctlReset(Sim &s, const Words &, std::string *) {
   std::string error, scenario = s.scenario;
   return loadScenario(s, scenario, &error) ? 0 : 1;
 }
 
-static int ctlDumpCommand(Sim &s, const std::vector<std::string> &w, std::string *out) {
-  if (w.size() == 1) return ctlDump(s, out);
-  *out = "usage: dump\n";
-  return 2;
-}
-
-using Control = int (*)(Sim &, const std::vector<std::string> &, std::string *);
-const std::pair<const char *, Control> kControls[] = {
-    {"set", ctlSet},     {"fail", ctlFail},   {"delay", ctlDelay}, {"journal", ctlJournal}, {"reset", ctlReset},
-    {"dump", ctlDumpCommand}, {"load", ctlLoad}, {"clock", ctlClock}, {"play", ctlPlay},
+// Each command with the words it takes after its name, and how to call it
+// (the last part said only when it is misused).
+struct Control {
+  const char *name;
+  int (*run)(Sim &, const Words &, std::string *);
+  size_t least, most;
+  const char *usage, *bounds = "";
+};
+const Control kControls[] = {
+    {"set", ctlSet, 3, 3, "CALL KEY VALUE"},
+    {"fail", ctlFail, 2, 3, "CALL RESULT [COUNT]", " (RESULT from -2147483648 to 2147483647, COUNT 1 or more)"},
+    {"delay", ctlDelay, 2, 3, "CALL MS [COUNT]", " (MS from 0 to 3600000, COUNT 1 or more)"},
+    {"journal", ctlJournal, 0, 1, "[--clear]"},
+    {"reset", ctlReset, 0, 0, ""},
+    {"dump", ctlDump, 0, 0, ""},
+    {"load", ctlLoad, 1, 1, "FILE"},
+    {"clock", ctlClock, 0, 2, "[pause | run | advance SECONDS | next]"},
+    {"play", ctlPlay, 1, 1, "FILE"},
 };
 
-int handleControl(Sim &s, const std::vector<std::string> &w, std::string *out) {
+static std::string usageOf(const Control &c) { return c.name + std::string(*c.usage ? " " : "") + c.usage; }
+
+std::string controlUsage(const std::string &lead, const std::string &indent) {
+  std::string out, line = lead;
+  for (const Control &c : kControls) {
+    std::string item = (&c == kControls ? "" : " | ") + usageOf(c);
+    if (line.size() + item.size() > 90) out += line + "\n", line = indent + item.substr(1);
+    else line += item;
+  }
+  return out + line + "\n";
+}
+
+static std::string commandNames() {
+  std::string names;
+  for (const Control &c : kControls)
+    names += std::string(names.empty() ? "" : &c == std::end(kControls) - 1 ? " or " : ", ") + c.name;
+  return names;
+}
+
+int handleControl(Sim &s, const Words &w, std::string *out) {
   out->clear();
   catchUp(s);
-  int status = 2;
-  const auto *control = std::find_if(std::begin(kControls), std::end(kControls),
-                                     [&](const auto &c) { return !w.empty() && w[0] == c.first; });
-  if (control != std::end(kControls)) status = control->second(s, w, out);
-  else *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") +
-              " (set, fail, delay, journal, reset, dump, load, clock or play)\n";
+  const Control *c = std::find_if(std::begin(kControls), std::end(kControls),
+                                  [&](const Control &k) { return !w.empty() && w[0] == k.name; });
+  if (c == std::end(kControls)) {
+    *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") + " (" + commandNames() + ")";
+    *out = oneLine(*out) + "\n";
+    return 2;
+  }
+  int status = w.size() < c->least + 1 || w.size() > c->most + 1 ? kUsage : c->run(s, w, out);
+  if (status == kUsage) *out = "usage: " + usageOf(*c) + c->bounds + "\n", status = 2;
   if (status != 0 && !out->empty()) *out = oneLine(out->substr(0, out->find_last_not_of('\n') + 1)) + "\n";
   return status;
 }

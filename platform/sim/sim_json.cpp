@@ -53,6 +53,13 @@ Json parseStrictObject(const std::string &text, const char *what, std::string *e
   return nullptr;
 }
 
+std::string printJson(const cJSON *j, bool formatted) {
+  char *p = formatted ? cJSON_Print(j) : cJSON_PrintUnformatted(j);
+  std::string s = p ? p : "";
+  cJSON_free(p);
+  return s;
+}
+
 std::string oneLine(const std::string &text) {
   std::string out;
   for (unsigned char c : text) {

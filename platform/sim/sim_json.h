@@ -27,6 +27,9 @@ const char *duplicateKey(const cJSON *object);
 // path of keys and list positions below `node` (."errdisable"[2]).
 bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key);
 
+// The text of a tree, indented or on one line.
+std::string printJson(const cJSON *j, bool formatted);
+
 // A refusal stays one line whatever names it echoes: control characters
 // (a key may hold a newline) are written as JSON escapes.
 std::string oneLine(const std::string &text);

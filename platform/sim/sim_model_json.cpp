@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <type_traits>
 
@@ -165,8 +166,41 @@ void visit(SwitchLayout &l, V &v) {
   v("cage", l.cage);
 }
 
+// The auto-recovery causes, each under the API's name (the CLI's where it
+// has none); a file may name a cause either way, and the causes it leaves
+// out keep their setting.
+struct Causes {
+  std::vector<bool> &recovers;
+};
+
+template <class V>
+void visit(Errdisable &e, V &v) {
+  v("interval", e.intervalS, facts::kRecoveryInterval);
+  v("intervalSetAtMs", e.intervalSetAtMs);
+  v("causes", Causes{e.recovers});
+}
+
+// "layout" is read first, on its own, to seed the switch the rest is
+// about; reading it again here changes nothing.
+template <class V>
+void visit(Model &m, V &v) {
+  v("layout", m.layout);
+  v("ports", m.ports);
+  v("vlans", m.vlans);
+  v("errdisable", m.errdisable);
+  v("pml", m.pml);
+  v("green", m.green);
+  v("ledMode", m.ledMode);
+  v("osVersion", m.osVersion);
+  v("apiVersion", m.apiVersion, Bounds{0, INT32_MAX});  // the record's fields are 32-bit
+}
+
 template <class T>
 concept Visitable = requires(T &t, int (*v)(const char *, int)) { visit(t, v); };
+template <class C>
+concept Keyed = requires(const C &c) { std::ranges::begin(c)->first; };
+template <class C>
+concept List = std::ranges::range<C> && !std::is_same_v<C, std::string> && !Keyed<C>;
 
 // --- writing -----------------------------------------------------------------
 
@@ -180,32 +214,25 @@ struct Writer {
   cJSON *make(N n) {
     return cJSON_CreateNumber(static_cast<double>(n));
   }
-  template <class T, size_t N>
-  cJSON *make(const T (&list)[N]) {
+  template <List C>
+  cJSON *make(const C &list) {
     cJSON *a = cJSON_CreateArray();
-    for (const T &x : list) cJSON_AddItemToArray(a, make(x));
+    for (const auto &x : list) cJSON_AddItemToArray(a, make(static_cast<std::ranges::range_value_t<C>>(x)));
     return a;
   }
-  template <class T, size_t N>
-  cJSON *make(const std::array<T, N> &list) {
-    cJSON *a = cJSON_CreateArray();
-    for (const T &x : list) cJSON_AddItemToArray(a, make(x));
-    return a;
-  }
-  template <class C>
-    requires requires(const C &c) { c.begin()->first; }
+  template <Keyed C>
   cJSON *make(const C &map) {
     cJSON *o = cJSON_CreateObject();
     for (const auto &[k, x] : map) cJSON_AddItemToObject(o, std::to_string(k).c_str(), make(x));
     return o;
   }
-  template <class C>
-    requires(requires(const C &c) { c.begin(); c.size(); } && !requires(const C &c) { c.begin()->first; } &&
-             !std::is_same_v<C, std::string>)
-  cJSON *make(const C &list) {
-    cJSON *a = cJSON_CreateArray();
-    for (const auto &x : list) cJSON_AddItemToArray(a, make(static_cast<typename C::value_type>(x)));
-    return a;
+  cJSON *make(const Causes &c) {
+    cJSON *o = cJSON_CreateObject();
+    for (size_t i = 0; i < c.recovers.size(); ++i) {
+      const facts::DDisableCause &cause = facts::kDDisableCauses[i];
+      cJSON_AddBoolToObject(o, cause.api ? cause.api : cause.cli, c.recovers[i]);
+    }
+    return o;
   }
   template <Visitable S>
   cJSON *make(const S &s) {
@@ -288,22 +315,25 @@ struct Reader {
       default: return fail("must be a whole number");
     }
   }
-  template <class T, size_t N>
-  bool readList(const cJSON *j, T *list) {
-    if (!cJSON_IsArray(j) || cJSON_GetArraySize(j) != static_cast<int>(N))
-      return fail("must be a list of " + std::to_string(N));
+  // A list that grows takes any length; one of a fixed size, its own.
+  template <List C>
+  bool read(const cJSON *j, C &list) {
+    constexpr bool grows = requires(C &c) { c.push_back({}); };
+    if constexpr (grows) {
+      if (!cJSON_IsArray(j)) return fail("must be a list");
+      list.clear();
+    } else if (!cJSON_IsArray(j) || cJSON_GetArraySize(j) != static_cast<int>(std::size(list))) {
+      return fail("must be a list of " + std::to_string(std::size(list)));
+    }
     size_t i = 0;
     const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) if (!read(x, list[i++])) return false;
+    cJSON_ArrayForEach(x, j) {
+      std::ranges::range_value_t<C> item{};
+      if (!read(x, item)) return false;
+      if constexpr (grows) list.push_back(item);
+      else std::begin(list)[i++] = item;
+    }
     return true;
-  }
-  template <class T, size_t N>
-  bool read(const cJSON *j, T (&list)[N]) {
-    return readList<T, N>(j, list);
-  }
-  template <class T, size_t N>
-  bool read(const cJSON *j, std::array<T, N> &list) {
-    return readList<T, N>(j, list.data());
   }
   template <class K, class T>
   bool read(const cJSON *j, std::map<K, T> &map) {
@@ -317,27 +347,26 @@ struct Reader {
     }
     return true;
   }
-  template <class C>
-    requires requires(C &c) { c.push_back(typename C::value_type()); } && (!std::is_same_v<C, std::string>)
-  bool read(const cJSON *j, C &list) {
-    if (!cJSON_IsArray(j)) return fail("must be a list");
-    list.clear();
-    const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) {
-      typename C::value_type item{};
-      if (!read(x, item)) return false;
-      list.push_back(item);
+  // Ports by number, each a port of the seeded switch.
+  bool read(const cJSON *j, std::map<uint32_t, Port> &ports) {
+    if (!cJSON_IsObject(j)) return fail("must be an object");
+    const cJSON *port = nullptr;
+    cJSON_ArrayForEach(port, j) {
+      uint32_t n = 0;
+      auto it = keyNumber(port->string, &n) ? ports.find(n) : ports.end();
+      if (it == ports.end()) return fail("the switch has no port \"" + std::string(port->string) + "\"");
+      if (!readStruct(port, it->second, where + ".\"" + port->string + "\"", error)) return false;
     }
     return true;
   }
-  bool read(const cJSON *j, std::vector<bool> &list) {
-    if (!cJSON_IsArray(j)) return fail("must be a list");
-    list.clear();
+  bool read(const cJSON *j, Causes c) {
+    if (!cJSON_IsObject(j)) return fail("must be an object");
     const cJSON *x = nullptr;
     cJSON_ArrayForEach(x, j) {
-      bool b = false;
-      if (!read(x, b)) return false;
-      list.push_back(b);
+      int i = causeIndex(x->string);
+      if (i < 0) return fail("unknown cause \"" + std::string(x->string) + "\"");
+      if (!cJSON_IsBool(x)) return fail("\"" + std::string(x->string) + "\" must be true or false");
+      c.recovers[static_cast<size_t>(i)] = cJSON_IsTrue(x);
     }
     return true;
   }
@@ -345,8 +374,10 @@ struct Reader {
   bool read(const cJSON *j, S &s) {
     return readStruct(j, s, where, error);
   }
+  // `unknown` names what a key the struct lacks would be.
   template <Visitable S>
-  static bool readStruct(const cJSON *j, S &s, const std::string &where, std::string *error) {
+  static bool readStruct(const cJSON *j, S &s, const std::string &where, std::string *error,
+                         const char *unknown = "unknown field") {
     Reader r{j, where, error, {}, {}};
     if (!cJSON_IsObject(j)) return r.fail("must be an object");
     visit(s, r);
@@ -355,12 +386,12 @@ struct Reader {
     cJSON_ArrayForEach(x, j) {
       if (r.known.count(x->string)) continue;
       if (kDerived.count(x->string)) return r.fail("\"" + std::string(x->string) + "\" is now derived from the other facts");
-      return r.fail("unknown field \"" + std::string(x->string) + "\"");
+      return r.fail(unknown + std::string(" \"") + x->string + "\"");
     }
     return true;
   }
   template <class T>
-  void operator()(const char *name, T &value, std::optional<Bounds> fieldBounds = std::nullopt) {
+  void operator()(const char *name, T &&value, std::optional<Bounds> fieldBounds = std::nullopt) {
     known.insert(name);
     const cJSON *j = cJSON_GetObjectItemCaseSensitive(from, name);
     if (!j || !error->empty()) return;
@@ -375,26 +406,7 @@ struct Reader {
 
 }  // namespace
 
-cJSON *modelToJson(const Model &m) {
-  Writer w{cJSON_CreateObject()};
-  w("layout", m.layout);
-  w("ports", m.ports);
-  w("vlans", m.vlans);
-  cJSON *errdisable = cJSON_AddObjectToObject(w.into, "errdisable");
-  cJSON_AddNumberToObject(errdisable, "interval", m.errdisable.intervalS);
-  cJSON_AddNumberToObject(errdisable, "intervalSetAtMs", static_cast<double>(m.errdisable.intervalSetAtMs));
-  cJSON *causes = cJSON_AddObjectToObject(errdisable, "causes");
-  for (size_t i = 0; i < m.errdisable.recovers.size(); ++i) {
-    const facts::DDisableCause &c = facts::kDDisableCauses[i];
-    cJSON_AddBoolToObject(causes, c.api ? c.api : c.cli, m.errdisable.recovers[i]);
-  }
-  w("pml", m.pml);
-  w("green", m.green);
-  w("ledMode", m.ledMode);
-  w("osVersion", m.osVersion);
-  w("apiVersion", m.apiVersion);
-  return w.into;
-}
+cJSON *modelToJson(const Model &m) { return Writer{}.make(m); }
 
 bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
   const char *where = "scenario: \"model\".\"layout\"";
@@ -403,75 +415,9 @@ bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
   return !layout->fault();
 }
 
-// The auto-recovery table: an interval, and causes by the API's or the
-// CLI's name, each set or not; causes not named keep their setting.
-static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error) {
-  Reader r{j, "scenario: \"model\".\"errdisable\"", error, {}, {}};
-  if (!cJSON_IsObject(j)) return r.fail("must be an object");
-  r("interval", e.intervalS, facts::kRecoveryInterval);
-  r("intervalSetAtMs", e.intervalSetAtMs);
-  r.known.insert("causes");
-  const cJSON *x = nullptr;
-  cJSON_ArrayForEach(x, j) if (!r.known.count(x->string)) return r.fail("unknown field \"" + std::string(x->string) + "\"");
-  const cJSON *causes = cJSON_GetObjectItemCaseSensitive(j, "causes");
-  if (!error->empty() || !causes) return error->empty();
-  r.where += ".\"causes\"";
-  if (!cJSON_IsObject(causes)) return r.fail("must be an object");
-  cJSON_ArrayForEach(x, causes) {
-    int i = causeIndex(x->string);
-    if (i < 0) return r.fail("unknown cause \"" + std::string(x->string) + "\"");
-    if (!cJSON_IsBool(x)) return r.fail("\"" + std::string(x->string) + "\" must be true or false");
-    e.recovers[static_cast<size_t>(i)] = cJSON_IsTrue(x);
-  }
-  return true;
-}
-
-// Ports by number, each a port of the seeded switch.
-static bool portsFromJson(const cJSON *j, Model &m, std::string *error) {
-  Reader r{j, "scenario: \"model\".\"ports\"", error, {}, {}};
-  if (!cJSON_IsObject(j)) return r.fail("must be an object");
-  const cJSON *port = nullptr;
-  cJSON_ArrayForEach(port, j) {
-    uint32_t n = 0;
-    auto it = keyNumber(port->string, &n) ? m.ports.find(n) : m.ports.end();
-    if (it == m.ports.end()) return r.fail("the switch has no port \"" + std::string(port->string) + "\"");
-    if (!Reader::readStruct(port, it->second, r.where + ".\"" + port->string + "\"", error)) return false;
-  }
-  return true;
-}
-
 bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
   error->clear();
-  const cJSON *x = nullptr;
-  cJSON_ArrayForEach(x, j) {
-    std::string key = x->string;
-    bool ok = true;
-    if (key == "layout") {
-      continue;  // read first, to seed the switch this file is about
-    } else if (key == "ports") {
-      ok = portsFromJson(x, m, error);
-    } else if (key == "errdisable") {
-      ok = errdisableFromJson(x, m.errdisable, error);
-    } else if (key == "pml") {
-      ok = Reader::readStruct(x, m.pml, "scenario: \"model\".\"pml\"", error);
-    } else if (key == "green") {
-      ok = Reader::readStruct(x, m.green, "scenario: \"model\".\"green\"", error);
-    } else {
-      // The switch-wide values that stand alone.
-      Reader r{j, "scenario: \"model\"", error, {}, {}};
-      r("vlans", m.vlans);
-      r("ledMode", m.ledMode);
-      r("osVersion", m.osVersion);
-      r("apiVersion", m.apiVersion, Bounds{0, INT32_MAX});  // the record's fields are 32-bit
-      if (!error->empty()) return false;
-      if (!r.known.count(key)) {
-        *error = "scenario: \"model\": unknown section \"" + key + "\"";
-        return false;
-      }
-    }
-    if (!ok) return false;
-  }
-  return true;
+  return Reader::readStruct(j, m, "scenario: \"model\"", error, "unknown section");
 }
 
 }  // namespace sim

@@ -242,13 +242,6 @@ bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, s
   return checkFields(*k, o, error) && checkPort(s, o, e, error) && k->check(s, o, e, error);
 }
 
-std::string printed(const cJSON *j) {
-  char *p = cJSON_PrintUnformatted(j);
-  std::string text = p ? p : "";
-  cJSON_free(p);
-  return text;
-}
-
 }  // namespace
 
 bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vector<TimelineEvent> *out,
@@ -277,7 +270,7 @@ bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vect
     lastAt = at->valuedouble;
     e.atMs = startMs + llround(lastAt * 1000);
     e.number = ++n;
-    e.source = printed(o);
+    e.source = printJson(o, false);
     out->push_back(std::move(e));
   }
   return true;

@@ -102,26 +102,23 @@ int ctlCommand(int argc, char **argv) {
     }
     cJSON_AddItemToArray(words.get(), cJSON_CreateString(word.c_str()));
   }
-  char *payload = cJSON_PrintUnformatted(words.get());
-  std::string request(4, '\0');
-  uint32_t nameLen = sizeof wire::kControlCall - 1, payloadLen = static_cast<uint32_t>(strlen(payload));
-  request.append(reinterpret_cast<char *>(&nameLen), 4).append(wire::kControlCall, nameLen);
-  request += static_cast<char>(1);
-  request += static_cast<char>(wire::kInString);
-  request.append(reinterpret_cast<char *>(&payloadLen), 4).append(payload, payloadLen);
-  cJSON_free(payload);
+  std::string payload = sim::printJson(words.get(), false), request(payload.size() + 64, '\0');
+  wire::Writer w{request.data(), request.size()};
+  w.u32(0);
+  w.text(wire::kControlCall, sizeof wire::kControlCall - 1);
+  w.u8(1);
+  w.u8(wire::kInString);
+  w.text(payload.data(), static_cast<uint32_t>(payload.size()));
+  w.seal();
   // The daemon hangs up on a longer frame, which would read as no daemon;
   // only a file's contents can make one.
-  if (request.size() - 4 > wire::kMaxFrame) {
+  if (w.len - 4 > wire::kMaxFrame) {
     fprintf(stderr, "open-sim: the file is too large to send: a request carries %u MiB at most\n", wire::kMaxFrame >> 20);
     return 2;
   }
-  uint32_t frameLen = static_cast<uint32_t>(request.size() - 4);
-  memcpy(&request[0], &frameLen, 4);
-
   int fd = simConnect(socket, kControlTimeoutMs);
   std::string frame;
-  if (fd < 0 || !simSendAll(fd, request.data(), request.size()) || !receiveReply(fd, &frame)) {
+  if (fd < 0 || !simSendAll(fd, request.data(), w.len) || !receiveReply(fd, &frame)) {
     fprintf(stderr, "open-sim: no daemon answering at %s\n", simSocketPath(socket));
     return 1;
   }

@@ -32,15 +32,12 @@ inline constexpr Bounds kMilliwatts{0, 4294967295.0};  // a power reading
 // behind ":" or "-".
 bool wellFormedMac(const std::string &t);
 
-// Whether the model has this VLAN configured.
-bool vlanIn(const Model &m, uint32_t vlan);
-
 // A scenario states facts apart, so they must be facts a switch can have:
 // a port's kind and medium its layout gives, Green Ethernet, power
 // estimates and LAGs on copper ports only, D-Disable reasons of its
 // causes, VLANs it can configure, locked addresses on its ports and VLANs.
-// False with one line naming where and why; fills in what follows.
-bool scenarioFactsAgree(Sim &next, std::string *error);
+// False with one line naming where and why.
+bool scenarioFactsAgree(const Sim &s, std::string *error);
 
 }  // namespace sim
 

@@ -72,27 +72,21 @@ bool decodeCall(const std::string &frame, Call *c) {
 }
 
 std::string encodeReply(int result, const Call &c) {
-  std::string out(4, '\0');
-  auto add = [&out](const void *p, size_t n) { out.append(static_cast<const char *>(p), n); };
-  int32_t rc = result;
-  add(&rc, 4);
-  uint8_t argc = static_cast<uint8_t>(c.args.size());
-  add(&argc, 1);
+  size_t most = 9;
+  for (const Arg &a : c.args) most += 13 + a.text.size();
+  std::string out(most, '\0');
+  wire::Writer w{out.data(), out.size()};
+  w.u32(0);
+  w.u32(static_cast<uint32_t>(result));
+  w.u8(static_cast<uint8_t>(c.args.size()));
   for (const Arg &a : c.args) {
     if (a.isInput()) continue;
-    uint8_t written = a.written;
-    add(&written, 1);
-    if (!written) continue;
-    if (a.kind == wire::kOutNum) {
-      add(&a.num, 8);
-    } else {
-      uint32_t len = static_cast<uint32_t>(a.text.size());
-      add(&len, 4);
-      add(a.text.data(), len);
-    }
+    w.u8(a.written);
+    if (a.written && a.kind == wire::kOutNum) w.u64(a.num);
+    else if (a.written) w.text(a.text.data(), static_cast<uint32_t>(a.text.size()));
   }
-  uint32_t len = static_cast<uint32_t>(out.size() - 4);
-  memcpy(&out[0], &len, 4);
+  w.seal();
+  out.resize(w.len);
   return out;
 }
 

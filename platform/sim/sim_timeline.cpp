@@ -46,13 +46,18 @@ bool checkModuleSlot(const Sim &s, const cJSON *, TimelineEvent *e, std::string 
   return false;
 }
 
-bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
-  if (!checkModuleSlot(s, o, e, error)) return false;
-  const cJSON *m = member(o, "media");
-  e->media = cJSON_IsString(m) ? m->valuestring : "";
-  if (knownMedia(e->media)) return true;
-  *error = "\"media\" must be \"copper\" or \"fiber\"";
+// A text field that takes one of two words.
+bool wordField(const cJSON *o, const char *name, const char *one, const char *other, std::string *word,
+               std::string *error) {
+  const cJSON *m = member(o, name);
+  *word = cJSON_IsString(m) ? m->valuestring : "";
+  if (*word == one || *word == other) return true;
+  *error = "\"" + std::string(name) + "\" must be \"" + one + "\" or \"" + other + "\"";
   return false;
+}
+
+bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
+  return checkModuleSlot(s, o, e, error) && wordField(o, "media", "copper", "fiber", &e->media, error);
 }
 
 // The API's name of a cause, or the CLI's as an alias; the model keeps
@@ -109,12 +114,10 @@ bool checkPower(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *err
 }
 
 bool checkAdmin(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
-  const cJSON *state = member(o, "state");
-  const char *t = cJSON_IsString(state) ? state->valuestring : "";
-  e->enable = strcmp(t, "enable") == 0;
-  if (e->enable || strcmp(t, "disable") == 0) return true;
-  *error = "\"state\" must be \"enable\" or \"disable\"";
-  return false;
+  std::string state;
+  if (!wordField(o, "state", "enable", "disable", &state, error)) return false;
+  e->enable = state == "enable";
+  return true;
 }
 
 bool checkTraffic(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
@@ -128,21 +131,6 @@ bool checkTraffic(const Sim &, const cJSON *o, TimelineEvent *e, std::string *er
          wholeField(o, "inErrors", 0, kMostNumber, true, &t.inErrors, error);
 }
 
-void linkDown(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, false, e.atMs); }
-void linkUp(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, true, e.atMs); }
-
-// A pulled module takes the link with it; a new one brings it up on its
-// medium.
-void transceiverRemoved(Sim &s, const TimelineEvent &e) { removeTransceiver(s, e.port, e.atMs); }
-void transceiverInserted(Sim &s, const TimelineEvent &e) { insertTransceiver(s, e.port, e.media, e.atMs); }
-
-void ddisable(Sim &s, const TimelineEvent &e) { tripDDisable(s, e.port, e.cause, e.atMs); }
-void countersReset(Sim &s, const TimelineEvent &e) { resetPortCounters(s, e.port, e.atMs); }
-void countersWrap(Sim &s, const TimelineEvent &e) { bringCountersNearWrap(s, e.port, e.seconds, e.atMs); }
-void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs); }
-void admin(Sim &s, const TimelineEvent &e) { setAdminState(s, e.port, e.enable, e.atMs); }
-void traffic(Sim &s, const TimelineEvent &e) { setPortTraffic(s, e.port, e.traffic, e.atMs); }
-
 // Every kind takes "at", "event" and "port", and the fields it lists.
 struct EventKind {
   const char *name;
@@ -151,19 +139,24 @@ struct EventKind {
   Apply apply;
 };
 
+#define APPLY(...) [](Sim &s, const TimelineEvent &e) { __VA_ARGS__; }
 const EventKind kEventKinds[] = {
-    {"link-down", {}, checkPortOnly, linkDown},
-    {"link-up", {}, checkPortOnly, linkUp},
-    {"transceiver-removed", {}, checkModuleSlot, transceiverRemoved},
-    {"transceiver-inserted", {"media"}, checkMedia, transceiverInserted},
-    {"ddisable", {"cause"}, checkCause, ddisable},
+    {"link-down", {}, checkPortOnly, APPLY(setLinkState(s, e.port, false, e.atMs))},
+    {"link-up", {}, checkPortOnly, APPLY(setLinkState(s, e.port, true, e.atMs))},
+    // A pulled module takes the link with it; a new one brings it up on its medium.
+    {"transceiver-removed", {}, checkModuleSlot, APPLY(removeTransceiver(s, e.port, e.atMs))},
+    {"transceiver-inserted", {"media"}, checkMedia, APPLY(insertTransceiver(s, e.port, e.media, e.atMs))},
+    {"ddisable", {"cause"}, checkCause, APPLY(tripDDisable(s, e.port, e.cause, e.atMs))},
     {"pml-violation", {"macs", "vlan"}, checkMacs, recordPmlViolation},
-    {"counters-reset", {}, checkPortOnly, countersReset},
-    {"counters-wrap", {"inSeconds"}, checkWrap, countersWrap},
-    {"power", {"milliwatts", "savedMwh"}, checkPower, power},
-    {"admin", {"state"}, checkAdmin, admin},
-    {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic, traffic},
+    {"counters-reset", {}, checkPortOnly, APPLY(resetPortCounters(s, e.port, e.atMs))},
+    {"counters-wrap", {"inSeconds"}, checkWrap, APPLY(bringCountersNearWrap(s, e.port, e.seconds, e.atMs))},
+    {"power", {"milliwatts", "savedMwh"}, checkPower, APPLY(setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs))},
+    {"admin", {"state"}, checkAdmin, APPLY(setAdminState(s, e.port, e.enable, e.atMs))},
+    {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic,
+     APPLY(setPortTraffic(s, e.port, e.traffic, e.atMs))},
 };
+#undef APPLY
+
 
 const EventKind *kindNamed(const std::string &name) {
   for (const EventKind &k : kEventKinds)

@@ -45,6 +45,11 @@ struct Writer {
     u32(n);
     bytes(p, n);
   }
+  // Writes the length of what follows the first four bytes into them.
+  void seal() {
+    uint32_t n = static_cast<uint32_t>(len - 4);
+    if (ok) memcpy(buf, &n, 4);
+  }
 };
 
 // Reads from a received frame; `ok` turns false on a short frame.

@@ -8,7 +8,6 @@
 #include <algorithm>
 
 #include "sim/sim.h"
-#include "sim/sim_checks.h"
 #include "sim/sim_json.h"
 #include "sim/sim_model_json.h"
 #include "switch_facts.h"
@@ -68,16 +67,12 @@ static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
     const cJSON *key = nullptr;
     cJSON_ArrayForEach(key, call) {
       Outputs v;
-      if (cJSON_IsNull(key)) {
-        s.overrides[call->string][key->string] = std::nullopt;
-        continue;
-      }
-      if (!jsonToOutputs(key, &v)) {
+      if (!cJSON_IsNull(key) && !jsonToOutputs(key, &v)) {
         *error = std::string("scenario: bad outputs for ") + call->string + " " + key->string +
                  " (a whole number, a string or a list of them)";
         return false;
       }
-      s.overrides[call->string][key->string] = std::move(v);
+      s.overrides[call->string][key->string] = cJSON_IsNull(key) ? std::nullopt : std::optional(std::move(v));
     }
   }
   return true;
@@ -117,7 +112,7 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   }
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
-  if (model && (!modelFromJson(model, next.model, error) || !scenarioFactsAgree(next, error))) return false;
+  if (model && !modelFromJson(model, next, error)) return false;
   trimHistory(next);
   return true;
 }

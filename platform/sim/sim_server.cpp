@@ -92,11 +92,7 @@ std::string encodeReply(int result, const Call &c) {
 
 std::string encodeControlReply(int status, const std::string &text) {
   Call c;
-  Arg a;
-  a.kind = wire::kOutText;
-  a.text = text;
-  a.written = true;
-  c.args.push_back(a);
+  c.args.push_back({.kind = wire::kOutText, .text = text, .written = true});
   return encodeReply(status, c);
 }
 

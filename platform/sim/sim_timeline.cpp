@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "sim/sim.h"
-#include "sim/sim_checks.h"
+#include "sim/sim_model_json.h"
 #include "sim/sim_json.h"
 #include "switch_facts.h"
 

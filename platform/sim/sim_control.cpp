@@ -50,20 +50,14 @@ std::string dumpScenario(const Sim &s) { return printJson(dumpJson(s).get(), tru
 
 static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
   s.overrides.clear();
-  if (overrides && !cJSON_IsObject(overrides)) {
-    *error = "scenario: \"overrides\" must be an object of calls";
-    return false;
-  }
+  if (overrides && !cJSON_IsObject(overrides))
+    return refuse(error, "scenario: \"overrides\" must be an object of calls");
   const cJSON *call = nullptr;
   cJSON_ArrayForEach(call, overrides) {
-    if (!findRule(call->string)) {
-      *error = std::string("scenario: unknown call \"") + call->string + "\" in \"overrides\"";
-      return false;
-    }
-    if (!cJSON_IsObject(call)) {
-      *error = std::string("scenario: the answers of ") + call->string + " must be an object of inputs";
-      return false;
-    }
+    if (!findRule(call->string))
+      return refuse(error, std::string("scenario: unknown call \"") + call->string + "\" in \"overrides\"");
+    if (!cJSON_IsObject(call))
+      return refuse(error, std::string("scenario: the answers of ") + call->string + " must be an object of inputs");
     const cJSON *key = nullptr;
     cJSON_ArrayForEach(key, call) {
       Outputs v;
@@ -82,20 +76,14 @@ static bool loadOverrides(Sim &s, const cJSON *overrides, std::string *error) {
 // events say themselves where a key comes twice, with the event's number).
 static bool checkTopLevel(const cJSON *root, const char *what, const std::vector<std::string> &keys,
                           std::string *error) {
-  if (const char *twice = duplicateKey(root)) {
-    *error = std::string(what) + ": duplicate key \"" + twice + "\"";
-    return false;
-  }
+  if (const char *twice = duplicateKey(root))
+    return refuse(error, std::string(what) + ": duplicate key \"" + twice + "\"");
   for (const cJSON *m = root->child; m; m = m->next) {
     std::string path, key;
-    if (std::find(keys.begin(), keys.end(), m->string) == keys.end()) {
-      *error = std::string(what) + ": unknown key \"" + m->string + "\"";
-      return false;
-    }
-    if (strcmp(m->string, "timeline") != 0 && findDuplicateKey(m, &path, &key)) {
-      *error = std::string(what) + ": duplicate key \"" + key + "\" in \"" + m->string + "\"" + path;
-      return false;
-    }
+    if (std::find(keys.begin(), keys.end(), m->string) == keys.end())
+      return refuse(error, std::string(what) + ": unknown key \"" + m->string + "\"");
+    if (strcmp(m->string, "timeline") != 0 && findDuplicateKey(m, &path, &key))
+      return refuse(error, std::string(what) + ": duplicate key \"" + key + "\" in \"" + m->string + "\"" + path);
   }
   return true;
 }
@@ -106,10 +94,7 @@ static bool switchOf(const cJSON *file, Sim &next, std::string *error) {
   const cJSON *model = cJSON_GetObjectItemCaseSensitive(file, "model");
   const cJSON *layoutJson = cJSON_GetObjectItemCaseSensitive(model, "layout");
   SwitchLayout layout;
-  if (model && !cJSON_IsObject(model)) {
-    *error = "scenario: \"model\" must be an object";
-    return false;
-  }
+  if (model && !cJSON_IsObject(model)) return refuse(error, "scenario: \"model\" must be an object");
   if (layoutJson && !layoutFromJson(layoutJson, &layout, error)) return false;
   seedSwitch(next, layout);
   if (model && !modelFromJson(model, next, error)) return false;
@@ -130,10 +115,8 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
     return false;
   int64_t clockMs = 0;
   NumberFault f = readWhole(cJSON_GetObjectItemCaseSensitive(file.get(), "clockMs"), 0, kMostClockMs, &clockMs);
-  if (f != NumberFault::None && f != NumberFault::Missing) {
-    *error = "scenario: " + numberFaultText("clockMs", f, 0, kMostClockMs);
-    return false;
-  }
+  if (f != NumberFault::None && f != NumberFault::Missing)
+    return refuse(error, "scenario: " + numberFaultText("clockMs", f, 0, kMostClockMs));
   // The timeline is checked against the switch the file describes, whole.
   Sim next;
   if (!switchOf(file.get(), next, error) ||

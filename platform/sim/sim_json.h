@@ -27,6 +27,12 @@ const char *duplicateKey(const cJSON *object);
 // path of keys and list positions below `node` (."errdisable"[2]).
 bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key);
 
+// Gives the reason a check failed, for its early returns.
+inline bool refuse(std::string *error, std::string why) {
+  *error = std::move(why);
+  return false;
+}
+
 // The text of a tree, indented or on one line.
 std::string printJson(const cJSON *j, bool formatted);
 

@@ -36,17 +36,6 @@ bool readFile(const char *path, std::string *out) {
   return true;
 }
 
-// Takes "--socket PATH" from the front of the arguments.
-const char *takeSocket(int *argc, char ***argv) {
-  if (*argc >= 2 && strcmp((*argv)[0], "--socket") == 0) {
-    const char *path = (*argv)[1];
-    *argc -= 2;
-    *argv += 2;
-    return path;
-  }
-  return nullptr;
-}
-
 int serveCommand(int argc, char **argv) {
   const char *socket = nullptr, *scenarioFile = nullptr;
   bool paused = false;
@@ -83,7 +72,9 @@ bool receiveReply(int fd, std::string *frame) {
 }
 
 int ctlCommand(int argc, char **argv) {
-  const char *socket = takeSocket(&argc, &argv);
+  // "--socket PATH" comes first, if at all.
+  const char *socket = argc >= 2 && strcmp(argv[0], "--socket") == 0 ? argv[1] : nullptr;
+  if (socket) argc -= 2, argv += 2;
   if (argc < 1) return usage();
   sim::Json words(cJSON_CreateArray());
   for (int i = 0; i < argc; ++i) {

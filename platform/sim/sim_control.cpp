@@ -138,6 +138,12 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
 }
 
 using Words = std::vector<std::string>;
+
+// Puts a command's answer and gives its status.
+static int say(std::string *out, std::string text, int status) {
+  *out = std::move(text);
+  return status;
+}
 // What a command returns when its words do not fit: its usage follows.
 constexpr int kUsage = -1;
 
@@ -174,10 +180,8 @@ static int ctlSet(Sim &s, const Words &w, std::string *out) {
   Outputs v;
   // A value that is not JSON is taken as a plain text.
   if (!value) v.push_back(text(w[3]));
-  else if (!jsonToOutputs(value.get(), &v)) {
-    *out = "VALUE must be a number, a string or an array of them\n";
-    return 2;
-  }
+  else if (!jsonToOutputs(value.get(), &v))
+    return say(out, "VALUE must be a number, a string or an array of them\n", 2);
   s.override(w[1], w[2], std::move(v));
   return 0;
 }
@@ -229,10 +233,8 @@ static int ctlPlay(Sim &s, const Words &w, std::string *out) {
   if (file && !checkTopLevel(file.get(), "timeline file", {"timeline"}, &error)) timeline = nullptr;
   else if (file && !timeline) error = "timeline file: no \"timeline\"";
   std::vector<TimelineEvent> events;
-  if (!timeline || !parseTimeline(s, timeline, clockNowMs(s.clock), &events, &error)) {
-    *out = "open-sim: " + error + "\n";
-    return 2;
-  }
+  if (!timeline || !parseTimeline(s, timeline, clockNowMs(s.clock), &events, &error))
+    return say(out, "open-sim: " + error + "\n", 2);
   s.timeline = std::move(events);
   s.nextEvent = 0;
   catchUp(s);
@@ -243,8 +245,7 @@ static int ctlPlay(Sim &s, const Words &w, std::string *out) {
 static int ctlLoad(Sim &s, const Words &w, std::string *out) {
   std::string error;
   if (loadScenario(s, w[1], &error)) return 0;
-  *out = "open-sim: " + error + "\n";
-  return 2;
+  return say(out, "open-sim: " + error + "\n", 2);
 }
 
 static std::string secondsText(int64_t ms) {
@@ -258,10 +259,7 @@ static std::string secondsText(int64_t ms) {
 static int ctlClockNext(Sim &s, std::string *out) {
   std::vector<Pending> pending = pendingAfterNow(s);
   int64_t now = clockNowMs(s.clock);
-  if (pending.empty()) {
-    *out = "nothing pending; the clock stays at " + secondsText(now) + "\n";
-    return 1;
-  }
+  if (pending.empty()) return say(out, "nothing pending; the clock stays at " + secondsText(now) + "\n", 1);
   int64_t at = pending.front().atMs;
   clockAdvance(s.clock, at - now);
   catchUp(s);
@@ -273,19 +271,16 @@ static int ctlClockNext(Sim &s, std::string *out) {
 // "pause", "run", "advance SECONDS", "next", or nothing to print the
 // simulated time.
 static int ctlClock(Sim &s, const Words &w, std::string *out) {
-  if (w.size() == 1) {
-    *out = std::string(s.clock.paused ? "paused " : "running ") + secondsText(clockNowMs(s.clock)) + "\n";
-    return 0;
-  }
+  if (w.size() == 1)
+    return say(out, std::string(s.clock.paused ? "paused " : "running ") + secondsText(clockNowMs(s.clock)) + "\n", 0);
   if (w.size() == 2 && w[1] == "pause") return clockPause(s.clock), 0;
   if (w.size() == 2 && w[1] == "run") return clockRun(s.clock), 0;
   if (w.size() == 2 && w[1] == "next") return ctlClockNext(s, out);
   if (w.size() != 3 || w[1] != "advance") return kUsage;
   int64_t ms = 0;
-  if (!parseDecimalSeconds(w[2].c_str(), &ms)) {
-    *out = "open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), not \"" + w[2] + "\"\n";
-    return 2;
-  }
+  if (!parseDecimalSeconds(w[2].c_str(), &ms))
+    return say(out, "open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), not \"" + w[2] + "\"\n",
+               2);
   clockAdvance(s.clock, ms);
   return 0;
 }
@@ -316,8 +311,7 @@ static cJSON *pendingJson(const Sim &s) {
 static int ctlDump(Sim &s, const Words &, std::string *out) {
   Json root = dumpJson(s);
   cJSON_AddItemToObject(root.get(), "pending", pendingJson(s));
-  *out = printJson(root.get(), true) + "\n";
-  return 0;
+  return say(out, printJson(root.get(), true) + "\n", 0);
 }
 
 // Loads the scenario last started again, its timeline from the start.
@@ -370,12 +364,10 @@ int handleControl(Sim &s, const Words &w, std::string *out) {
   catchUp(s);
   const Control *c = std::find_if(std::begin(kControls), std::end(kControls),
                                   [&](const Control &k) { return !w.empty() && w[0] == k.name; });
-  if (c == std::end(kControls)) {
+  int status = 2;
+  if (c == std::end(kControls))
     *out = (w.empty() ? std::string("no command") : "unknown command \"" + w[0] + "\"") + " (" + commandNames() + ")";
-    *out = oneLine(*out) + "\n";
-    return 2;
-  }
-  int status = w.size() < c->least + 1 || w.size() > c->most + 1 ? kUsage : c->run(s, w, out);
+  else status = w.size() < c->least + 1 || w.size() > c->most + 1 ? kUsage : c->run(s, w, out);
   if (status == kUsage) *out = "usage: " + usageOf(*c) + c->bounds + "\n", status = 2;
   if (status != 0 && !out->empty()) *out = oneLine(out->substr(0, out->find_last_not_of('\n') + 1)) + "\n";
   return status;

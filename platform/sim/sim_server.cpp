@@ -29,28 +29,16 @@ void onStopSignal(int) { gStop = 1; }
 
 bool decodeArg(wire::Reader &r, Arg *a) {
   a->kind = static_cast<wire::Kind>(r.u8());
-  uint32_t n = 0;
-  const char *p = nullptr;
-  switch (a->kind) {
-    case wire::kInNum:
-    case wire::kOutNum:
-      a->width = r.u8();
-      a->num = r.u64();
-      return r.ok;
-    case wire::kInText:
-      a->size = r.u32();
-      p = r.text(&n);
-      break;
-    case wire::kInString:
-    case wire::kInOutBlob:
-      p = r.text(&n);
-      break;
-    case wire::kOutText:
-      a->size = r.u32();
-      return r.ok;
-    default:
-      return false;
+  if (a->kind < wire::kInNum || a->kind > wire::kInOutBlob) return false;
+  if (a->kind == wire::kInNum || a->kind == wire::kOutNum) {
+    a->width = r.u8();
+    a->num = r.u64();
+    return r.ok;
   }
+  if (a->kind == wire::kInText || a->kind == wire::kOutText) a->size = r.u32();
+  if (a->kind == wire::kOutText) return r.ok;
+  uint32_t n = 0;
+  const char *p = r.text(&n);
   if (!p) return false;
   a->text.assign(p, n);
   // A text input ends at its first zero byte, as the platform reads it.

@@ -123,17 +123,12 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
       !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
       !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
     return false;
-  s.interfaces = std::move(next.interfaces);
-  s.model = std::move(next.model);
-  s.overrides = std::move(next.overrides);
-  s.timeline = std::move(next.timeline);
-  s.nextEvent = 0;
-  s.faults.clear();
-  s.delays.clear();
-  s.journal.clear();
-  s.scenario = json;
-  clockRestart(s.clock);
-  clockAdvance(s.clock, clockMs);
+  // A fresh switch in every respect but the clock's pause.
+  next.scenario = json;
+  next.clock = s.clock;
+  clockRestart(next.clock);
+  clockAdvance(next.clock, clockMs);
+  s = std::move(next);
   return true;
 }
 

@@ -456,9 +456,8 @@ const char *entryFault(const Sim &s, const PmlEntry &e) {
   return nullptr;
 }
 
-bool fail(std::string *error, const std::string &where, const char *why) {
-  *error = "scenario: \"model\"" + where + ": " + why;
-  return false;
+bool fail(std::string *error, const std::string &where, const std::string &why) {
+  return refuse(error, "scenario: \"model\"" + where + ": " + why);
 }
 
 bool factsAgree(const Sim &s, std::string *error) {
@@ -466,12 +465,12 @@ bool factsAgree(const Sim &s, std::string *error) {
   std::set<uint32_t> vlans(m.vlans.begin(), m.vlans.end());
   if (vlans.size() != m.vlans.size() ||
       (!vlans.empty() && (*vlans.begin() < facts::kLockVlan.least || *vlans.rbegin() > facts::kLockVlan.most)))
-    return fail(error, ".\"vlans\"", ("VLANs from " + std::to_string(facts::kLockVlan.least) + " to " +
-                                        std::to_string(facts::kLockVlan.most) + ", each once").c_str());
+    return fail(error, ".\"vlans\"", "VLANs from " + std::to_string(facts::kLockVlan.least) + " to " +
+                                         std::to_string(facts::kLockVlan.most) + ", each once");
   for (const auto &[n, p] : m.ports)
     if (const char *why = portFault(s, n, p)) return fail(error, ".\"ports\".\"" + std::to_string(n) + "\"", why);
   for (const auto &[vlan, settings] : m.pml.vlans)
-    if (!vlanExists(s, vlan)) return fail(error, ".\"pml\".\"vlans\"", ("VLAN " + std::to_string(vlan) + " is no VLAN of the switch").c_str());
+    if (!vlanExists(s, vlan)) return fail(error, ".\"pml\".\"vlans\"", "VLAN " + std::to_string(vlan) + " is no VLAN of the switch");
   const std::pair<const char *, const std::vector<PmlEntry> *> tables[] = {
       {"static", &m.pml.statics}, {"dynamic", &m.pml.dynamics}, {"streams", &m.pml.streams}};
   for (const auto &[name, entries] : tables)

@@ -62,13 +62,10 @@ bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *err
 bool checkCause(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
   const cJSON *c = member(o, "cause");
   if (!cJSON_IsString(c)) return refuse(error, "needs \"cause\", the name of a D-Disable cause");
-  for (const facts::DDisableCause &cause : facts::kDDisableCauses) {
-    if ((cause.api && strcmp(c->valuestring, cause.api) == 0) || strcmp(c->valuestring, cause.cli) == 0) {
-      e->cause = cause.cli;
-      return true;
-    }
-  }
-  return refuse(error, "unknown cause \"" + std::string(c->valuestring) + "\"");
+  int i = causeIndex(c->valuestring);
+  if (i < 0) return refuse(error, "unknown cause \"" + std::string(c->valuestring) + "\"");
+  e->cause = facts::kDDisableCauses[i].cli;
+  return true;
 }
 
 bool checkMacs(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {

@@ -129,14 +129,7 @@ int main(int argc, char **argv) {
   if (argc < 2) return usage();
   if (strcmp(argv[1], "serve") == 0) return serveCommand(argc - 2, argv + 2);
   if (strcmp(argv[1], "ctl") == 0) return ctlCommand(argc - 2, argv + 2);
-  if (strcmp(argv[1], "scenarios") == 0 && argc == 2) {
-    fputs(sim::readyScenarioList().c_str(), stdout);
-    return 0;
-  }
-  if (strcmp(argv[1], "default-scenario") == 0) {
-    fputs(sim::defaultSwitchDump().c_str(), stdout);
-    fputc('\n', stdout);
-    return 0;
-  }
+  if (strcmp(argv[1], "scenarios") == 0 && argc == 2) return fputs(sim::readyScenarioList().c_str(), stdout), 0;
+  if (strcmp(argv[1], "default-scenario") == 0) return printf("%s\n", sim::defaultSwitchDump().c_str()), 0;
   return usage();
 }

@@ -50,7 +50,9 @@ bool wordField(const cJSON *o, const char *name, const char *one, const char *ot
   const cJSON *m = member(o, name);
   *word = cJSON_IsString(m) ? m->valuestring : "";
   if (*word == one || *word == other) return true;
-  return refuse(error, "\"" + std::string(name) + "\" must be \"" + one + "\" or \"" + other + "\"");
+  std::string why = "\"";  // in a fresh string: see findDuplicateKey
+  why += name;
+  return refuse(error, why + "\" must be \"" + one + "\" or \"" + other + "\"");
 }
 
 bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {

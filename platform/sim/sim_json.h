@@ -43,6 +43,8 @@ std::string oneLine(const std::string &text);
 // What a number field must be; a reason of one phrase when it is not.
 enum class NumberFault { None, Missing, NotNumber, Fraction, OutOfRange };
 NumberFault readWhole(const cJSON *n, double least, double most, int64_t *out);
+// "from 1 to 52": the bounds as a message gives them.
+std::string rangeText(double least, double most);
 // "\"port\" must be a whole number from 1 to 52", and so on.
 std::string numberFaultText(const char *field, NumberFault f, double least, double most);
 

@@ -4,6 +4,7 @@
 #include <ctype.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <algorithm>
 #include <limits>
@@ -257,19 +258,10 @@ struct Writer {
 
 // A key that names a port or a VLAN: decimal digits, 32 bits at most.
 bool keyNumber(const char *key, uint32_t *n) {
-  uint64_t v = 0;
-  for (const char *c = key; *c; ++c) {
-    if (*c < '0' || *c > '9' || c - key >= 10) return false;
-    v = v * 10 + static_cast<uint64_t>(*c - '0');
-  }
+  size_t digits = strspn(key, "0123456789");
+  uint64_t v = digits && digits <= 10 && !key[digits] ? strtoull(key, nullptr, 10) : UINT64_MAX;
   *n = static_cast<uint32_t>(v);
-  return *key && v <= UINT32_MAX;
-}
-
-std::string rangeText(Bounds b) {
-  char text[96];
-  snprintf(text, sizeof text, "must be from %.15g to %.15g", b.least, b.most);
-  return text;
+  return v <= UINT32_MAX;
 }
 
 // A whole number of the type that JSON holds exactly.
@@ -318,7 +310,7 @@ struct Reader {
       case NumberFault::None: n = static_cast<N>(v); return true;
       case NumberFault::OutOfRange:
         if (cJSON_IsNumber(j) && j->valuedouble < 0 && b.least == 0) return fail("must not be negative");
-        return fail(rangeText(b));
+        return fail(std::string("must be ") + rangeText(b.least, b.most).c_str());
       default: return fail("must be a whole number");
     }
   }

@@ -1,11 +1,10 @@
 """The packages on a throw-away system: this machine's / under an overlay that only this suite sees, with its
 own /run, /tmp, /mnt and network. dpkg installs both packages, upgrades them from the version before they had
 maintainer scripts, removes and purges them in every order, also where invoke-rc.d may not restart lighttpd.
-After every step lighttpd restarts and answers: with the
-program's JSON through open-sim, running as its own user, where the program is installed and a snippet enabled.
-Then a local user's attacks: on the installed system; racing the install and an upgrade, re-creating the
-program's names in /tmp as fast as she can; and planting them in the emptied /tmp before the boot steps. Each
-must fail."""
+After every step lighttpd restarts and answers: with the program's JSON through open-sim, running as its own
+user, where the program is installed and a snippet enabled. Then a local user's attacks: on the installed
+system; racing the install and an upgrade, re-creating the program's names in /tmp as fast as she can; and
+planting them in the emptied /tmp before the boot steps. Each must fail."""
 
 import atexit
 import contextlib
@@ -38,6 +37,10 @@ LINK_STATE = "/api/v2/interfaces/if/link-state?ifNum=3"
 SERVED = harness.read_reply(0, "if", {"linkState": "up"})[len(harness.JSON_HEADER):]
 PROGRAM, SIM = "interfaces-v2", "interfaces-v2-sim"
 OLD, NEW = "dpkg -i /debs/old/*.deb", "dpkg -i /debs/new/*.deb"
+NEW_PROGRAM, NEW_SIM = ("dpkg -i /debs/new/%s_*.deb" % name for name in (PROGRAM, SIM))
+CGI_ON, FASTCGI_ON = ("lighty-enable-mod interfaces-v2-" + mode for mode in ("cgi", "fastcgi"))
+BOTH = PROGRAM + " " + SIM
+ENABLED = NEW + " && " + CGI_ON + " && /etc/init.d/lighttpd restart"
 # invoke-rc.d may not act: a container's policy, or no runlevel to be found (a chroot).
 DENY = "printf '#!/bin/sh\\nexit 101\\n' > /usr/sbin/policy-rc.d && chmod 755 /usr/sbin/policy-rc.d"
 NO_RUNLEVEL = "rm /usr/sbin/policy-rc.d && printf '#!/bin/sh\\necho unknown\\n' > /sbin/runlevel"
@@ -46,31 +49,26 @@ NOT_RESTARTED = "lighttpd could not be restarted here"
 # is not installed), and what the step must say once, if anything. Before the upgrade no user runs open-sim,
 # but the FastCGI responders run, and must not outlive their binary.
 SCENARIOS = {
-    "program first": [(OLD, False), ("lighty-enable-mod interfaces-v2-fastcgi", False),
-                      ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, False), ("dpkg -i /debs/new/%s_*.deb" % SIM, True),
+    "program first": [(OLD, False), (FASTCGI_ON, False), (NEW_PROGRAM, False), (NEW_SIM, True),
                       ("dpkg -r " + PROGRAM, False), ("dpkg -P " + PROGRAM, False), ("dpkg -r " + SIM, False),
                       ("dpkg -P " + SIM, False)],
-    "simulator first": [(NEW, False), ("lighty-enable-mod interfaces-v2-cgi", True), ("dpkg -r " + SIM, False),
-                        ("dpkg -P " + SIM, False), ("dpkg -r " + PROGRAM, False),
+    "simulator first": [(NEW, False), (CGI_ON, True), ("dpkg -r " + SIM, False), ("dpkg -P " + SIM, False),
+                        ("dpkg -r " + PROGRAM, False),
                         # the administrator enables a snippet of the removed program; purge removes its link
-                        ("lighty-enable-mod interfaces-v2-cgi", False), ("dpkg -P " + PROGRAM, False)],
-    "both in one command": [(OLD, False), ("lighty-enable-mod interfaces-v2-cgi", False), (NEW, True),
-                            ("dpkg -P %s %s" % (PROGRAM, SIM), False)],
-    "removed, installed again": [(NEW, False), ("lighty-enable-mod interfaces-v2-fastcgi", True),
-                                 ("dpkg -r %s %s" % (PROGRAM, SIM), False),
+                        (CGI_ON, False), ("dpkg -P " + PROGRAM, False)],
+    "both in one command": [(OLD, False), (CGI_ON, False), (NEW, True), ("dpkg -P " + BOTH, False)],
+    "removed, installed again": [(NEW, False), (FASTCGI_ON, True), ("dpkg -r " + BOTH, False),
                                  ("/etc/init.d/lighttpd stop && " + NEW, True),
                                  ("dpkg -P %s %s" % (SIM, PROGRAM), False)],
     # the administrator chose the other snippet while the program was away: her choice stands
-    "switched while removed": [(NEW, False), ("lighty-enable-mod interfaces-v2-fastcgi", True),
-                               ("dpkg -r " + PROGRAM, False), ("lighty-enable-mod interfaces-v2-cgi", False),
-                               ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, True, "not enabling 50-interfaces-v2-fastcgi"),
-                               ("dpkg -P %s %s" % (PROGRAM, SIM), False)],
-    "restart refused": [(NEW, False), ("lighty-enable-mod interfaces-v2-fastcgi", True), (DENY, True),
-                        ("dpkg -i /debs/new/%s_*.deb" % PROGRAM, True, NOT_RESTARTED),
+    "switched while removed": [(NEW, False), (FASTCGI_ON, True), ("dpkg -r " + PROGRAM, False),
+                               (CGI_ON, False), (NEW_PROGRAM, True, "not enabling 50-interfaces-v2-fastcgi"),
+                               ("dpkg -P " + BOTH, False)],
+    "restart refused": [(NEW, False), (FASTCGI_ON, True), (DENY, True), (NEW_PROGRAM, True, NOT_RESTARTED),
                         (NO_RUNLEVEL + " && dpkg -r " + PROGRAM, False, NOT_RESTARTED),
-                        ("dpkg -P %s %s" % (PROGRAM, SIM), False)],
-    "without lighttpd": [("dpkg -P lighttpd", None), (NEW, None), ("dpkg -r %s %s" % (PROGRAM, SIM), None),
-                         (NEW, None), ("dpkg -P %s %s" % (PROGRAM, SIM), None)],
+                        ("dpkg -P " + BOTH, False)],
+    "without lighttpd": [("dpkg -P lighttpd", None), (NEW, None), ("dpkg -r " + BOTH, None), (NEW, None),
+                         ("dpkg -P " + BOTH, None)],
 }
 # As the documentation tells an administrator without systemd.
 START_SIM = ("install -d -o open-sim -g open-sim -m 0750 /run/open-sim; exec setpriv --reuid=open-sim "
@@ -301,8 +299,7 @@ class Lifecycle(unittest.TestCase):
                                  ([], "www-data\n"), name)
 
     def after(self, system, serves):
-        """A restart, then the program's reply through open-sim where it serves, else
-        whether lighttpd answers at all."""
+        """A restart, then the program's reply through open-sim where it serves, else whether lighttpd answers."""
         if serves is None:
             return None
         system.sh("/etc/init.d/lighttpd restart")  # which checks the configuration with lighttpd -tt first
@@ -329,7 +326,7 @@ class Installed(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.system = System(packages(with_old=False))
-        cls.system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
+        cls.system.sh(ENABLED)
         cls.system.start_sim()
 
     @classmethod
@@ -394,7 +391,7 @@ class Raced(unittest.TestCase):
             out = system.sh(step).stderr
         finally:
             held = system.stop_planting()
-        system.sh("lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart")
+        system.sh(CGI_ON + " && /etc/init.d/lighttpd restart")
         system.start_sim()
         hers = [int(system.sh("id -u " + USER).stdout)] if names_free else []
         self.assertEqual((held["planted"] > 0, system.owners(NAMES), held["owners"],
@@ -435,8 +432,8 @@ class Raced(unittest.TestCase):
 MADE = "".join("%s www-data %s\n" % (n, "700 directory" if n == "/tmp/session" else "640 regular file") for n in NAMES)
 CLI = "/mnt/application/quill/tmp"
 LOG_1_0_0 = "runuser -u www-data -- sh -c 'umask 022; echo kept > /tmp/k9100.log'"
-AGAIN = "; move it away, then install the package again"
-FILL = "i=0; while touch %s/$i 2>/dev/null; do i=$((i+1)); done"
+NOT_USING = "interfaces-v2: not using %s: %%s; move it away, then install the package again" % CLI
+NO_INODE = "mount -o remount,nr_inodes=8 {0} && i=0; while touch {0}/$i 2>/dev/null; do i=$((i+1)); done"
 NO_ROOM = "interfaces-v2: cannot make %s: %s: No space left on device; make room there, then install the package again"
 # The states the program's names can be in before it is installed, each made on an empty /tmp and /mnt: the
 # install ends configured with every name www-data's (what it moved aside, with its owner, mode and type; what
@@ -464,17 +461,15 @@ STATES = [
      % LOG_1_0_0, {"/tmp/k9100.log": "www-data 640 regular file"}, ""),
     ("a full /mnt", "mount -o remount,size=64k /mnt && { cat /dev/zero > /mnt/fill || true; }", {}, ""),
     ("another user's CLI work folder", "mkdir -p %s && chown %s %s" % (CLI, USER, CLI),
-     None, "interfaces-v2: not using %s: %s is %s's, not root's or www-data's%s" % (CLI, CLI, USER, AGAIN)),
+     None, NOT_USING % ("%s is %s's, not root's or www-data's" % (CLI, USER))),
     ("a link where the CLI work folder belongs", "mkdir -p /mnt/application/quill && ln -s /tmp " + CLI,
-     None, "interfaces-v2: not using %s: %s is a link%s" % (CLI, CLI, AGAIN)),
+     None, NOT_USING % (CLI + " is a link")),
     ("a file where a folder above it belongs", "mkdir /mnt/application && touch /mnt/application/quill", None,
-     "interfaces-v2: not using %s: /mnt/application/quill is not a folder%s" % (CLI, AGAIN)),
+     NOT_USING % "/mnt/application/quill is not a folder"),
     ("a folder above it that others may write", "mkdir -m 0777 /mnt/application", None,
-     "interfaces-v2: not using %s: /mnt/application is writable by others than root%s" % (CLI, AGAIN)),
-    ("/tmp without a free inode", "mount -o remount,nr_inodes=8 /tmp && " + FILL % "/tmp", None,
-     NO_ROOM % ("/tmp/session", "/tmp")),
-    ("/mnt without a free inode", "mount -o remount,nr_inodes=8 /mnt && " + FILL % "/mnt", None,
-     NO_ROOM % ("/mnt/application", "/mnt")),
+     NOT_USING % "/mnt/application is writable by others than root"),
+    ("/tmp without a free inode", NO_INODE.format("/tmp"), None, NO_ROOM % ("/tmp/session", "/tmp")),
+    ("/mnt without a free inode", NO_INODE.format("/mnt"), None, NO_ROOM % ("/mnt/application", "/mnt")),
 ]
 
 
@@ -489,7 +484,7 @@ class Installing(unittest.TestCase):
                     system.empty("/mnt", "755")
                     system.sh(setup)
                     before = system.sh(listing).stdout
-                    r = system.sh("dpkg -i /debs/new/%s_*.deb" % PROGRAM, check=False)
+                    r = system.sh(NEW_PROGRAM, check=False)
                     status = system.sh("dpkg-query -W -f '${db:Status-Status}' " + PROGRAM, check=False).stdout
                     said = [line for line in (r.stdout + r.stderr).splitlines() if line.startswith("interfaces-v2:")]
                     if moved is None:
@@ -508,13 +503,11 @@ class Installing(unittest.TestCase):
 # Her own lighttpd, on port 8081.
 HERS = ("printf 'server.document-root = \"/tmp\"\\nserver.port = 8081\\nserver.pid-file = \"/tmp/her.pid\"\\n' "
         "> /tmp/her.conf && " + AS_USER + "/usr/sbin/lighttpd -f /tmp/her.conf")
-ENABLED = NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd restart"
 # An install restarts the administrator's lighttpd exactly where a snippet of the program is enabled and her
 # lighttpd service runs. Before, step, and whether her lighttpd runs after it under another process (True),
 # the same (False), or not at all (None).
 RESTARTS = [
-    ("the program alone, lighttpd running", "dpkg -i /debs/new/%s_*.deb" % PROGRAM, "dpkg -i /debs/new/%s_*.deb" % SIM,
-     False),
+    ("the program alone, lighttpd running", NEW_PROGRAM, NEW_SIM, False),
     ("a snippet enabled, lighttpd running", ENABLED, NEW, True),
     ("a snippet enabled, lighttpd stopped, another user's running", ENABLED + " && /etc/init.d/lighttpd stop && " +
      HERS, NEW, None),
@@ -543,7 +536,7 @@ class Boot(unittest.TestCase):
     def test_planted_names_are_moved_aside(self):
         stat = "stat -c '%n %U %a %F' " + " ".join(NAMES)
         with System(packages(with_old=False)) as system:
-            system.sh(NEW + " && lighty-enable-mod interfaces-v2-cgi && /etc/init.d/lighttpd stop")
+            system.sh(NEW + " && " + CGI_ON + " && /etc/init.d/lighttpd stop")
             system.empty()
             system.plant()
             before = system.sh(stat, check=False).stdout.splitlines()
@@ -571,15 +564,9 @@ def readme_blocks():
     tar = subprocess.run(["dpkg-deb", "--fsys-tarfile", deb], capture_output=True, check=True).stdout
     with tarfile.open(fileobj=io.BytesIO(tar)) as t:
         text = gzip.decompress(t.extractfile("./usr/share/doc/%s/README.Debian.gz" % PROGRAM).read()).decode()
-    walk = text.split("From install to a served request")[1].split("\n-----")[1]
-    blocks, block = [], []
-    for line in walk.split("\n") + [""]:
-        if line.startswith("     ") and line[5] != " " or block and line.startswith("       "):
-            block.append(line.strip())
-        elif block:
-            blocks.append("\n".join(block))
-            block = []
-    return blocks
+    walk = text.split("From install to a served request")[1].split("\n-----")[1] + "\n"
+    runs = re.findall(r"(?m)^ {5}\S.*\n(?:(?: {5}\S| {7}).*\n)*", walk)
+    return ["\n".join(line.strip() for line in run.splitlines()) for run in runs]
 
 
 class Documentation(unittest.TestCase):

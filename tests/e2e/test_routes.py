@@ -188,14 +188,10 @@ GREEN = [
     T("GET hist/intf-first-entry?intIfNum=6", HISTORY + "FirstEntryGet(6)",
       {"sampleNo": 7, "sampleTime": 1709300000, "percentLpiTime": 12, "percentLpiTimeTotal": 34},
       setup="set %sFirstEntryGet 6 [7,1709300000,%d,0,0,0]" % (HISTORY, 12 + (34 << 16))),
-    # The next entry walks from the first to the one named; none named means the second.
+    # The next entry walks from the first to the one named.
     T("GET hist/intf-next-entry?intIfNum=2&sampleNo=3", "{0}FirstEntryGet(2) {0}NextEntryGet() {0}NextEntryGet() "
       "{0}NextEntryGet()".format(HISTORY),
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
-    T("GET hist/intf-next-entry?intIfNum=2", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
-      {"sampleNo": 2, "sampleTime": 1710740700, "percentLpiTime": 83, "percentLpiTimeTotal": 87}),
-    T("GET hist/intf-next-entry?intIfNum=2&sampleNo=5", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
-      10000, setup="fail %sNextEntryGet -1" % HISTORY),
     T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 17002),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),

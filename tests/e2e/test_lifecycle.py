@@ -299,7 +299,7 @@ class Lifecycle(unittest.TestCase):
                                  ([], "www-data\n"), name)
 
     def after(self, system, serves):
-        """A restart, then the program's reply through open-sim where it serves, else whether lighttpd answers."""
+        """A restart, then the program's reply where it serves, else whether lighttpd answers at all."""
         if serves is None:
             return None
         system.sh("/etc/init.d/lighttpd restart")  # which checks the configuration with lighttpd -tt first

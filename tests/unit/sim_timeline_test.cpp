@@ -232,7 +232,8 @@ TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
       ASSERT_EQ(r.status, 0) << r.out;
     }
     for (size_t p = 0; p < std::size(ports); ++p)
-      EXPECT_EQ(simRead(s, getter, ports[p]), step.want[p]) << "step " << &step - steps << ", port " << ports[p];
+      EXPECT_EQ(simRead(s, getter, ports[p]), step.want[p])
+          << "step " << &step - steps << ", port " << ports[p];
   }
 }
 

@@ -1,12 +1,10 @@
 #!/usr/bin/env python3
-"""Soak (`make soak`): load through a private lighttpd and open-sim on the loopback, WORKERS keep-alive
-connections on one shared administrator session, first with a CGI process per request, then through FastCGI
-responders. Checks every reply byte for byte, the settings the switch kept, the session file (sampled under
-its lock), every log record and, for the responders, their resident size after 1,000 requests against after
-SOAK_REQUESTS (100,000). Writes its figures into tests/RELIABILITY.md (the section of a sanitizer build apart)
-and exits 1 when anything was lost. SOAK_SECONDS sets the length of the CGI run (60)."""
+"""Soak (`make soak`): WORKERS keep-alive connections on one administrator session through lighttpd, a CGI
+process per request for SOAK_SECONDS, then FastCGI responders for SOAK_REQUESTS. Checks every reply, the
+kept settings, the session file, every log record, the responders' resident size; writes RELIABILITY.md."""
 
-import collections, fcntl, http.client, json, os, random, re, sys, tempfile, threading, time  # noqa: E401
+import collections, concurrent.futures, fcntl, http.client, json, os, pathlib, random, re  # noqa: E401
+import sys, tempfile, threading, time  # noqa: E401
 
 from harness import BUILD, LOG_FILE, SESSION_DIR, Lighttpd, Sim, debug_logging, envelope, new_session, uptime
 
@@ -35,14 +33,10 @@ class Load:
         self.port, self.admin, self.viewer = port, admin, viewer
         self.lock, self.outcomes, self.last = threading.Lock(), [], {}
 
-    def run(self, seconds, requests=None):
-        """Until the time is up or, with `requests`, the run has made that many in all."""
-        self.requests = requests or float("inf")
-        threads = [threading.Thread(target=self.worker, args=(w, time.monotonic() + seconds)) for w in range(WORKERS)]
-        for t in threads:
-            t.start()
-        for t in threads:
-            t.join()
+    def run(self, seconds, requests=float("inf")):
+        self.requests = requests
+        with concurrent.futures.ThreadPoolExecutor(WORKERS) as pool:
+            list(pool.map(self.worker, range(WORKERS), [time.monotonic() + seconds] * WORKERS))
 
     def pick(self, w, seq, rng, mine):
         roll, admin, (port, attr) = rng.random(), {"session": self.admin}, rng.choice(SLOTS[w::WORKERS])
@@ -81,8 +75,7 @@ class Load:
 
 
 class LogWatch(threading.Thread):
-    """Keeps every generation of the log alive through a hard link, so that
-    lines a slower process appends after a rotation are read too."""
+    """Every generation of the log kept through a hard link: lines appended after a rotation are read too."""
 
     def __init__(self):
         super().__init__()
@@ -109,7 +102,7 @@ class LogWatch(threading.Thread):
         self.join()
         self.poll()
         sizes = [os.path.getsize(link) for link in self.links]
-        texts = [open(link, "rb").read()[self.offset if i == 0 else 0:] for i, link in enumerate(self.links)]
+        texts = [pathlib.Path(link).read_bytes()[self.offset if i == 0 else 0:] for i, link in enumerate(self.links)]
         starts = [[m.start() for m in re.finditer(rb"(?m)^" + PREFIX, t)] + [len(t)] for t in texts]
         torn = [t[:s[0]] for t, s in zip(texts, starts) if s[0] != 0]
         records = [t[a:b] for t, s in zip(texts, starts) for a, b in zip(s, s[1:])]
@@ -135,10 +128,6 @@ def table(title, load, faults, lines):
         ["| **total** | | **%d** |" % len(load.outcomes), ""] + ["- " + line for line in lines] + [""]
 
 
-def resident_kb(pids):
-    return [int(re.search(r"VmRSS:\s+(\d+)", open("/proc/%d/status" % pid).read()).group(1)) for pid in pids]
-
-
 def run_load(load, server, fastcgi, faults):
     """The CGI for SECONDS; the responders to REQUESTS, with their resident sizes after the first RSS_FIRST."""
     if not fastcgi:
@@ -147,34 +136,29 @@ def run_load(load, server, fastcgi, faults):
     pids, sizes = server.children(), []
     for count in (RSS_FIRST, RSS_FIRST * 10, REQUESTS):
         load.run(3600, count)
-        sizes.append(resident_kb(pids))
+        status = [pathlib.Path("/proc/%d/status" % pid).read_bytes() for pid in pids]
+        sizes.append([int(re.search(rb"VmRSS:\s+(\d+)", text).group(1)) for text in status])
     if server.children() != pids:
         return faults.append("responders %s replaced by %s during the run" % (pids, server.children())) or []
-    # The sanitizer runtime's allocator and shadow are still filling after the first 1,000 requests (a few
-    # per cent by 10,000, flat after): its limit is taken from there, and LeakSanitizer looks at the exit.
-    base = 1 if SANITIZED else 0
+    base = 1 if SANITIZED else 0  # the sanitizer's allocator fills up to some 10,000 requests; LeakSanitizer checks
     grown = max(b / a - 1 for a, b in zip(sizes[base], sizes[-1]))
     faults += ["responder resident size grew by %.1f%%" % (grown * 100)] if grown > RSS_SLACK else []
-    return ["responders' resident size after %s requests: %s kB (largest growth from the %s to the last %+.1f%%,"
-            " limit +5%%)" % (", ".join(map(str, (RSS_FIRST, RSS_FIRST * 10, len(load.outcomes)))),
-                              ", ".join(" and ".join(map(str, s)) for s in sizes), ("first", "second")[base],
-                              grown * 100)]
+    counts, kb = (RSS_FIRST, RSS_FIRST * 10, len(load.outcomes)), [" and ".join(map(str, s)) for s in sizes]
+    return ["responders' resident size after %s requests: %s kB (largest growth from the %s to the last %+.1f%%, "
+            "limit +5%%)" % (", ".join(map(str, counts)), ", ".join(kb), ("first", "second")[base], grown * 100)]
 
 
 def main():
-    report, failed = [], False
     with debug_logging():  # every request logs, so that the log crosses 1 MiB many times
-        for fastcgi in (False, True):
-            lines, faults = soak(fastcgi)
-            report += lines
-            failed = failed or bool(faults)
+        runs = [soak(fastcgi) for fastcgi in (False, True)]
+    report = "\n".join(line for lines, _ in runs for line in lines)
     marker = "soak figures" + (", sanitizer build" if SANITIZED else "")
     text = open(REPORT).read()
     begin, end = text.index("<!-- %s -->\n" % marker), text.index("<!-- end of %s -->" % marker)
     with open(REPORT, "w") as f:
-        f.write(text[:begin] + "<!-- %s -->\n\n" % marker + "\n".join(report) + "\n" + text[end:])
-    print("\n".join(report))
-    return 1 if failed else 0
+        f.write(text[:begin] + "<!-- %s -->\n\n" % marker + report + "\n" + text[end:])
+    print(report)
+    return 1 if any(faults for _, faults in runs) else 0
 
 
 def soak(fastcgi):

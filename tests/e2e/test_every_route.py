@@ -13,7 +13,7 @@ import subprocess
 import unittest
 
 from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
-from test_openapi import check, ends_with_newline
+from test_openapi import TAGS, check, ends_with_newline
 
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
@@ -74,6 +74,10 @@ class EveryRoute(SimTestCase):
         self.assertEqual(got, pathlib.Path(REFERENCE).read_text())
         document = json.loads(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
         ops = {(method.upper(), path): op for path, item in document["paths"].items() for method, op in item.items()}
+        # One operation per route that serves, each under a name and a tag of its own.
+        self.assertEqual(set(ops), {(method, path) for method, path, _ in replies})
+        names = {op["operationId"] for op in ops.values()}
+        self.assertEqual((len(names), {t for op in ops.values() for t in op["tags"]}), (212, TAGS))
         checked = []
         for method, path, out in replies:
             op, reply = ops[method, path], json.loads(out)

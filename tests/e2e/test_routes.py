@@ -91,9 +91,6 @@ ATTRIBUTES = [
       setup="set IfSpeedModeGet 3 []"),
     T("GET if/exp-port-root-port?ifNum=27", "IfExpPortRootPortGet(27)", {"rootSlot": 0, "rootPort": 25}),
     T("PUT if/speed?ifNum=25", "IfSpeedSet(25, 10)", 0, {"speed": "portctrl_portspeed_full_10gsx"}),
-    T("PUT if/speed?ifNum=3", "IfSpeedSet(3, 20)", 10003, {"speed": "fast"}),
-    T("PUT if/auto-neg?ifNum=3", "IfAutoNegSet(3, 1)", 0, {"AUTONEG": 1.9}),
-    T("PUT if/admin-state?ifNum=3", "IfAdminStateSet(3, 0)", 0, {"adminState": "Enable"}),
     # Older pages send the link trap as "mode".
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 1)", 0, {"mode": "enable"}),
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 0)", 0, {"link-trap": "disable", "mode": "enable"}),
@@ -178,8 +175,6 @@ GREEN = [
     # A reason left unwritten reads as the invalid one.
     T("GET green/shrt-rch-opr-status?intIfNum=3", "GreenEthrShrtRchOprStatusGet(3)",
       {"oprStatus": "true", "reason": "greenethr_invalid_val"}, setup="set GreenEthrShrtRchOprStatusGet 3 [1]"),
-    T("PUT green/global-energy-detect-mode", "GreenEthrGlobalEnergyDetectModeSet(0)", 0, {"adminMode": "true"}),
-    T("PUT eee/tx-idle-time?intIfNum=2", "GreenEthrEeeTxIdleTimeSet(2, 30)", 0, {"eeeTxIdleTime": 30.9}),
     T("GET eee/tx-duration?intIfNum=4", "GreenEthrEeeTxDurationGet(4)", {"high": 1, "low": 5},
       setup="set GreenEthrEeeTxDurationGet 4 [1,5]"),
     # Registered twice: the broken-down form, registered later, serves.
@@ -188,22 +183,15 @@ GREEN = [
       setup="set xGreenEthrEeeTimeSinceLastStatsResetGet 3 [2,23,59,1]"),
     T("GET eee/features-supported?unit=2", "GreenEthrFeaturesSupportedGet(2)", {"featureString": "EEE"},
       setup="set GreenEthrFeaturesSupportedGet 2 EEE"),
-    # Switch-wide values despite "intf" in their names.
-    T("PUT hist/ethr-eee-lpi-history-intf-sample-interval", "GreenEthrEeeLpiHistoryIntfSampleIntervalSet(15)", 0,
-      {"sampleInterval": 15.7}),
     T("PUT hist/ethr-eee-lpi-history-intf-max-samples", "GreenEthrEeeLpiHistoryIntfMaxSamplesSet(0)", 10003, {}),
     # Record fields travel as 32-bit words: number, time, both percentages, padding, cursor.
     T("GET hist/intf-first-entry?intIfNum=6", HISTORY + "FirstEntryGet(6)",
       {"sampleNo": 7, "sampleTime": 1709300000, "percentLpiTime": 12, "percentLpiTimeTotal": 34},
       setup="set %sFirstEntryGet 6 [7,1709300000,%d,0,0,0]" % (HISTORY, 12 + (34 << 16))),
-    # The next entry walks from the first to the one named; none named means the second.
+    # The next entry walks from the first to the one named.
     T("GET hist/intf-next-entry?intIfNum=2&sampleNo=3", "{0}FirstEntryGet(2) {0}NextEntryGet() {0}NextEntryGet() "
       "{0}NextEntryGet()".format(HISTORY),
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
-    T("GET hist/intf-next-entry?intIfNum=2", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
-      {"sampleNo": 2, "sampleTime": 1710740700, "percentLpiTime": 83, "percentLpiTimeTotal": 87}),
-    T("GET hist/intf-next-entry?intIfNum=2&sampleNo=5", "{0}FirstEntryGet(2) {0}NextEntryGet()".format(HISTORY),
-      10000, setup="fail %sNextEntryGet -1" % HISTORY),
     T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 17002),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
@@ -211,22 +199,9 @@ GREEN = [
 
 MAC_2, MAC_4, MAC_25 = "3C:EC:EF:10:20:31", "00:11:22:33:44:55", "00:25:90:AA:BB:01"
 PML = [
-    T("PUT pml/global-admin-mode", "PmlGlobalAdminModeSet(0)", 0, {}),
-    T("PUT pml/vlan-admin-mode", "PmlVlanAdminModeSet(1)", 0, {"adminmode": "enable"}),
-    # Written as "intfMode" and "sticky", case aside.
-    T("PUT pml/intf-mode?ifNum=4", "PmlIntfModeSet(4, 1)", 0, {"INTFMODE": "enable"}),
-    T("PUT pml/intf-mode?ifNum=4", "PmlIntfModeSet(4, 0)", 0, {"mode": "enable"}),
-    T("PUT pml/intf-sticky-mode?ifNum=4", "PmlIntfStickyModeSet(4, 1)", 0, {"Sticky": "enable"}),
-    T("PUT pml/intf-sticky-mode?ifNum=4", "PmlIntfStickyModeSet(4, 0)", 0, {"stickyMode": "enable"}),
     T("PUT pml/intf-dynamic-limit?ifNum=6", "PmlIntfDynamicLimitSet(6, 4294967295)", 10003, {"limit": 5e9}),
-    T("PUT pml/intf-violation-ddisable-mode?ifNum=3", "PmlIntfViolationDDisableModeSet(3, 0)", 0, {"mode": True}),
-    # The VLAN violation modes take "true", the trap mode "enable" being no "true".
-    T("PUT pml/vlan-violation-ddisable-mode?vlanId=1", "PmlVlanViolationDDisableModeSet(1, 1)", 0, {"mode": "true"}),
-    T("PUT pml/vlan-violation-trap-mode?vlanId=10", "PmlVlanViolationTrapModeSet(10, 0)", 0, {"mode": "enable"}),
     T("GET pml/intf-vlan-dynamic-limit?ifNum=2&xvlanId=9&vlanId=10", "PmlIntfVlanDynamicLimitGet(2, 10)",
       {"limit": 4096}),
-    # A walk's end: a POST that answers read-shaped.
-    T("POST pml/intf-static-entry-get-first?ifNum=4", None, read_reply(10023)),
     T("POST pml/intf-static-entry-get-next?ifNum=2", [("PmlIntfStaticEntryGetNext", 2, buf("", 18), 0)],
       {"nextMacAddr": MAC_2, "nextVlanId": 1, "isnextEntrySticky": "false"}, {}),
     T("POST pml/intf-dynamic-entry-get-next?ifNum=1&vlanId=1",
@@ -256,7 +231,6 @@ INTERFACE_APP = [
     T("PUT app/time-range?intIfNum=3", "", 10003, "not json"),
     # The colour mode is switch-wide: the support question names interface 1 whatever the unit.
     T("PUT app/rgb-led-color-mode?unit=5", LED + "(1) InterfaceAppRGBLedColorModeSet(5, 1)", 10023, {"mode": "enable"}),
-    T("PUT app/port-rgb-led-color?ifNum=3", LED + "(3) InterfaceAppPortRGBLedColorSet(3, 2)", 0, {"color": 2.7}),
     # A port without a colour LED, or a failed question, stops at the gate, before any body is read.
     T("GET app/port-rgb-led-color?ifNum=20", LED + "(20)", 17002),
     T("PUT app/port-rgb-led-color-brightness?ifNum=20", LED + "(20)", 17002, "not json"),

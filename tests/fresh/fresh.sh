@@ -1,10 +1,8 @@
 #!/usr/bin/env bash
-# A bare Debian 12 gets what each make target needs from scripts/install-deps.sh alone. On this machine's
-# / under a throw-away overlay, in namespaces of its own, every package install-deps can install is purged
-# (the packages of its commands and Build-Depends, the arm64 ones with their architecture; what any
-# Debian system has, its required and important packages, stays); then for each mode install-deps runs
-# and then a build or a command of what the mode serves; then every mode again, which must find nothing
-# to install. Needs root, Debian's mirror and the npm registry; `make test-fresh`.
+# shellcheck disable=SC2016,SC2046,SC2086
+# `make test-fresh`: on this machine's / under a throw-away overlay, every package scripts/install-deps.sh can
+# install is purged (a base system's own stay); then each mode installs and serves, and none again installs
+# anything. Needs root, Debian's mirror and the npm registry.
 set -euo pipefail
 [ "$(id -u)" -eq 0 ] || { echo "test-fresh: needs root (mount, chroot)" >&2; exit 1; }
 tree=$(cd "$(dirname "$0")/../.." && pwd)
@@ -21,16 +19,12 @@ mount -t proc proc "$root/proc"
 mount --rbind /dev "$root/dev"
 mount -t tmpfs tmpfs "$root/run"
 mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
-# dpkg's and apt's state as copies of their own, since other work may install here meanwhile and an
-# overlay's lower layer must not change under it; the downloaded packages as links.
+# dpkg's and apt's state as copies (an overlay's lower layer must not change under it); the packages as links.
+mkdir -p "$base/var/lib/dpkg" "$base/var/lib/apt" "$base/var/cache/apt/archives/partial"
+cp -a /var/lib/dpkg/. "$base/var/lib/dpkg/"
+cp -a /var/lib/apt/. "$base/var/lib/apt/"
+find /var/cache/apt/archives -maxdepth 1 -name '*.deb' -exec cp -l -t "$base/var/cache/apt/archives" {} +
 for state in var/lib/dpkg var/lib/apt var/cache/apt/archives; do
-  mkdir -p "$base/$state"
-  if [ "$state" = var/cache/apt/archives ]; then
-    mkdir "$base/$state/partial"
-    find "/$state" -maxdepth 1 -name '*.deb' -exec cp -l -t "$base/$state" {} +
-  else
-    cp -a "/$state/." "$base/$state/"
-  fi
   mount --bind "$base/$state" "$root/$state"
 done
 # No daemon a package brings starts: the overlay shares this machine's network.
@@ -47,9 +41,7 @@ phase() {  # name script: runs it in the root, timed
   echo "-- $1: $((SECONDS - t)) s"
 }
 
-# The installed packages among the names given, less a base system's own: its required and important
-# packages and what they depend on. Native ones: the arm64 ones go with their architecture.
-# shellcheck disable=SC2046,SC2016
+# The native installed packages among the names given, less the required and important ones and their depends.
 base_system=$(chroot "$root" apt-cache depends --recurse --installed --no-recommends --no-suggests --no-conflicts \
   --no-breaks --no-replaces --no-enhances $(chroot "$root" dpkg-query -W \
   -f '${binary:Package} ${Priority} ${Essential}\n' | awk '$2 == "required" || $2 == "important" || $3 == "yes" {
@@ -68,20 +60,17 @@ owners=$(in_root "for c in $commands; do
   { dpkg -S \$path || dpkg -S \${path#/usr}; } 2>/dev/null | cut -d: -f1
 done")
 build_depends=$(sed -n '/^Build-Depends:/,/^$/s/^ \([^ ,]*\).*/\1/p' "$tree/debian/control")
-# shellcheck disable=SC2086
 purge=$(installed $owners $build_depends | words)
 # The arm64 packages and architecture first, so that apt takes no arm64 package for a native one it purges.
 phase "purge" "apt-get purge -y -q --allow-remove-essential '?architecture(arm64)' >/dev/null
   dpkg --remove-architecture arm64
   apt-get purge -y -q --autoremove $purge >/dev/null
   rm -rf build-fresh build-fresh-arm64 build-fresh-deb node_modules"
-# shellcheck disable=SC2086
 left=$(installed $purge)
 [ -z "$left" ] || { echo "test-fresh: still installed after the purge: $left" >&2; exit 1; }
 echo "purged: $(wc -w <<< "$purge") packages; not found now:$(for c in $commands; do
   chroot "$root" sh -c "PATH=/usr/sbin:/usr/bin:/sbin:/bin command -v $c >/dev/null" || printf ' %s' "$c"; done)"
 
-# Each mode, then what it serves.
 cross="cmake -S . -B build-fresh-arm64 -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-aarch64-linux-gnu.cmake -DIF_WERROR=ON"
 phase "plain" "scripts/install-deps.sh
   make build BUILD=build-fresh JOBS=2"
@@ -122,7 +111,6 @@ phase "piuparts" "scripts/install-deps.sh piuparts
   piuparts --help >/dev/null"
 
 # With everything in place, no mode installs anything.
-# shellcheck disable=SC2016
 phase "again" 'for mode in "" e2e package arm64 bench fuzz browser piuparts; do
   out=$(scripts/install-deps.sh $mode 2>&1)
   if grep "^installing" <<< "$out"; then echo "mode \"$mode\" installed again" >&2; exit 1; fi

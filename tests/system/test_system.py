@@ -1,20 +1,18 @@
-"""make test-system: the arm64 packages in a whole Debian 12 arm64 system under qemu-system-aarch64 (-M virt,
-software emulation) with systemd as PID 1. apt installs them, README.Debian's walk runs as written in the
-installed file, and the host is served a GET, a PUT and a read-only session's 403 through lighttpd, as CGI and
-as FastCGI; then the guest reboots and serves the same again. Each phase's time and the mean time of 100
-requests inside the guest are printed and written to bench/RESULTS.md."""
-import datetime, glob, gzip, json, os, re, shlex, socket, subprocess, sys, time, urllib.request, urllib.error
-from contextlib import contextmanager
+"""make test-system: the arm64 packages in a Debian 12 arm64 system under qemu, systemd as PID 1: installed,
+README.Debian's walk run, the host served as CGI and FastCGI, rebooted, served again; times to bench/RESULTS.md."""
+import datetime, glob, json, os, re, shlex, socket, subprocess, sys, time, urllib.request
+from contextlib import contextmanager, suppress
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(ROOT, "tests", "e2e"))
+from test_lifecycle import readme_blocks  # noqa: E402  (one reading of README.Debian for both suites)
 DIST = os.environ.get("IF_PACKAGE_DIR", os.path.join(ROOT, "dist"))
 WORK = os.path.join(os.environ.get("IF_BUILD_DIR", os.path.join(ROOT, "build")), "system")
 RESULTS = os.path.join(ROOT, "bench", "RESULTS.md")
 HEADING = "## The arm64 packages in an emulated arm64 system"
 SNIPPETS = {"CGI": "interfaces-v2-cgi", "FastCGI": "interfaces-v2-fastcgi"}
 API = "/api/v2/interfaces"
-# A person types the next command when the last one's work is done: no systemd job still running, and a
-# lighttpd that runs answers (its unit counts as started before it listens, seconds before under emulation).
+# A person types the next command when no systemd job runs and a running lighttpd listens (later than started).
 SETTLE = ("settle() { while systemctl list-jobs --no-legend | grep -q .; do sleep 1; done; ! systemctl -q is-active "
           "lighttpd || until (exec 3<>/dev/tcp/127.0.0.1/80) 2>/dev/null; do sleep 1; done; }\n")
 phases, means = [], []
@@ -67,10 +65,9 @@ class Guest:
         while time.monotonic() < deadline:
             if self.qemu.poll() is not None:
                 sys.exit("qemu ended with %d; console: %s" % (self.qemu.returncode, self.console))
-            try:
+            boot = ""
+            with suppress(subprocess.TimeoutExpired):
                 boot = self.run("cat /proc/sys/kernel/random/boot_id", check=False, timeout=30).strip()
-            except subprocess.TimeoutExpired:
-                boot = ""
             if boot and boot != old_boot:
                 self.run("systemctl is-system-running --wait", check=False)
                 return boot
@@ -92,24 +89,6 @@ class Guest:
                 self.qemu.wait()
 
 
-def readme_commands(text):
-    """The commands of README.Debian's walk from install to a served request, as written: the blocks indented
-    deeper than the text that introduces them, but for the ones meant for a system without systemd."""
-    sections = re.split(r"\n([^\n]+)\n-+\n", "\n" + text)
-    walk = sections[sections.index(next(s for s in sections if s.startswith("From install to a served"))) + 1]
-    commands, lead, lead_indent = [], "", 0
-    for block in re.split(r"\n\s*\n", walk.strip("\n")):
-        lines = block.split("\n")
-        indent = min(len(l) - len(l.lstrip()) for l in lines)
-        if indent <= lead_indent:  # text: its own indent is where its words start, after "1. " or "- "
-            lead, lead_indent = block.strip(), len(re.match(r"\s*(\d+\.\s+|-\s+)?", block).group())
-        elif not lead.startswith("Without systemd"):
-            for line in (l[indent:] for l in lines):  # a line that ends in "\\" or "|" goes on in the next
-                commands[-1:] = [commands[-1] + "\n" + line] if commands and commands[-1][-1] in "\\|" else \
-                    commands[-1:] + [line]
-    return commands
-
-
 def session(guest, token, lines):
     """A session file made as README.Debian makes one: by www-data, stamped with the uptime."""
     guest.run("printf '%s\\n%%s\\n%s' \"$(cut -d. -f1 /proc/uptime)\" | runuser -u www-data -- tee /tmp/session/%s"
@@ -122,7 +101,7 @@ def request(guest, method, path, token, body=None):
     try:
         with urllib.request.urlopen(req, timeout=120) as r:
             return r.status, r.read()
-    except urllib.error.HTTPError as e:
+    except urllib.request.HTTPError as e:
         return e.code, e.read()
 
 
@@ -132,8 +111,7 @@ def expect(what, got, want):
 
 
 def serve(guest, mode, boot, switch=True):
-    """The host's three requests through lighttpd in one mode (switched to it, or as it booted), then 100 GETs
-    timed inside the guest."""
+    """The host's three requests in one mode (switched to it, or as it booted); 100 GETs timed in the guest."""
     with phase("%s, %s" % (mode, boot)):
         other = next(s for m, s in SNIPPETS.items() if m != mode)
         if switch:
@@ -142,12 +120,12 @@ def serve(guest, mode, boot, switch=True):
         session(guest, "sysadmin", ["admin"])
         session(guest, "sysro", ["monitor", "ro"])
         status, body = request(guest, "GET", "if/link-state?ifNum=3", "sysadmin")
-        reply = json.loads(body)
-        expect("GET link-state", (status, reply["resp"]["respCode"], "linkState" in json.dumps(reply)), (200, 0, True))
         put = ("PUT", "green-ethernet/energy-detect-mode?intIfNum=5")
-        status, body = request(guest, *put, "sysadmin", {"mode": "enable"})
-        expect("PUT energy-detect-mode", (status, json.loads(body)["resp"]["respCode"]), (200, 0))
-        expect("PUT as read-only", request(guest, *put, "sysro", {"mode": "disable"}), (403, b""))
+        put_status, put_body = request(guest, *put, "sysadmin", {"mode": "enable"})
+        expect("GET link-state, PUT energy-detect-mode, the same as read-only",
+               (status, json.loads(body)["resp"]["respCode"], b"linkState" in body, put_status,
+                json.loads(put_body)["resp"]["respCode"], request(guest, *put, "sysro", {"mode": "disable"})),
+               (200, 0, True, 200, 0, (403, b"")))
         url = shlex.quote("http://localhost%s/if/link-state?ifNum=3" % API)
         times = guest.run("set --; for i in $(seq 100); do set -- \"$@\" -o /dev/null %s; done; curl -s -H "
                           "'session: sysadmin' -w '%%{http_code} %%{time_total}\\n' \"$@\"" % url).split("\n")[:-1]
@@ -189,11 +167,9 @@ def main():
             guest.run("apt-get update -q >/dev/null && cd /root/dist && DEBIAN_FRONTEND=noninteractive apt-get "
                       "install -y -q " + " ".join("./" + os.path.basename(d) for d in debs))
         with phase("README.Debian"):
-            raw = subprocess.run(["ssh", "-p", str(guest.sshport)] + guest.opts + ["root@127.0.0.1", "cat "
-                                 "/usr/share/doc/interfaces-v2/README.Debian*"], capture_output=True, check=True)
-            text = gzip.decompress(raw.stdout) if raw.stdout[:2] == b"\x1f\x8b" else raw.stdout
-            commands = readme_commands(text.decode())
-            print("\n".join("  " + c for c in commands))
+            install, status, _without_systemd, *rest = readme_blocks(debs[1])  # the program's
+            commands = [install, status] + rest
+            print("\n".join("  " + c.replace("\n", "\n  ") for c in commands))
             script = SETTLE + "\nsettle\n".join(commands)
             out = guest.run("cd /root/dist && bash -e -o pipefail -c %s </dev/null" % shlex.quote(script))
             expect("README.Debian's curl", '"respCode":\t0' in out, True)

@@ -72,10 +72,8 @@ TEST(Logging, OnlyTheFirstProcessPastOneMebibyteRotates) {
   EXPECT_FALSE(has(current, "from the first process"));
 }
 
-// A local user has taken every inode of the log's folder and takes any name
-// that comes free there. Rotation cannot make a fresh file: the full log
-// keeps its name and every line, the rotation file stays, and that is said
-// once. Run in a child, in a mount namespace of its own.
+// A local user has taken every inode of the log's folder and any name that comes free there: the
+// full log keeps its name and every line, the rotation file stays, and that is said once.
 static std::string rotateWithoutInodes(const LogCapture &log) {
   std::string fs = log.dir.file("fs"), name = fs + "/k.log", old = name + ".old";
   if (chmod(log.dir.path.c_str(), 0711) || mkdir(fs.c_str(), 0700) || unshare(CLONE_NEWNS) ||
@@ -131,12 +129,9 @@ TEST(Logging, AFollowedLogCountsFromItsRealSize) {
   }
 }
 
-// Any local user may make the names in /tmp first. Only a regular file of
-// the program's own user (or root) that neither group nor others may write
-// is used; anything else is said once on standard error and left as it is.
-// A level file refused leaves the default level, 6; a log refused is no
-// log at all, not even on standard output; a rotation file refused is
-// neither removed nor replaced, even by root, and the log goes on growing.
+// Any local user may make the names in /tmp first. What is refused is said once and left as it is:
+// a level file refused leaves the level 6; a log refused is no log at all, not even on standard output;
+// a rotation file refused is neither removed nor replaced, even by root, and the log goes on growing.
 struct Planted { Plant plant; mode_t mode; const char *why; };
 const Planted kPlants[] = {
     {Plant::Link, 0, "it is a symbolic link"},         {Plant::Fifo, 0, "it is not a regular file"},

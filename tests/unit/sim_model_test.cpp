@@ -1,7 +1,5 @@
-// The simulated switch as one switch: the call table against the declared
-// calls, and one table of invariants that every answer of every port must
-// keep, checked after each event kind and setting on every switch size,
-// then along a seeded random walk of events, settings and clock moves.
+// The call table against the declared calls; invariants every answer keeps along a seeded random walk
+// of events, settings and clock moves on every switch size; consequences at their moment.
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
@@ -224,9 +222,8 @@ View look(sim::Sim &s) {
 
 // --- the invariants ----------------------------------------------------------------
 
-// What must hold of every port at every moment, and between two moments
-// with no event between them but the clock; each returns what it found
-// wanting, or "".
+// What must hold of every port at every moment, and between two moments with only the clock moving;
+// each returns what it found wanting, or "".
 struct Invariant {
   const char *name;
   std::function<std::string(const PortView &p, const View &now)> port;
@@ -289,21 +286,18 @@ const Invariant kInvariants[] = {
     {"a power-saving history walks in order, within its maximum", [](const PortView &p, const View &w) {
        return unless(p.historyInOrder && p.historyCount <= w.maxSamples, "history out of order or too long");
      }, nullptr, nullptr},
-    {"the switch's draw is its ports' draw", nullptr,
-     [](const View &w) {
+    {"the switch's draw is its ports' draw", nullptr, [](const View &w) {
        int64_t sum = 0;
        for (const PortView &p : w.ports)
          sum += p.green ? p.power : p.link == kUp ? kFibreDrawUp : kFibreDrawDown;
        return unless(sum == w.globalPower, std::to_string(w.globalPower) + " != " + std::to_string(sum));
      }, nullptr},
-    {"the switch's saving is its ports' saving", nullptr,
-     [](const View &w) {
+    {"the switch's saving is its ports' saving", nullptr, [](const View &w) {
        int64_t sum = 0;
        for (const PortView &p : w.ports) sum += p.green ? p.saving : 0;
        return unless(sum == w.globalSaving, std::to_string(w.globalSaving) + " != " + std::to_string(sum));
      }, nullptr},
-    {"locked addresses count alike by port, by VLAN and switch-wide", nullptr,
-     [](const View &w) {
+    {"locked addresses count alike by port, by VLAN and switch-wide", nullptr, [](const View &w) {
        int64_t byPort = 0, byVlan = 0;
        for (const PortView &p : w.ports) byPort += p.staticCount;
        for (const auto &[vlan, n] : w.staticByVlan) byVlan += n;
@@ -311,14 +305,12 @@ const Invariant kInvariants[] = {
                      std::to_string(byPort) + " by port, " + std::to_string(byVlan) + " by VLAN, " +
                          std::to_string(w.globalStatic) + " in all");
      }, nullptr},
-    {"every LAG has members", nullptr,
-     [](const View &w) {
+    {"every LAG has members", nullptr, [](const View &w) {
        for (size_t l = 0; l < w.lagStatus.size(); ++l)
          if (w.lagStatus[l] != 1) return "LAG " + std::to_string(l + 1) + " has no members";
        return std::string();
      }, nullptr},
-    {"a LAG counts what its members count", nullptr,
-     [](const View &w) {
+    {"a LAG counts what its members count", nullptr, [](const View &w) {
        for (const auto &[lag, counters] : w.lagCounters)
          for (size_t c = 0; c < counters.size(); ++c)
            if (static_cast<uint64_t>(counters[c]) != w.memberSums.at(lag)[c] % (1ULL << 32))
@@ -512,9 +504,8 @@ void load(sim::Sim &s, const std::string &scenario) {
   ASSERT_TRUE(sim::loadScenario(s, scenario, &error)) << error;
 }
 
-// A seeded walk that takes every change in a shuffled order, between clock
-// moves, on every size; SIM_WALK_SEED replays one, SIM_WALK_STEPS makes it
-// longer.
+// Every change in a shuffled order, between clock moves; SIM_WALK_SEED replays a walk, SIM_WALK_STEPS
+// makes it longer.
 TEST(SimModel, ARandomWalkKeepsEveryInvariant) {
   const char *fixed = getenv("SIM_WALK_SEED"), *steps = getenv("SIM_WALK_STEPS");
   uint32_t seed = fixed ? static_cast<uint32_t>(strtoul(fixed, nullptr, 10)) : std::random_device()();
@@ -581,64 +572,51 @@ constexpr char kRecovering[] = R"({"model": {"errdisable": {"interval": 60, "cau
 struct Consequence {
   const char *name;
   const char *scenario;  // nullptr: the default switch
-  std::function<int64_t(sim::Sim &)> run;
   int64_t want;
+  std::function<int64_t(sim::Sim &)> run;
 };
 
 const Consequence kConsequences[] = {
-    {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering,
-     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }, 0},
-    {"... but not while its cause stays off", nullptr,
-     [](sim::Sim &s) {
+    {"a port D-Disabled at load recovers once its cause is set to recover", kRecovering, 0,
+     [](sim::Sim &s) { return read1(s, CALL(openapiIfLinkStateGet), 7); }},
+    {"... but not while its cause stays off", nullptr, 4, [](sim::Sim &s) {
        advance(s, 100000);
        return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 7);
-     },
-     4},
-    {"every trip restarts the countdown", kRecovering,
-     [](sim::Sim &s) {
+     }},
+    {"every trip restarts the countdown", kRecovering, 40, [](sim::Sim &s) {
        play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"},
                   {"at": 40, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
        advance(s, 99);
        int64_t shut = read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
        advance(s, 1);
        return shut * 10 + read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 2);
-     },
-     40},
-    {"a shorter interval counts from the trip, and is not back-dated", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a shorter interval counts from the trip, and is not back-dated", nullptr, 100, [](sim::Sim &s) {
        configure(s, "errdisable recovery cause bpduguard");
        play(s, R"({"at": 0, "event": "ddisable", "port": 2, "cause": "bpduguard"})");
        advance(s, 100);
        configure(s, "errdisable recovery interval 60");
        return read1(s, CALL(openapiIfLinkStateGet), 2) * 1000 + read1(s, CALL(rpcclt_openapiIfLastChangeGet), 2) - 90000;
-     },
-     100},
-    {"disabling and enabling brings a D-Disabled port with a partner back up", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"disabling and enabling brings a D-Disabled port with a partner back up", nullptr, 0, [](sim::Sim &s) {
        play(s, R"({"at": 0, "event": "ddisable", "port": 3, "cause": "bpduguard"})");
        ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 0});
        ask(s, CALL(rpcclt_openapiIfAdminStateSet), {3, 1});
        return read1(s, CALL(openapiIfLinkStateGet), 3);
-     },
-     0},
-    {"no violation where locking is off switch-wide", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"no violation where locking is off switch-wide", nullptr, 0, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiPmlGlobalAdminModeSet), {0});
        play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 1})");
        return read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
-     },
-     0},
-    {"a violation on a locked port drops the frames and D-Disables it", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a violation on a locked port drops the frames and D-Disables it", nullptr, 214, [](sim::Sim &s) {
        int64_t discards = read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3);
        play(s, R"({"at": 0, "event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55", "00:11:22:33:44:66"],
                    "vlan": 1})");
        return (read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 3) - discards) * 100 +
               read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 3);
-     },
-     214},
-    {"a port without a link receives nothing: no violation, no error burst", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a port without a link receives nothing: no violation, no error burst", nullptr, 0, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiPmlIntfModeSet), {4, 1});
        ask(s, CALL(rpcclt_openapiPmlIntfViolationDDisableModeSet), {4, 1});
        play(s, R"({"at": 0, "event": "pml-violation", "port": 4, "macs": ["00:11:22:33:44:55"], "vlan": 1},
@@ -647,45 +625,33 @@ const Consequence kConsequences[] = {
        std::string last = ask(s, CALL(rpcclt_openapiPmlIntfLastViolationAddrGet), {4}).text["macAddr"];
        return read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 4) + read1(s, CALL(rpcclt_openapiIfInErrorsGet), 4) +
               read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 4) + static_cast<int64_t>(strlen(last.c_str()));
-     },
-     0},
-    {"a full history drops its oldest sample", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a full history drops its oldest sample", nullptr, 2, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});
        advance(s, 300);
        return firstSample(s, 3, "number");
-     },
-     2},
-    {"a smaller maximum keeps the newest samples", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a smaller maximum keeps the newest samples", nullptr, 4991, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {10});
        return firstSample(s, 1, "number");
-     },
-     4991},
-    {"after a clear, samples start again at the time then", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"after a clear, samples start again at the time then", nullptr, 1200, [](sim::Sim &s) {
        advance(s, 1000);
        ask(s, CALL(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear), {3});
        advance(s, 200);
        return firstSample(s, 3, "time") - kSwitchTimeAtLoad;
-     },
-     1200},
-    {"a changed interval keeps the samples taken", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"a changed interval keeps the samples taken", nullptr, 1, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet), {1});
        advance(s, 60);
        return firstSample(s, 3, "number");
-     },
-     1},
-    {"the saving grows with the clock (energy detect on a down port: 465 mW)", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"the saving grows with the clock (energy detect on a down port: 465 mW)", nullptr, 465, [](sim::Sim &s) {
        int64_t before = read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15);
        advance(s, 3600);
        return read1(s, CALL(rpcclt_openapiGreenPwrEstIntfCumSavingGet), 15) - before;
-     },
-     465},
-    {"an announced wrap waits while the link is down", nullptr,
-     [](sim::Sim &s) {
+     }},
+    {"an announced wrap waits while the link is down", nullptr, 17000, [](sim::Sim &s) {
        play(s, R"({"at": 0, "event": "counters-wrap", "port": 1, "inSeconds": 7},
                   {"at": 2, "event": "link-down", "port": 1}, {"at": 12, "event": "link-up", "port": 1})");
        advance(s, 12);
@@ -693,8 +659,7 @@ const Consequence kConsequences[] = {
        for (const sim::PendingTimer &t : sim::pendingTimers(s))
          if (t.what == "port 1 counters wrap") return t.atMs;
        return int64_t{-1};
-     },
-     17000},
+     }},
 };
 
 TEST(SimModel, EachConsequenceShowsAtItsMoment) {

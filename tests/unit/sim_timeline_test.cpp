@@ -1,7 +1,5 @@
-// Timelines, scenarios and the controls of `open-sim ctl`, in-process: what
-// each file is refused with and that a refusal changes nothing; what the
-// accepted events do at their seam; the clock; dump's pending section; a
-// delayed call.
+// Timelines, scenarios and `open-sim ctl` in-process: refusals, events at
+// their seam, the clock, dump's pending section, a delayed call.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -75,7 +73,6 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       at5(R"("event": "ddisable", "port": 2, "cause": "sunspots")", R"(unknown cause "sunspots")"),
       at5(R"("event": "ddisable", "port": 2)", R"(needs "cause", the name of a D-Disable cause)"),
       at5(R"("event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"], "vlan": 20)", "unknown VLAN 20"),
-      at5(R"("event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44:55"])", R"(needs "vlan")"),
       at5(R"("event": "pml-violation", "port": 3, "macs": "00:11:22:33:44:55", "vlan": 1)",
           R"(needs "macs", a list of addresses)"),
       at5(R"("event": "pml-violation", "port": 3, "macs": ["00:11:22:33:44"], "vlan": 1)", R"(bad MAC address in "macs")"),
@@ -93,7 +90,6 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
        R"(scenario: duplicate key "ifNum" in "model"."pml"."static"[1])"},
       {"load", R"({"clockMs": 1.5})", R"(scenario: "clockMs" must be a whole number)"},
       {"load", R"({"clockMs": -1})", R"(scenario: "clockMs" must be from 0 to 100000000000000)"},
-      {"load", R"({"clockMs": 1e300})", R"(scenario: "clockMs" must be from 0 to 100000000000000)"},
       {"load", R"({"overrides": []})", R"(scenario: "overrides" must be an object of calls)"},
       {"load", R"({"overrides": {"openapiIfAdminStateGet": 5}})",
        "scenario: the answers of openapiIfAdminStateGet must be an object of inputs"},
@@ -103,10 +99,8 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       model(R"("ports": {"25": {"medium": 7}})", R"(."ports"."25": "medium" must be 0 (none), 1 (copper) or 2 (fiber))"),
       model(R"("ports": {"3": {"medium": 2}})", R"(."ports"."3": "medium" of a copper port is 1 (copper))"),
       model(R"("ports": {"3": {"fibre": true}})", R"(."ports"."3": "fibre" is now derived from the other facts)"),
-      model(R"("ports": {"25": {"greenCapable": true}})", R"(."ports"."25": "greenCapable" is now derived from the other facts)"),
       model(R"("ports": {"4": {"lagMember": 652}})", R"(."ports"."4": "lagMember" is no LAG of the switch)"),
       model(R"("ports": {"3": {"disableReason": 99}})", R"(."ports"."3": "disableReason" is no D-Disable cause's reason)"),
-      model(R"("ports": {"3": {"disableReason": 4, "cause": 7}})", R"(."ports"."3": "cause" is now derived from the other facts)"),
       model(R"("vlans": [1, 5000])", R"(."vlans": VLANs from 1 to 4093, each once)"),
       model(R"("vlans": [10, 10])", R"(."vlans": VLANs from 1 to 4093, each once)"),
       model(R"("layout": {"copperPorts": -8})", R"(."layout"."copperPorts": must not be negative)"),
@@ -126,14 +120,10 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
        R"(scenario: unknown call "openapiIfAdminStateGot" in "overrides")"},
       {"load", R"({"overrides": {"openapiIfAdminStateGet": {"1": 1.5}}})",
        "scenario: bad outputs for openapiIfAdminStateGet 1 (a whole number, a string or a list of them)"},
-      {"load", R"({"timeline": [{"at": 5, "event": "link-down", "port": 99}]})",
-       "timeline event 1 (at 5): unknown port 99"},
       model(R"("ports": [{}])", R"(."ports": must be an object)"),
       model(R"("errdisable": [1])", R"(."errdisable": must be an object)"),
       model(R"("green": {"maxSamples": 4294967295})", R"(."green"."maxSamples": must be from 1 to 8192)"),
       model(R"("layout": {"copperPorts": 4294967304})", R"(."layout"."copperPorts": must be from 0 to 4294967295)"),
-      model(R"("ports": {"1": {"rates": {"inOctetsPerSec": 1e300}}})",
-          R"(."ports"."1"."rates"."inOctetsPerSec": must be from 0 to 1000000000000)"),
       model(R"("ports": {"1": {"pml": {"vlanDynamicLimit": {"-1": 5}}}})",
           R"(."ports"."1"."pml"."vlanDynamicLimit": "-1" is not a number)"),
       model(R"("ports": {"1": {"pml": {"vlanDynamicLimit": {"5": 5}}}})",
@@ -141,7 +131,6 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       model(R"("ports": {"3": {"green": {"history": [{"stepS": 0}]}}})",
           R"(."ports"."3"."green"."history"."stepS": must be from 60 to 2160000)"),
       model(R"("ports": {"25": {"lagMember": 650}})", R"(."ports"."25": "lagMember" is for copper ports)"),
-      model(R"("ports": {"25": {"powerEstimate": true}})", R"(."ports"."25": "powerEstimate" is now derived from the other facts)"),
       model(R"("pml": {"vlans": {"5": {}}})", R"(."pml"."vlans": VLAN 5 is no VLAN of the switch)"),
       model(R"("pml": {"static": [{"ifNum": 99, "macAddr": "00:11:22:33:44:55", "vlanId": 1}]})",
           R"(."pml"."static"[0]: "ifNum" is no port of the switch)"),
@@ -150,7 +139,6 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       model(R"("pml": {"static": [{"ifNum": 1, "macAddr": "00:11:22:33:44:55", "vlanId": 5000}]})",
           R"(."pml"."static"[0]: "vlanId" is no VLAN of the switch)"),
       {{"set", "openapiIfAdminStateGot", "1", "0"}, R"(open-sim: unknown call "openapiIfAdminStateGot")"},
-      {{"delay", "openapiIfAdminStateGot", "5"}, R"(open-sim: unknown call "openapiIfAdminStateGot")"},
       {{"fail", "openapiIfAdminStateGet", "4294967296"},
        "usage: fail CALL RESULT [COUNT] (RESULT from -2147483648 to 2147483647, COUNT 1 or more)"},
       {{"reset", "now"}, "usage: reset"},
@@ -171,8 +159,7 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
   EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 1) << "the running timeline went on";
 }
 
-// Each accepted event reaches the model at its moment: the seam, not the
-// model's consequences (those are the model's tests).
+// Each accepted event reaches the model at its moment (its consequences are the model's tests).
 TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
   struct Case {
     std::string event;  // at 5 s
@@ -180,10 +167,8 @@ TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
     uint64_t port;
     int64_t before, after;
   } cases[] = {
-      {R"("event": "ddisable", "port": 2, "cause": "link_flap")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 16},
       {R"("event": "ddisable", "port": 2, "cause": "pml")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 14},
       {R"("event": "ddisable", "port": 2, "cause": "bpdustorm")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 5},
-      {R"("event": "ddisable", "port": 2, "cause": "udld")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 2},
       {R"("event": "admin", "port": 5, "state": "disable")", "openapiIfAdminStateGet", 5, 1, 0},
       {R"("event": "link-down", "port": 1.0)", "openapiIfLinkStateGet", 1, 0, 1},
       {R"("event": "transceiver-inserted", "port": 26, "media": "copper")", "openapiIfLinkStateGet", 26, 1, 0},
@@ -223,6 +208,35 @@ TEST(SimTimeline, AnEmptyListStopsTheRunningTimeline) {
   EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 0);
 }
 
+TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
+  const char *getter = "openapiIfAdminStateGet";
+  const uint64_t ports[] = {3, 5, 9999};  // 9999: a port the scenario lacks
+  struct Step {
+    std::vector<std::string> ctl;  // empty: the CGI's setter call for port 3
+    int64_t want[3];
+  } steps[] = {
+      {{"set", getter, "*", "2"}, {2, 2, 2}},  // over the scenario's per-port values
+      {{"set", getter, "5", "0"}, {2, 0, 2}},
+      {{}, {1, 0, 2}},
+      {{"set", getter, "*", "2"}, {2, 2, 2}},
+      {{"reset"}, {1, 1, -1}},
+  };
+  sim::Sim s;
+  start(s);
+  for (const Step &step : steps) {
+    if (step.ctl.empty()) {
+      sim::Call set{"rpcclt_openapiIfAdminStateSet", {simArg(wire::kInNum, 3), simArg(wire::kInNum, 1)}};
+      ASSERT_EQ(sim::handleCall(s, set), 0);
+    } else {
+      Ctl r = ctl(s, step.ctl);
+      ASSERT_EQ(r.status, 0) << r.out;
+    }
+    for (size_t p = 0; p < std::size(ports); ++p)
+      EXPECT_EQ(simRead(s, getter, ports[p]), step.want[p])
+          << "step " << &step - steps << ", port " << ports[p];
+  }
+}
+
 std::string now(sim::Sim &s) { return ctl(s, {"clock"}).out; }
 
 TEST(SimClock, TakesDecimalSecondsOnlyAndARefusalLeavesTheTime) {
@@ -245,10 +259,7 @@ TEST(SimClock, TakesDecimalSecondsOnlyAndARefusalLeavesTheTime) {
   EXPECT_EQ(now(s), "paused 10000000012.500\n");
 }
 
-// "next" stops at each pending thing in turn, timers and events alike,
-// names what was due then, and applies it.
-// BPDU guard recovers after 60 s; the next power-saving sample is 600
-// hours away.
+// BPDU guard recovers after 60 s; the next power-saving sample is 600 hours away.
 std::string recoveringSwitch() {
   std::string causes;
   for (const facts::DDisableCause &c : facts::kDDisableCauses)
@@ -325,7 +336,6 @@ TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
   EXPECT_EQ(sim::takeDelay(s, call), 0);
 }
 
-// One request frame of the admin-state getter for `port`.
 std::string adminStateFrame(uint64_t port) {
   char buf[128];
   wire::Writer w{buf, sizeof buf};
@@ -341,7 +351,6 @@ std::string adminStateFrame(uint64_t port) {
   memcpy(buf, &len, 4);
   return std::string(buf, w.len);
 }
-// Sends the getter's frames for `ports` at once.
 bool askAdminState(int fd, std::initializer_list<uint64_t> ports) {
   std::string frames;
   for (uint64_t port : ports) frames += adminStateFrame(port);
@@ -396,10 +405,8 @@ int64_t cpuMs() {
   return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1000 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
 }
 
-// A client that hangs up while its reply is held (as one that timed out
-// does) is let go: its hang-up must not keep the server's loop awake until
-// the reply would have been due. CPU time is this process's own, so a
-// loaded machine does not inflate it.
+// A client that hangs up while its reply is held (as one that timed out does) must not keep the
+// server's loop awake until the reply was due. CPU time is this process's own: load does not inflate it.
 TEST(SimDelay, AClientGoneWhileHeldCostsNothing) {
   constexpr int64_t kDelayMs = 1000;
   InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs)}});

@@ -54,10 +54,8 @@ struct TempDir {
   std::string file(const std::string &name) const { return path + name; }
 };
 
-// What a local user can leave in a name's place before the program opens
-// it: a file (a folder, with `folder`) of ours with `mode` (Own, Mode) or of
-// nobody; a link to `target`; a FIFO; a folder or a file whatever `folder`
-// says; or nothing.
+// What a local user can leave in a name's place: a file (a folder, with `folder`) of ours with `mode`
+// or of nobody; a link to `target`; a FIFO; a folder or a file whatever `folder` says; or nothing.
 enum class Plant { Own, Mode, OtherOwner, Link, Fifo, Folder, File, Missing };
 inline void plantAt(const std::string &path, Plant plant, mode_t mode, bool folder, const std::string &target,
                     const std::string &text) {

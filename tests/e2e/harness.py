@@ -1,7 +1,5 @@
-"""End-to-end harness: runs the real interfaces_v2.cgi as the web server would (CGI variables, body on
-standard input) against a private open-sim, and builds the exact reply bytes the program must print.
-IF_MODE=fastcgi sends the same requests to a FastCGI responder instead, one per open-sim (a request asking
-for a fresh process gets a responder of its own)."""
+"""Runs the real interfaces_v2.cgi as the web server would against a private open-sim, and builds the exact
+reply bytes; IF_MODE=fastcgi sends the same requests to a FastCGI responder, one per open-sim."""
 
 import collections
 import contextlib
@@ -28,25 +26,21 @@ SESSION_DIR = "/tmp/session"
 CLI_DIR = "/mnt/application/quill/tmp"
 LOG_FILE = "/tmp/k9100.log"
 LEVEL_FILE = "/tmp/devmgr_log_level"
-# A cross build's programs start through an emulator command, e.g. "/usr/bin/qemu-aarch64".
 EXEC_WRAPPER = shlex.split(os.environ.get("IF_EXEC_WRAPPER", ""))
 MODE = os.environ.get("IF_MODE", "cgi")
 MESSAGES = {0: "Success", 10000: "General Failed", 10003: "Invalid argument", 10011: "Object exist",
             10023: "Request api not found", 17002: "Unsupported Feature"}
 JSON_HEADER = b"Content-Type: application/json\r\n\r\n"
 FORBIDDEN = b"Status:403\r\n\r\n"
-# What the sanitizer runtimes print when a sanitized build finds a fault.
 SANITIZER_MARKS = (b"ERROR: AddressSanitizer", b"ERROR: LeakSanitizer", b"runtime error:")
 Result = collections.namedtuple("Result", "out status")
 
 
 def command(program, *args):
-    """The argument list that starts one of the built programs."""
     return EXEC_WRAPPER + [program] + [str(a) for a in args]
 
 
 def check_sanitizer_report(who, stderr):
-    """Fails the running test when a child process reported a fault."""
     if stderr and any(mark in stderr for mark in SANITIZER_MARKS):
         raise AssertionError("%s: sanitizer report:\n%s" % (who, stderr.decode(errors="replace")))
 
@@ -63,7 +57,6 @@ def cjson(value, depth=0):
 
 
 def envelope(code=0, group=None, data=None, newline=False):
-    """The reply body: data under its group when the code is 0, then resp."""
     doc = {group: data} if code == 0 and group is not None and data is not None else {}
     doc["resp"] = {"respCode": code, "respMsg": MESSAGES[code], "status": "success" if code == 0 else "fail"}
     return (cjson(doc) + ("\n" if newline else "")).encode()
@@ -102,15 +95,12 @@ def debug_logging():
 
 
 class Sim:
-    """A private open-sim daemon on its own socket (or `path`, as a restart) with the default or a named
-    `scenario` and further `args` to serve; `wrap` prefixes its command."""
+    """A private open-sim on its own socket (or `path`, as a restart); `wrap` prefixes its command."""
 
     def __init__(self, wrap=None, path=None, scenario=None, args=()):
         self.socket = path or os.path.join(tempfile.mkdtemp(prefix="open-sim-"), "sim.sock")
-        self.proc = subprocess.Popen(list(wrap or []) + command(OPEN_SIM, "serve", "--socket", self.socket,
-                                                                *(["--scenario", scenario] if scenario else []),
-                                                                *args),
-                                     stderr=subprocess.PIPE)
+        serve = ["serve", "--socket", self.socket] + (["--scenario", scenario] if scenario else []) + list(args)
+        self.proc = subprocess.Popen(list(wrap or []) + command(OPEN_SIM, *serve), stderr=subprocess.PIPE)
         deadline = time.time() + 10
         while not os.path.exists(self.socket):
             if self.proc.poll() is not None or time.time() > deadline:
@@ -149,8 +139,7 @@ class Sim:
 
 
 class Lighttpd:
-    """A private lighttpd serving the program on a free loopback port, as the switch's web server does, with the
-    project's own configuration."""
+    """A private lighttpd serving the program on a free loopback port with the project's configuration."""
 
     def __init__(self, sim_socket, fastcgi=MODE == "fastcgi"):
         self.dir, probe = tempfile.mkdtemp(prefix="lighttpd-"), socket.create_server(("127.0.0.1", 0))
@@ -171,12 +160,10 @@ class Lighttpd:
         raise RuntimeError("lighttpd did not start")
 
     def children(self):
-        """The processes lighttpd started and still runs: the FastCGI responders."""
         with open("/proc/%d/task/%d/children" % (self.proc.pid, self.proc.pid)) as f:
             return [int(pid) for pid in f.read().split()]
 
     def stop(self):
-        """Fails on a responder still running 30 s after lighttpd stopped or on a sanitizer report."""
         responders, deadline = self.children(), time.time() + 30
         self.proc.terminate()
         self.proc.wait(timeout=10)
@@ -193,14 +180,12 @@ SANITIZER_ENV = {k: v for k, v in os.environ.items() if k.endswith("SAN_OPTIONS"
 
 
 def fcgi_record(kind, content=b""):
-    """FastCGI records of one kind for request 1, the content cut to fit."""
     return b"".join(struct.pack(">BBHHBx", 1, kind, 1, len(part), 0) + part
                     for part in [content[i:i + 65535] for i in range(0, len(content), 65535)] or [b""])
 
 
 class Responder:
-    """The program as a FastCGI responder, started as a web server starts it: a listening Unix socket is its
-    standard input."""
+    """The program as a FastCGI responder, as a web server starts it: a listening socket on standard input."""
 
     running = {}  # (open-sim socket, command prefix) -> Responder
 
@@ -226,8 +211,7 @@ class Responder:
                 responder.stop()
 
     def request(self, env, data=b"", timeout=60):
-        """BEGIN_REQUEST, PARAMS and STDIN out (from a thread: the program may answer before it reads the body);
-        the records in until the program closes the connection."""
+        """Records out (from a thread: the program may answer before it reads the body), then in until EOF."""
         pairs = b"".join(b"".join(struct.pack(">B" if n < 128 else ">I", n if n < 128 else n | 1 << 31)
                                   for n in (len(k.encode()), len(v.encode()))) + k.encode() + v.encode()
                          for k, v in env.items())
@@ -255,8 +239,7 @@ class Responder:
         return Result(out, status)
 
     def stop(self):
-        """As the web server does; fails on a sanitizer report, an exit status other than 0 or output outside a
-        request."""
+        """As the web server does; fails on a sanitizer report, a failing exit or output outside a request."""
         self.proc.send_signal(signal.SIGTERM)
         status, _ = self.proc.wait(timeout=30), shutil.rmtree(self.dir, ignore_errors=True)
         out, err = [(f.seek(0), f.read(), f.close())[1] for f in (self.out, self.err)]
@@ -269,8 +252,7 @@ _tokens = itertools.count(1)
 
 
 def new_session(user="admin", privilege=None, stamp=None, token=None):
-    """A session file as the login program writes it: the serving user's own, in a folder of its own, neither
-    writable by anyone else (the program refuses anything else). Returns the token."""
+    """A session file as the login program writes it, in a folder only its user may write: the token."""
     token = token or "e2e%d-%d" % (os.getpid(), next(_tokens))
     os.makedirs(SESSION_DIR, mode=0o700, exist_ok=True)
     fd = os.open(os.path.join(SESSION_DIR, token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_NOFOLLOW, 0o600)
@@ -281,9 +263,8 @@ def new_session(user="admin", privilege=None, stamp=None, token=None):
 
 def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, env=None, timeout=60, wrap=None,
         fresh=False):
-    """One request as the web server makes it; `wrap` is a command prefix (one that gives the process its own
-    view of the files). An `env` value of None removes that variable. `fresh`: a process that served nothing
-    before and ends after this request, as every CGI process does."""
+    """One request as the web server makes it; an `env` value of None removes that variable. `fresh`: a
+    process that served nothing before and ends after this request."""
     uri = path + ("?" + query if query is not None else "")
     e = {"PATH": "/usr/bin:/bin", "OPEN_SIM_SOCKET": sim.socket, "REQUEST_URI": uri, "REQUEST_METHOD": method,
          "QUERY_STRING": query, "HTTP_SESSION": session, "HTTP_REFRESH": refresh}
@@ -302,7 +283,6 @@ def cgi(sim, method, path, query=None, body=None, session=None, refresh=None, en
 
 
 class SimTestCase(unittest.TestCase):
-    """One daemon for the whole class, reset to its scenario before each test."""
 
     maxDiff = None
 

@@ -1,7 +1,5 @@
-"""Clients generated from the API document as printed, with the commands and set-up code of its first page,
-work as generated: each compiles with `tsc --strict` beside a small program (clients/) that reads, writes,
-narrows a failure from a success and a port's object from every port's list without a cast, polls with
-"Refresh" and is refused a write, against the simulated switch through lighttpd."""
+"""Clients generated with the first page's commands and set-up code compile with `tsc --strict` beside a
+program (clients/) that reads, writes, narrows, polls and is refused a write through lighttpd."""
 
 import json
 import os
@@ -18,8 +16,7 @@ ROOT = os.path.join(HERE, "..", "..")
 MODULES = os.path.join(ROOT, "node_modules")
 TSCONFIG = {"compilerOptions": {"strict": True, "target": "ES2022", "module": "commonjs", "moduleResolution": "node10",
                                 "esModuleInterop": True, "outDir": "js", "types": ["node"]}}
-# What every program prints: port 3 is up, the write succeeds, port 999 is no port, the default simulated
-# switch has 28 physical ports, the read-only session may poll and may not write.
+# What every program prints on the default switch (28 ports): a read-only session polls and is refused.
 OUTCOME = {"linkState": "up", "wrote": "Success", "missing": 10023, "ports": list(range(1, 29)), "polled": "up",
            "refused": 403}
 
@@ -89,8 +86,7 @@ class GeneratedClients(unittest.TestCase):
             with self.subTest(client=name):
                 self.assertEqual(status, 0, err)
                 self.assertEqual(json.loads(out), OUTCOME)
-                # The poll sent "Refresh" and the refused write came before any refresh: the read-only
-                # session's file is as the login wrote it.
+                # The poll sent "Refresh", the write was refused before any refresh: the file is as written.
                 self.assertEqual(pathlib.Path(SESSION_DIR, sessions[name][1]).read_text(), files[name])
 
 

@@ -1,16 +1,12 @@
-"""Every route that serves, called once on the default simulated switch with one set of typical inputs, held
-against the reference every_route.txt (the OpEN calls it made, with their inputs, and the exact reply) and
-against its operation in the OpenAPI document (the reply's schema, and the line end its description promises).
-The transcript table shows why a route answers as it does; this one shows that none of the 212 has drifted.
-After a deliberate change, IF_UPDATE_REFERENCE=1 writes the reference anew, to be read through in the diff
-before it is committed."""
+"""Every route that serves, called once on the default simulated switch, held against every_route.txt (its
+OpEN calls and exact reply) and its operation's schema and promised line end. After a deliberate change,
+IF_UPDATE_REFERENCE=1 writes the reference anew, to be read through in the diff before it is committed."""
 
 import json
 import os
 import pathlib
 import re
 import subprocess
-import unittest
 
 from harness import ROUTE_DUMP, SimTestCase, command, main, served_routes
 from test_openapi import TAGS, check, ends_with_newline
@@ -18,8 +14,7 @@ from test_openapi import TAGS, check, ends_with_newline
 REFERENCE = os.path.join(os.path.dirname(__file__), "every_route.txt")
 QUERY = ("ifNum=3&intIfNum=3&vlanId=10&unit=1&interface=3&intf=3&prevIfNum=2&remIndex=1&timestamp=1&ifType=0"
          "&macAddr=00:1B:21:3A:4F:92&streamID=5&name=0%2F3")
-# Body values by input kind; a route that compares a body text with its keyword is called once with each
-# keyword in use. Hand-written routes get every key they read.
+# Body values by input kind, once per keyword a route compares; hand-written routes get every key they read.
 BODY_VALUES = {"body": 7, "body-text": "rs-544", "body-buffer": "00:1B:21:3A:4F:92"}
 KEYWORDS = ["enable", "true"]
 HAND_WRITTEN_BODY = {"interval": 300, "cause": "bpduguard", "mode": "enable", "timeRange": "work",
@@ -70,7 +65,6 @@ class EveryRoute(SimTestCase):
         got, replies = self.transcript()
         if os.environ.get("IF_UPDATE_REFERENCE"):
             pathlib.Path(REFERENCE).write_text(got)
-        self.assertEqual(sum(not line.startswith(" ") for line in got.splitlines()), 212)
         self.assertEqual(got, pathlib.Path(REFERENCE).read_text())
         document = json.loads(subprocess.run(command(ROUTE_DUMP, "--openapi"), capture_output=True, check=True).stdout)
         ops = {(method.upper(), path): op for path, item in document["paths"].items() for method, op in item.items()}
@@ -88,18 +82,6 @@ class EveryRoute(SimTestCase):
         status, report = check(document, checked)
         self.assertEqual(status, 0, report)
         self.assertIn("%d of %d replies match" % (len(checked), len(checked)), report)
-
-
-class RouteDumpOptions(unittest.TestCase):
-    def test_help_and_unknown_options(self):
-        cases = [  # arguments, exit status, usage on standard output, on standard error
-            (["--help"], 0, True, False), (["--bogus"], 2, False, True), (["-h"], 2, False, True),
-            (["--detail", "extra"], 2, False, True),
-        ]
-        for args, status, out, err in cases:
-            with self.subTest(args=args):
-                r = subprocess.run(command(ROUTE_DUMP, *args), capture_output=True, text=True)
-                self.assertEqual((r.returncode, "--openapi" in r.stdout, "--openapi" in r.stderr), (status, out, err))
 
 
 if __name__ == "__main__":

@@ -1,6 +1,5 @@
-"""The request frame through the real program: the road of one request, its log lines, sessions, dispatch,
-hostile input and faults of the files around the program. Every row names the exact bytes printed and the OpEN
-calls made, and every process must end by itself with its exit status."""
+"""The request frame through the real program: log lines, dispatch, hostile input and faults of the files
+around it. Every row names the exact bytes printed, the OpEN calls made and the exit status."""
 
 import os
 import pathlib
@@ -10,8 +9,8 @@ import tempfile
 import time
 
 import harness
-from harness import (FORBIDDEN, JSON_HEADER, LEVEL_FILE, LOG_FILE, SESSION_DIR, SimTestCase, cgi,
-                     debug_logging, envelope, main, new_session, private_view, read_reply, set_reply)
+from harness import (FORBIDDEN, JSON_HEADER, LEVEL_FILE, LOG_FILE, SimTestCase, cgi,
+                     debug_logging, envelope, main, private_view, read_reply, set_reply)
 
 IF = "/api/v2/interfaces/if"
 NEXT = IF + "/ddisable-autorecovery-table-intf-next"  # a read that scans its number
@@ -19,7 +18,7 @@ INTERVAL = IF + "/ddisable-auto-recovery-interval"  # a change that applies one 
 CAUSE = IF + "/ddisable-auto-recovery-cause"
 EXPAND = IF + "/intf-expandable-port-mode-supported"  # a read that looks its query up
 EXPAND_CALL = "rpcclt_openapiIntfExpandablePortModeSupportedGet"
-NEXT_4, END = read_reply(0, "if", {"nextIfNum": 4}), read_reply(10023)
+NEXT_4 = read_reply(0, "if", {"nextIfNum": 4})
 UP = read_reply(0, "if", {"linkState": "up"})
 APPLY = ["rpcclt_openapiTxtCfgCompress", "rpcclt_openapiTxtCfgApply"]
 INTERVAL_300 = b'{"interval":300}'
@@ -36,96 +35,58 @@ START = [("DEBUG", "initHandler:873", "Register RPC to OpEN success. (client nam
          ("DEBUG", "initHandler:890", "Network OS Version = 4.2.1.7\n"),
          ("DEBUG", "initHandler:900", "Open API Version = 1.27.0.4\n")]
 REFRESH = ("DEBUG", "checkSessionX:103", "Token update to file. (admin\n{n}\n{*})\r\n")
-FORBID = ("ERROR", "httpdProcessRequest:236", "403 Forbidden\n")
 APPLY_LOG = ("DEBUG", "txtCfgApply:204", "inputName=/mnt/application/quill/tmp/quill_cmd_in_file.txt, outputName="
              "/mnt/application/quill/tmp/quill_cmd_out_file.txt\n")
 APPLY_FAILED = ("ERROR", "cliModeCommandApply:441", "openapiTxtCfgApply failed for interface dot1p queue map")
 
 
 class LogWatch:
-    """What the program appends to its log at level 7 while the block runs,
-    also across a rotation (the block's first lines then end the old file)."""
+    """What the program appends to its log at level 7 while the block runs (far from 1 MiB: no rotation)."""
 
     def __enter__(self):
         self.level = debug_logging()
         self.level.__enter__()
-        st = os.stat(LOG_FILE) if os.path.exists(LOG_FILE) else None
-        self.start, self.inode = (st.st_size, st.st_ino) if st else (0, None)
+        self.start = os.path.getsize(LOG_FILE) if os.path.exists(LOG_FILE) else 0
         return self
 
     def __exit__(self, *exc):
-        rotated = self.inode is not None and os.stat(LOG_FILE).st_ino != self.inode
-        text = b""
-        if rotated and os.path.exists(LOG_FILE + ".old") and os.stat(LOG_FILE + ".old").st_ino == self.inode:
-            text = pathlib.Path(LOG_FILE + ".old").read_bytes()[self.start:]
-        text += pathlib.Path(LOG_FILE).read_bytes()[0 if rotated else self.start:]
-        self.text = text.decode(errors="replace")
+        self.text = pathlib.Path(LOG_FILE).read_bytes()[self.start:].decode(errors="replace")
         self.level.__exit__(*exc)
 
 
 class Frame(SimTestCase):
-    def test_road_of_one_request(self):
-        token = new_session()
-        with LogWatch() as log:
-            r = self.request("GET", IF + "/link-state", "ifNum=3", session=token, fresh=True)
-        self.assertReply(r, UP)
-        journal = self.sim.journal()
-        self.assertEqual([e["call"] for e in journal], [
-            "openapiClientRegister", "rpcclt_openapiConnectivityCheck", "rpcclt_openapiNetworkOSVersionGet",
-            "rpcclt_openapiApiVersionGet", "openapiIfLinkStateGet", "openapiClientTearDown"])
-        self.assertEqual(journal[0]["in"], ["interfaces_v2.cgi_%s" % log.text.split("cgi_")[1].split(")")[0]])
-        self.assertRegex(log.text, "^" + lines(*START, REFRESH) + r"\Z")
-        polled = new_session(stamp=0)  # polling refreshes nothing
-        self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3", session=polled, refresh="1"), UP)
-        self.assertEqual(pathlib.Path(SESSION_DIR, polled).read_text(), "admin\n0\n")
-
     def test_log_lines(self):
-        old = new_session(stamp=-99999)
-        # (set-up, method, path, query, body, session, exit status, reply, the lines after the start)
+        # (set-up, method, path, query, body, exit status, reply, the lines after the start)
         rows = [
+            ([], "GET", IF + "/link-state", "ifNum=3", None, 0, UP, START + [REFRESH]),
             (["fail rpcclt_openapiNetworkOSVersionGet -1", "fail rpcclt_openapiApiVersionGet -28"],
-             "GET", IF + "/link-state", "ifNum=3", None, None, 0, UP,
+             "GET", IF + "/link-state", "ifNum=3", None, 0, UP,
              START[:1] + [("ERROR", "initHandler:892", "Network OS Version retrieve error\n"),
                           ("ERROR", "initHandler:902", "Open API Version retrieve error\n"), REFRESH]),
-            (["fail openapiClientRegister -1"], "GET", NEXT, None, None, None, 255, b"",
+            (["fail openapiClientRegister -1"], "GET", NEXT, None, None, 255, b"",
              [("ERROR", "initHandler:870", "\nFailed to initialize RPC to OpEN. Exiting (result = -1)\n")]),
-            ([], "GET", NEXT, None, None, old, 0, FORBIDDEN,
-             START + [("INFO", "checkSessionX:86", "Token timeout({n} - -99999).please login again. (userName: "
-                                                    "admin\n timestamp: -99999\n)\r\n"), FORBID]),
-            ([], "GET", NEXT, None, None, new_session("operator", "xx"), 0, FORBIDDEN,
-             START + [("ERROR", "checkSessionX:63", "Invalid priviledged level in user session\n"), FORBID]),
-            ([], "PUT", INTERVAL, None, INTERVAL_300, new_session("viewer", "ro"), 0, FORBIDDEN,
-             START + [("ERROR", "checkSessionX:72", "Permission denied, not a priviledged user\n"), FORBID]),
-            (["fail rpcclt_openapiCliShowExecuteToFile -3"], "GET", INTERVAL, None, None, None, 0,
+            (["fail rpcclt_openapiCliShowExecuteToFile -3"], "GET", INTERVAL, None, None, 0,
              read_reply(17002), START + [REFRESH, ("ERROR", "cliShowExecuteToFile:187",
                                                    "Execute show cmd faile, result:-3\r\n")]),
-            (["fail rpcclt_openapiTxtCfgCompress -1"], "PUT", INTERVAL, None, INTERVAL_300, None, 0,
+            (["fail rpcclt_openapiTxtCfgCompress -1"], "PUT", INTERVAL, None, INTERVAL_300, 0,
              set_reply(10000), START + [REFRESH, APPLY_LOG, ("ERROR", "txtCfgApply:211", "Bad return code trying to "
                                         "compress the configuration file. (result = -1)\n"), APPLY_FAILED]),
-            # The last message has no line end of its own.
-            ([], "PUT", INTERVAL, None, b'{"interval":10}', None, 0, set_reply(10000),
-             START + [REFRESH, APPLY_LOG, ("ERROR", "txtCfgApply:216", "Bad return code trying to apply the "
-                                          "configuration. (result = -1)\n"), APPLY_FAILED]),
-            (["fail openapiIfFirstGet -29"], "GET", IF + "/counters", None, None, None, 0,
+            (["fail openapiIfFirstGet -29"], "GET", IF + "/counters", None, None, 0,
              read_reply(0, "if", []), START + [REFRESH, ("ERROR", "swapiIfFirstGet:4031", "Bad return code trying "
                                                          "to get first physical interface. result = -29\r\n")]),
         ]
-        for setup, method, path, query, body, session, status, reply, expected in rows:
-            with self.subTest(path=path, setup=setup, session=session):
+        for setup, method, path, query, body, status, reply, expected in rows:
+            with self.subTest(path=path, setup=setup):
                 self.sim.ctl("reset")
                 for command in setup:
                     self.sim.ctl(*command.split())
                 with LogWatch() as log:
-                    r = self.request(method, path, query, body, session=session or self.token, fresh=True)
+                    r = self.request(method, path, query, body, fresh=True)
                 self.assertEqual((r.out, r.status), (reply, status))
                 self.assertRegex(log.text, "^" + lines(*expected) + r"\Z")
-        self.assertFalse(os.path.exists(os.path.join(SESSION_DIR, old)))
 
     def test_the_service_restarting_or_away(self):
-        """A request after the service restarted registers before its calls; one while the service is away
-        gets nothing after the connectivity wait (18 s); then the service is back."""
-        registered = ["openapiClientRegister", "rpcclt_openapiConnectivityCheck", "rpcclt_openapiNetworkOSVersionGet",
-                      "rpcclt_openapiApiVersionGet", "openapiIfLinkStateGet"]
+        """After a restart a request registers first; while the service is away (18 s wait) it fails."""
         self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3"), UP)
         for away in (False, True):
             self.sim.stop()
@@ -133,46 +94,32 @@ class Frame(SimTestCase):
                 self.assertEqual(self.request("GET", IF + "/link-state", "ifNum=3"), harness.Result(b"", 255))
             type(self).sim = harness.Sim(path=self.sim.socket)
             self.assertReply(self.request("GET", IF + "/link-state", "ifNum=3"), UP)
-            self.assertEqual([e["call"] for e in self.sim.journal()][:5], registered)
+            calls = [e["call"] for e in self.sim.journal()]
+            self.assertEqual((calls[0], calls[4]), ("openapiClientRegister", "openapiIfLinkStateGet"))
 
 
 NOT_VALID = set_reply(10003)
 # (method, path, query, body, CGI variables, reply, calls made: names, or (name, inputs) pairs)
 HOSTILE = [
-    # CONTENT_LENGTH
     ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "9" * 40}, NOT_VALID, []),
     ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "16xyz"}, set_reply(0), APPLY),
-    # Longer than the body: the end-of-file byte trails the JSON text, which still parses.
-    ("PUT", INTERVAL, None, INTERVAL_300, {"CONTENT_LENGTH": "100"}, set_reply(0), APPLY),
-    ("PUT", INTERVAL, None, b'{"interval":', {"CONTENT_LENGTH": "1000000"}, NOT_VALID, []),
-    # bodies
-    ("PUT", INTERVAL, None, bytes(range(256)) * 4, {}, NOT_VALID, []),
     ("PUT", INTERVAL, None, b"[" * 100000, {}, NOT_VALID, []),
-    ("PUT", INTERVAL, None, b'{"interval":300,"x":' + b"[" * 5000 + b"]" * 5000 + b"}", {}, NOT_VALID, []),
-    ("PUT", INTERVAL, None, b'{"interval":300,"pad":"' + b"a" * (1 << 20) + b'"}', {}, set_reply(0), APPLY),
-    ("PUT", INTERVAL, None, INTERVAL_300 + b"\x00\xff garbage", {}, set_reply(0), APPLY),
     ("PUT", INTERVAL, None, b'{"interval":1e999}', {}, set_reply(10000), APPLY),
     ("PUT", CAUSE, None, b'{"cause":"pml\\nreload","mode":"enable"}', {}, NOT_VALID, []),
     # An escaped NUL ends the cause: only the table's name reaches the CLI.
     ("PUT", CAUSE, None, b'{"cause":"pml\\u0000; reload","mode":"enable"}', {}, set_reply(0), APPLY),
-    ("GET", NEXT, "prevIfNum=3", b"\x00\xff" * 1000, {}, NEXT_4, ["openapiIfNextGet"]),
     # queries: scans read the variable whole, lookups see its first 8192 characters
     ("GET", NEXT, "x" * 9000 + "&prevIfNum=3", None, {}, NEXT_4, ["openapiIfNextGet"]),
-    ("GET", NEXT, "prevIfNum=99999999999", None, {}, END, [("openapiIfNextGet", [0, 1215752191])]),
     ("GET", EXPAND, "x" * 8168 + "&expandPortMode=quad_40g", None, {},
      read_reply(0, "if", {"isExpandedModeSupported": "true"}), [(EXPAND_CALL, [4])]),
     ("GET", EXPAND, "x" * 8169 + "&expandPortMode=quad_40g", None, {},
      read_reply(0, "if", {"isExpandedModeSupported": "false"}), [(EXPAND_CALL, [0])]),
-    ("GET", CAUSE, "cause=" + "pml" * 43, None, {}, read_reply(17002), []),
-    # request paths and methods
     ("GET", "x" * 2000, None, None, {}, b"Invalid request path '" + b"x" * 1023 + b"'\n", []),
-    ("GET", "", None, None, {}, b"Invalid request path ''\n", []),
     ("X" * 5000, NEXT, None, None, {}, b"", []),
 ]
 
 
-# Sent after each hostile request, lacking what it may have carried (query, body, session): through one FastCGI
-# responder, nothing of a request may reach the next.
+# Sent after each hostile request: through one FastCGI responder, nothing of a request may reach the next.
 AFTER = [
     ("GET", NEXT, None, None, {}, read_reply(0, "if", {"nextIfNum": 1}), ["openapiIfFirstGet"]),
     ("PUT", INTERVAL, None, None, {}, NOT_VALID, []),

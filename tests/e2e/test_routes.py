@@ -1,10 +1,6 @@
-"""Route transcripts. A row is one request as the web server passes it ("METHOD directory/route?query" under
-/api/v2/interfaces, and a body), the `open-sim ctl` commands run first on the default scenario, the OpEN calls
-the simulator then saw and the exact reply. Calls read "Name(inputs)", or a bare name whose inputs are not
-compared; a list holds (name, inputs...) tuples, in which a pattern stands for a file name's text, or dicts
-compared on their own keys; None leaves them unchecked; names without a prefix are "rpcclt_openapi" ones. A
-dict or list reply is a success's data under the directory's group; a number is a code, read shaped for GET
-and set shaped otherwise."""
+"""Route transcripts: ("METHOD dir/route?query", OpEN calls seen, reply, body, `open-sim ctl` set-up).
+Calls: "Name(inputs)" or a bare name; a list of (name, inputs...) tuples or dicts; None: unchecked. A reply
+dict or list is a success's data; a number is a code, read-shaped for GET, set-shaped otherwise."""
 
 import json
 import re
@@ -13,8 +9,7 @@ import shlex
 from harness import SimTestCase, main, read_reply, set_reply
 
 # Directory aliases; a reply's group is its directory's name in camel case.
-DIRS = {"green": "green-ethernet", "eee": "green-ethernet-eee-api", "est": "green-pwr-estimates",
-        "hist": "green-pwr-sav-history", "app": "interface-app"}
+DIRS = {"green": "green-ethernet", "hist": "green-pwr-sav-history", "app": "interface-app"}
 
 
 def full(name):
@@ -37,10 +32,9 @@ def applied(line):
 
 IDENTITY = [
     T("GET if/type?ifNum=3", "openapiIfTypeGet(3)", {"ifType": "other"}, setup="set openapiIfTypeGet 3 99"),
-    # A success that writes nothing shows the preset: "down" for the link, 0 ("phy") for the type.
+    # A success that writes nothing shows the preset.
     T("GET if/link-state?ifNum=3", "openapiIfLinkStateGet(3)", {"linkState": "down"},
       setup="fail openapiIfLinkStateGet 0"),
-    T("GET if/type?ifNum=650", "openapiIfTypeGet(650)", {"ifType": "phy"}, setup="fail openapiIfTypeGet 0"),
     # Looked up loosely: the first piece holding the name counts.
     T("GET if/active-state?xinterface=2", "IfActiveStateGet(2)", {"intfActiveState": 1}),
     T("GET if/usm-db-if-index?xinterface=4&interface=3", "usmDbIfIndexGet(3)", {"ifIndex": 3}),
@@ -52,7 +46,6 @@ SUMMARY_KEYS = ["total-bytes-received", "total-bytes-transmitted", "unicast-pack
                 "total-packets-received-with-errors", "total-transmit-errors"]
 STATUS_CALLS = ["IfSpeedModeGet", "IfDuplexModeGet", "IfEthernetHeaderSizeGet", "IfDescrGet", "IfSoftShutdownStateGet",
                 "IntfFECModeGet", "IfLinkTrapGet", "IntfExpandablePortConfigModeGet", "IntfExpandablePortOperModeGet"]
-
 
 # Port 26 with every read of its status failing.
 FAILED_STATUS = {"interface": 26, "admin-state": "down", "link-state": "down", "auto-negotiate": "enable",
@@ -67,19 +60,15 @@ def names(*pairs):
 
 
 COUNTERS = [
-    T("GET if/out-errors?a=1&myinterface=7&interface=9", "IfOutErrorsGet(7)", {"value": 0}),
     # A failing counter reads 0; without a port every physical one is walked.
     T("GET if/counters", "openapiIfFirstGet(0) " + " ".join("If%sGet(1)" % c for c in COUNTER_CALLS) +
       " openapiIfNextGet(0, 1)", [dict(interface=1, **dict(zip(SUMMARY_KEYS, [0] + list(range(1, 8)))))],
       setup=["set If%sGet 1 %d" % (c, n) for n, c in enumerate(COUNTER_CALLS)] +
       ["fail IfInOctetsGet -1", "fail openapiIfNextGet -29"]),
-    T("GET if/status?ifNum=26", None, FAILED_STATUS,
-      setup=["fail %s -1" % c for c in STATUS_CALLS]),
-    T("GET if/status?ifNum=0", "openapiIfFirstGet(0)", [], setup="fail openapiIfFirstGet -1"),
-    # The Nth LAG is computed from the first, not asked for; a VLAN is shown even as 0, and none past 4094 asked.
+    T("GET if/status?ifNum=26", None, FAILED_STATUS, setup=["fail %s -1" % c for c in STATUS_CALLS]),
+    # The Nth LAG is computed from the first, not asked for; a VLAN is shown even as 0.
     T("GET if/num?name=lag3", "openapiIfFirstGet(2)", names(("lag3", 652))),
     T("GET if/num?name=vlan30", "RtrVlanIntfIfNumGet(30)", names(("vlan30", 0)), setup="set RtrVlanIntfIfNumGet 30 0"),
-    T("GET if/num?name=vlan4095", "", names()),
     # All of them: ports without a unit, slot and port are left out, and VLANs without a routing interface.
     T("GET if/num", None, names(*[("0/%d" % p, p) for p in range(3, 29)], ("lag1", 650), ("lag2", 651),
                                 ("vlan1", 700), ("vlan10", 701)), setup="fail HashIntfUnitSlotPortGet -1 2"),
@@ -87,22 +76,11 @@ COUNTERS = [
 ]
 
 ATTRIBUTES = [
-    T("GET if/speed-mode?ifNum=3", "IfSpeedModeGet(3)", {"speed": "portctrl_portspeed_unknown"},
-      setup="set IfSpeedModeGet 3 []"),
-    T("GET if/exp-port-root-port?ifNum=27", "IfExpPortRootPortGet(27)", {"rootSlot": 0, "rootPort": 25}),
     T("PUT if/speed?ifNum=25", "IfSpeedSet(25, 10)", 0, {"speed": "portctrl_portspeed_full_10gsx"}),
     # Older pages send the link trap as "mode".
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 1)", 0, {"mode": "enable"}),
     T("PUT if/link-trap?ifNum=3", "IfLinkTrapSet(3, 0)", 0, {"link-trap": "disable", "mode": "enable"}),
     T("PUT if/descr?ifNum=3", [("IfDescrSet", 3, buf("d" * 255))], 0, {"descrip": "d" * 300}),
-    T("GET if/intf-expandable-port-mode-supported?expandPortMode=quad_40g", "IntfExpandablePortModeSupportedGet(4)",
-      {"isExpandedModeSupported": "true"}),
-    T("GET if/intf-expandable-port-mode-supported?expandPortMode=x", "IntfExpandablePortModeSupportedGet(0)", 10000,
-      setup="fail IntfExpandablePortModeSupportedGet -1"),
-    T("PUT if/intf-expandable-port-mode?ifNum=25", "IntfExpandablePortModeSet(25, 1)", 0,
-      {"expandPortMode": "single_10g"}),
-    T("GET if/intf-expandable-mode-peers-get-by-mode?ifNum=25", "IntfExpandableModePeersGetByModeGet(25)",
-      {"expandPortMode": "single_25g", "peerIntfs": "26,27,28", "peerCount": 3}),
     T("PUT if/intf-fec-mode?ifNum=25", "IntfFECModeSet(25, 5)", 0, {"fecMode": "port_fec_rs_544"}),
     T("PUT if/intf-fec-mode?ifNum=25", "IntfFECModeSet(25, 0)", 0, {"fecMode": "rs-544"}),
 ]
@@ -112,16 +90,12 @@ SPEED_25G = {"configured-speed": "unknown", "operational-speed": "25000", "speed
              "configured-duplex": "auto", "operational-duplex": "unknown"}
 COMPOSITE = [
     T("GET if/speed?ifNum=25", "IfSpeedModeGet(25) IfDuplexModeGet(25)", SPEED_25G),
-    T("GET if/intf-fec-mode?ifNum=25", "IntfFECModeGet(25)", {"fec-mode": "auto", "fec-oper": "rs"}),
-    T("GET if/expandable-mode?ifNum=25", "IntfExpandablePortConfigModeGet(25) IntfExpandablePortOperModeGet(25)",
-      {"expandable-config-mode": "1x25G", "expandable-oper-mode": "1x25G"}),
     T("PUT if/expandable-mode?ifNum=25", "IntfExpandablePortModeSet(25, 0)", 10003,
       {"expandable-config-mode": "1x50G"}),
     T("PUT if/expandable-mode", "", 10003, {"expandable-config-mode": "1x10G"}),
     # Refusals: reported where the page has no fallback, replaced where it has one.
     T("GET if/admin-state?ifNum=3", None, 17002, setup="fail openapiIfAdminStateGet -28"),
     T("GET if/link-trap?ifNum=3", None, {"link-trap": "disable"}, setup="fail IfLinkTrapGet -1"),
-    T("GET if/link-trap?ifNum=3", None, {"link-trap": "enable"}, setup="set IfLinkTrapGet 3 []"),
     T("GET if/descr?ifNum=1", None, {"description": ""}, setup="fail IfDescrGet -1"),
     T("GET if/speed?ifNum=25", None, dict(SPEED_25G, **{"operational-speed": "unknown", "speed-mode": "unknown"}),
       setup="fail IfSpeedModeGet -1"),
@@ -130,8 +104,6 @@ COMPOSITE = [
 ] + [T("GET if/%s?ifNum=0" % route, "", 10003) for route in ["admin-state", "auto-neg", "speed", "mtu-size", "descr",
                                                              "soft-shutdown-state", "intf-fec-mode", "link-trap",
                                                              "expandable-mode"]]
-# The routes that never serve refuse before they read a body.
-FIXED = [T("PUT if/%s?ifNum=3" % route, "", 17002, "not json") for route in ["encapsulation", "phy-properties"]]
 
 # Work files carry the process number, so that concurrent requests keep apart.
 SHOW = [("CliShowExecuteToFile", buf("show errdisable recovery"),
@@ -144,54 +116,28 @@ NO_SHOW = "fail CliShowExecuteToFile -1"
 DDISABLE = [
     T("PUT if/ddisable-auto-recovery-interval", ["TxtCfgCompress", applied("errdisable recovery interval 3600")], 0,
       {"INTERVAL": 3600.9}),
-    T("PUT if/ddisable-auto-recovery-interval", ["TxtCfgCompress", applied("errdisable recovery interval 10")], 10000,
-      {"interval": 10}),
     T("PUT if/ddisable-auto-recovery-interval", "", 10003, {"interval": "300"}),
-    T("GET if/ddisable-auto-recovery-interval", SHOW, 17002, setup=NO_SHOW),
     T("GET if/ddisable-auto-recovery-cause?cause=bpduguard", SHOW, {"mode": "enable"}, setup=SHOWS),
     T("GET if/ddisable-auto-recovery-cause?cause=pml", SHOW, 10000, setup=SHOWS),
-    T("GET if/ddisable-auto-recovery-cause?cause=bpdustorm", "", 17002),
     T("GET if/ddisable-auto-recovery-cause?cause=pml", SHOW, 17002, setup=NO_SHOW),
     T("PUT if/ddisable-auto-recovery-cause", ["TxtCfgCompress", applied("errdisable recovery cause bpdustorm")], 0,
       {"Cause": "bpdu_rate_limit", "MODE": "enable"}),
     T("PUT if/ddisable-auto-recovery-cause", ["TxtCfgCompress", applied("no errdisable recovery cause "
                                                                         "denial-of-service")], 0,
       {"cause": "dos", "mode": "Enable"}),
-    T("PUT if/ddisable-auto-recovery-cause", "TxtCfgCompress TxtCfgApply", 10000, {"cause": "all", "mode": "enable"},
-      setup="fail TxtCfgApply -1"),
-    T("PUT if/ddisable-auto-recovery-cause", "", 10003, {"cause": "bpdustorm", "mode": "enable"}),
-    T("GET if/ddisable-autorecovery-table-intf-next", "openapiIfFirstGet(0)", {"nextIfNum": 1}),
-    T("GET if/ddisable-reason-intf-next?prevIfNum=28", "openapiIfNextGet(0, 28)", 10023),
-    T("GET if/ddisable-reason-intf-next", "openapiIfFirstGet(0)", 10023, setup="fail openapiIfFirstGet -1"),
     T("GET if/ddisable-autorecovery-table-feature-list", None, 10000, setup=NO_SHOW),
     T("GET if/ddisable-auto-recovery-time-left", "CliShowExecuteToFile", {"timeLeft": 123}, setup=SHOWS),
-    T("GET if/ddisable-auto-recovery-time-left", None, 10000, setup=NO_SHOW),
 ]
 
 HISTORY = "x2GreenEthrPwrSavHistoryIntf"
 GREEN = [
-    # A check fails like a set.
-    T("POST green/is-valid-intf-type?intIfNum=999", None, 10023),
     # A reason left unwritten reads as the invalid one.
     T("GET green/shrt-rch-opr-status?intIfNum=3", "GreenEthrShrtRchOprStatusGet(3)",
       {"oprStatus": "true", "reason": "greenethr_invalid_val"}, setup="set GreenEthrShrtRchOprStatusGet 3 [1]"),
-    T("GET eee/tx-duration?intIfNum=4", "GreenEthrEeeTxDurationGet(4)", {"high": 1, "low": 5},
-      setup="set GreenEthrEeeTxDurationGet 4 [1,5]"),
-    # Registered twice: the broken-down form, registered later, serves.
-    T("GET eee/time-since-last-stats-reset?intIfNum=3", "xGreenEthrEeeTimeSinceLastStatsResetGet(3)",
-      {"days": 2, "hours": 23, "minutes": 59, "seconds": 1},
-      setup="set xGreenEthrEeeTimeSinceLastStatsResetGet 3 [2,23,59,1]"),
-    T("GET eee/features-supported?unit=2", "GreenEthrFeaturesSupportedGet(2)", {"featureString": "EEE"},
-      setup="set GreenEthrFeaturesSupportedGet 2 EEE"),
-    T("PUT hist/ethr-eee-lpi-history-intf-max-samples", "GreenEthrEeeLpiHistoryIntfMaxSamplesSet(0)", 10003, {}),
     # Record fields travel as 32-bit words: number, time, both percentages, padding, cursor.
     T("GET hist/intf-first-entry?intIfNum=6", HISTORY + "FirstEntryGet(6)",
       {"sampleNo": 7, "sampleTime": 1709300000, "percentLpiTime": 12, "percentLpiTimeTotal": 34},
       setup="set %sFirstEntryGet 6 [7,1709300000,%d,0,0,0]" % (HISTORY, 12 + (34 << 16))),
-    # The next entry walks from the first to the one named.
-    T("GET hist/intf-next-entry?intIfNum=2&sampleNo=3", "{0}FirstEntryGet(2) {0}NextEntryGet() {0}NextEntryGet() "
-      "{0}NextEntryGet()".format(HISTORY),
-      {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
     T("GET hist/intf-next-entry?intIfNum=25&sampleNo=3", HISTORY + "FirstEntryGet(25)", 17002),
     T("GET hist/intf-next-sample?intIfNum=2&curSample=65539", HISTORY + "NextSampleGet(2, 3)",
       {"sampleNo": 4, "sampleTime": 1710741300, "percentLpiTime": 82, "percentLpiTimeTotal": 86}),
@@ -199,14 +145,8 @@ GREEN = [
 
 MAC_2, MAC_4, MAC_25 = "3C:EC:EF:10:20:31", "00:11:22:33:44:55", "00:25:90:AA:BB:01"
 PML = [
-    T("PUT pml/intf-dynamic-limit?ifNum=6", "PmlIntfDynamicLimitSet(6, 4294967295)", 10003, {"limit": 5e9}),
-    T("GET pml/intf-vlan-dynamic-limit?ifNum=2&xvlanId=9&vlanId=10", "PmlIntfVlanDynamicLimitGet(2, 10)",
-      {"limit": 4096}),
     T("POST pml/intf-static-entry-get-next?ifNum=2", [("PmlIntfStaticEntryGetNext", 2, buf("", 18), 0)],
       {"nextMacAddr": MAC_2, "nextVlanId": 1, "isnextEntrySticky": "false"}, {}),
-    T("POST pml/intf-dynamic-entry-get-next?ifNum=1&vlanId=1",
-      [("PmlIntfDynamicEntryGetNext", 1, buf("00:1A:2B:3C:4D:01", 18), 1)],
-      {"nextMacAddr": "00:1A:2B:3C:4D:02", "nextVlanId": 1}, {"macAddr": "00:1A:2B:3C:4D:01"}),
     # The VLAN-based walk is keyed by the address alone.
     T("POST pml/vlan-dynamic-entry-get-next?ifNum=25", [("PmlVlanDynamicEntryGetNext", 25, buf(MAC_25, 18))],
       {"nextMacAddr": "00:25:90:AA:BB:02", "vlanId": 10}, {"macAddr": MAC_25}),
@@ -217,10 +157,6 @@ PML = [
       [("PmlIntfStaticEntryDelete", 2, buf(MAC_2, 18), 1)], 0),
     T("PUT pml/dot1qci-stream?ifNum=1&vlanId=10", [("PmlDot1qciStreamSet", 1, buf("F4:8E:38:11:22:33", 18), 10, 40)], 0,
       {"macAddr": "F4:8E:38:11:22:33", "streamID": 40.5}),
-    T("GET pml/dot1qci-stream?ifNum=2&vlanId=1&macAddr=" + MAC_2, [("PmlDot1qciStreamGet", 2, buf(MAC_2, 18), 1)],
-      {"streamID": 12}),
-    T("DELETE pml/dot1qci-stream?ifNum=2&vlanId=1&streamID=12&macAddr=" + MAC_2,
-      [("PmlDot1qciStreamDelete", 2, buf(MAC_2, 18), 1, 12)], 0),
 ]
 
 LED = "InterfaceAppPortRGBLedColorSupportGet"
@@ -228,19 +164,14 @@ INTERFACE_APP = [
     # The name goes to the switch whole: the length limit is the switch's.
     T("PUT app/time-range?intIfNum=3", [("InterfaceAppTimeRangeSet", 3, buf("n" * 600))], 10003,
       {"timeRange": "n" * 600}),
-    T("PUT app/time-range?intIfNum=3", "", 10003, "not json"),
     # The colour mode is switch-wide: the support question names interface 1 whatever the unit.
     T("PUT app/rgb-led-color-mode?unit=5", LED + "(1) InterfaceAppRGBLedColorModeSet(5, 1)", 10023, {"mode": "enable"}),
     # A port without a colour LED, or a failed question, stops at the gate, before any body is read.
-    T("GET app/port-rgb-led-color?ifNum=20", LED + "(20)", 17002),
     T("PUT app/port-rgb-led-color-brightness?ifNum=20", LED + "(20)", 17002, "not json"),
-    T("GET app/rgb-led-color-mode?unit=1", LED + "(1)", 17002, setup="fail %s -1" % LED),
     T("PUT app/port-rgb-led-color?ifNum=4", LED + "(4)", 10003, "{color"),
 ]
 
-# How OpEN results and unparsable bodies reach the client, once per reply shape: a read ends without
-# a newline, a set with one and without a group; a check fails like a set. Each result's code is the
-# envelope's unit test's.
+# OpEN results and unparsable bodies, once per reply shape (read, set, check); the codes are the envelope's.
 RESULTS = [(-28, 17002), (5, 10000)]
 SHAPES = [T("GET if/type?ifNum=1", "openapiIfTypeGet(1)", code, setup="fail openapiIfTypeGet %d" % result)
           for result, code in RESULTS] + \
@@ -292,7 +223,7 @@ class Routes(SimTestCase):
                 self.assertEqual((len(journal), seen), (len(want), want))
 
     def test_transcripts(self):
-        self.run_rows(IDENTITY + COUNTERS + ATTRIBUTES + COMPOSITE + FIXED + DDISABLE + GREEN + PML + INTERFACE_APP)
+        self.run_rows(IDENTITY + COUNTERS + ATTRIBUTES + COMPOSITE + DDISABLE + GREEN + PML + INTERFACE_APP)
 
     def test_failure_shapes(self):
         self.run_rows(SHAPES)

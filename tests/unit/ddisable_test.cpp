@@ -23,8 +23,8 @@ TEST(DDisable, CauseNamesFromTheQuery) {
   struct Case { const char *query; std::string cause; const char *cli; } cases[] = {  // cli null: no such cause
       {"cause=bpdu_rate_limit", "bpdu_rate_limit", "bpdustorm"}, {"a=1&cause=pml&b=2", "pml", "mac-locking"},
       {"xcause=all", "all", "all"},        {"cause=ALL", "ALL", nullptr}, {"cause=bpdustorm", "bpdustorm", nullptr},
-      {"cause=dos%20", "dos%20", nullptr}, {"cause=", "", nullptr},       {"mode=enable", "", nullptr},
-      {nullptr, "", nullptr},              {longQuery.c_str(), std::string(127, 'a'), nullptr},
+      {"mode=enable", "", nullptr},        {nullptr, "", nullptr},
+      {longQuery.c_str(), std::string(127, 'a'), nullptr},
   };
   for (const Case &c : cases) {
     char out[kCauseNameBuf] = "junk";
@@ -43,10 +43,8 @@ TEST(DDisable, IntervalAndTimeLeft) {
       {kShowCrLf, 86400, 86400},  // no time-left line: the timeout line's label matches
       {kEmptyTable, 30, 0},
       {"Timeout for Auto-recovery from D-Disable state:\t45 seconds\n", 45, 45},
-      {"Timeout for Auto-recovery from D-Disable state....... \n", 0, 0},
       {"Time left for Auto-recovery from D-Disable state: 42s\n", 0, 42},
       {"Time left for Auto-recovery from D-Disable state:\n99\n", 0, 0},  // a digit on the next line
-      {"nothing here 12\n", 0, 0},
       {std::string(80, ' ') + label, 0, 600},
       {"x\n" + std::string(70, ' ') + label, 600, 600},
   };
@@ -62,7 +60,6 @@ TEST(DDisable, CauseModeFromItsLine) {
       {kShow, "bpdustorm", CauseMode::Enabled},        // case ignored
       {kShow, "link-flap", CauseMode::Enabled},        // seven characters compared
       {kShow, "mac-locking", CauseMode::Missing},      // indented: not at a line start
-      {kShow, "all", CauseMode::Missing},              {"", "bpduguard", CauseMode::Missing},
       {kShow, "bpdu", CauseMode::Missing},             // a name must be followed by a blank
       {kShowCrLf, "bcast-storm", CauseMode::Enabled},  {kShowCrLf, "arp-inspection", CauseMode::Disabled},
   };

@@ -8,8 +8,9 @@ TEST(Envelope, MessagesAndOpenResultCodes) {
       {0, "Success"}, {10027, "Disable PTP Mode"}, {11000, ""}, {-7, "Failed to allocate memory"},
       {12345, "Error code unknown"}};
   for (const Message &m : messages) EXPECT_STREQ(errorMessageGet(m.code), m.text) << m.code;
-  struct Result { int result; uint32_t code; } results[] = {{0, 0},       {-22, 10003}, {-24, 10011}, {-28, 17002},
-      {-29, 10023}, {-1, 10000}, {-27, 10000}, {-30, 10000}, {1, 10000},   {-23, 10000}, {-1000, 10000}};
+  struct Result { int result; uint32_t code; } results[] = {
+      {0, 0},      {-22, 10003}, {-24, 10011}, {-28, 17002},
+      {-29, 10023}, {-1, 10000}, {1, 10000},   {-1000, 10000}};
   for (const Result &r : results) EXPECT_EQ(openResultToCode(r.result), r.code) << r.result;
 }
 

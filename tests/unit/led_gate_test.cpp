@@ -9,8 +9,6 @@ TEST(LedGate, OnlyAnAnswerOfExactlyOneOpensIt) {
   struct Case { std::vector<std::vector<std::string>> controls; const char *query; kit::LedPort port; bool open; };
   const Case cases[] = {
       {{}, "ifNum=12", kit::LedPort::FromQuery, true},
-      {{}, "ifNum=13", kit::LedPort::FromQuery, false},
-      {{}, "unit=1&ifNum=13", kit::LedPort::First, true},
       {{{"set", support, "12", "2"}}, "ifNum=12", kit::LedPort::FromQuery, false},
       {{{"fail", support, "-1", "1"}}, "ifNum=12", kit::LedPort::FromQuery, false},
       {{{"set", support, "1", "0"}}, "unit=1&ifNum=12", kit::LedPort::First, false},

@@ -25,9 +25,9 @@ TEST(QueryParams, SplitAndLooseLookup) {
 
 TEST(QueryParams, ScanIsAnchoredAtSegmentStarts) {
   struct Case { const char *query; uint32_t value; } cases[] = {
-      {"a=1&ifNum=7&b=2", 7}, {"ifNum=7x", 7},        {"ifNum", 0},  {"xifNum=5&ifNum=7", 7}, {"ifNum=", 0},
-      {"ifNum=abc", 0},       {"", 0},                {"ifNum=4294967297", 1}, {"IFNUM=3", 0}, {"&ifNum=6", 6},
-      {"ifNum=1&ifNum=2", 1}, {"ifNumber=9&ifNum=4", 4},
+      {"a=1&ifNum=7&b=2", 7}, {"ifNum=7x", 7}, {"ifNum", 0},    {"xifNum=5&ifNum=7", 7}, {"ifNum=abc", 0},
+      {"ifNum=4294967297", 1}, {"IFNUM=3", 0}, {"&ifNum=6", 6}, {"ifNum=1&ifNum=2", 1},
+      {"ifNumber=9&ifNum=4", 4},
   };
   for (const Case &c : cases) EXPECT_EQ(queryScanUintIn(c.query, "ifNum"), c.value) << c.query;
   EXPECT_EQ(queryScanUintIn(nullptr, "ifNum"), 0u);
@@ -37,8 +37,8 @@ TEST(QueryParams, ScanIsAnchoredAtSegmentStarts) {
 
 TEST(QueryParams, UrlDecodeInPlace) {
   struct Case { const char *in, *out; } cases[] = {
-      {"a%2Fb", "a/b"}, {"%41ll", "All"}, {"a+b", "a b"},   {"100%", "100%"}, {"%4", "%4"}, {"%zz", "%zz"},
-      {"%2f%2F", "//"}, {"", ""},         {"%%41", "%A"},   {"%4g%g4", "%4g%g4"}, {"%Fa%af%A9%0f", "\xfa\xaf\xa9\x0f"},
+      {"a%2Fb", "a/b"}, {"a+b", "a b"}, {"100%", "100%"}, {"%4", "%4"}, {"%%41", "%A"}, {"%4g%g4", "%4g%g4"},
+      {"%2f%Fa%af%A9%0f", "/\xfa\xaf\xa9\x0f"},
   };
   for (const Case &c : cases) {
     std::string buf = c.in;
@@ -51,12 +51,10 @@ TEST(QueryParams, UrlDecodeInPlace) {
 TEST(BodyValues, NumbersWordsAndTexts) {
   struct Case { const char *json; uint32_t number, isEnable; const char *text; } cases[] = {
       {R"({"n":30.9})", 30, 0, nullptr},           {R"({"n":-5})", 0, 0, nullptr},
-      {R"({"n":0.5})", 0, 0, nullptr},             {R"({"n":5000000000})", 4294967295u, 0, nullptr},
-      {R"({"n":4294967295})", 4294967295u, 0, nullptr}, {R"({"n":4294967294.9})", 4294967294u, 0, nullptr},
+      {R"({"n":5000000000})", 4294967295u, 0, nullptr}, {R"({"n":4294967294.9})", 4294967294u, 0, nullptr},
       {R"({"N":7})", 7, 0, nullptr},               {R"({"n":"enable"})", 0, 1, "enable"},
-      {R"({"N":"enable"})", 0, 1, "enable"},       {R"({"n":"Enable"})", 0, 0, "Enable"},
-      {R"({"n":"enabled"})", 0, 0, "enabled"},     {R"({"n":true})", 0, 0, nullptr},
-      {R"({"n":null})", 0, 0, nullptr},            {R"({})", 0, 0, nullptr},
+      {R"({"n":"Enable"})", 0, 0, "Enable"},       {R"({"n":"enabled"})", 0, 0, "enabled"},
+      {R"({"n":true})", 0, 0, nullptr},            {R"({})", 0, 0, nullptr},
   };
   for (const Case &c : cases) {
     JsonPtr body(cJSON_Parse(c.json));

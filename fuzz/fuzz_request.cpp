@@ -1,18 +1,10 @@
-// What a request brings into the process, the first byte picking the
-// family: r the request data (CONTENT_LENGTH's text, a newline, a byte
-// choosing the method, then the body on standard input); s a session file
-// (a byte choosing the route's method in bits 0-1, its access in bits 2-3
-// and a refresh header in bit 6, then the file); h one whole request
-// through the full route table (method, newline, request URI, newline,
-// body) with an administrator session and no OpEN service, so that every
-// OpEN call fails at once.
+// What a request brings into the process; its families (r, h) are described in README.md.
 #include <cjson/cJSON.h>
 #include <fcntl.h>
 
 #include "api/program.h"
 #include "frame/params.h"
 #include "frame/route_table.h"
-#include "frame/session.h"
 #include "fuzz/fuzz_support.h"
 
 namespace {
@@ -20,8 +12,7 @@ namespace {
 const std::string kDir = "/tmp/session/", kToken = "fuzz-" + std::to_string(getpid());
 RouteTable *gTable = nullptr;
 
-// As the login program writes it: only its user may write it, or the check
-// refuses it before reading a byte.
+// As the login program writes it: only its user may write it, or the check refuses it unread.
 void writeSession(const uint8_t *data, size_t size) {
   int fd = open((kDir + kToken).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   FILE *f = fd >= 0 ? fdopen(fd, "wb") : nullptr;
@@ -41,17 +32,6 @@ void requestData(const uint8_t *data, size_t size) {
   free(requestDataGet());
   fuzz::feedStdin(data, size);
   cJSON_Delete(requestBodyParse());
-}
-
-bool fixedUptime(long *now) { return *now = 100000, true; }
-
-void session(const uint8_t *data, size_t size) {
-  uint8_t choice = size ? data[0] : 0;
-  writeSession(data + (size ? 1 : 0), size ? size - 1 : 0);
-  Route route = {nullptr, choice & 3u, (choice >> 2) % 3u, nullptr, nullptr};
-  int result = checkSessionIn(SessionEnv{kDir.c_str(), fixedUptime}, kToken.c_str(), choice & 0x40 ? "1" : nullptr,
-                              &route);
-  fuzz::require(result == 0 || result == -1, "allowed or refused");
 }
 
 void dispatch(const uint8_t *data, size_t size) {
@@ -80,11 +60,8 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  switch (fuzz::family(data, size, "rsh")) {
-    case 0: requestData(data, size); break;
-    case 1: session(data, size); break;
-    default: dispatch(data, size);
-  }
+  if (fuzz::family(data, size, "rh") == 0) requestData(data, size);
+  else dispatch(data, size);
   unlink((kDir + kToken).c_str());
   return 0;
 }

@@ -1,7 +1,5 @@
-// Every input the simulated switch's daemon parses, on a switch paused at
-// load. The first byte picks the family: s a scenario (`load`), t a
-// timeline file (`play`), c control lines (one command a line, words
-// between spaces), f a CLI script applied through the CLI work folder.
+// Every input the simulated switch's daemon parses, on a switch paused at load; the families
+// (s, t, c, f) are described in README.md.
 #include <stdlib.h>
 
 #include <sstream>
@@ -20,8 +18,7 @@ int control(sim::Sim &s, std::vector<std::string> words) {
   return status;
 }
 
-// After a file is taken, the clock moves over what it set going: an hour,
-// then the next pending thing.
+// After a file is taken, the clock moves over what it set going: an hour, then the next thing.
 void runOn(sim::Sim &s) {
   control(s, {"clock", "advance", "3600"});
   control(s, {"clock", "next"});
@@ -40,8 +37,7 @@ void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
     std::istringstream in(line);
     std::vector<std::string> words;
     for (std::string word; std::getline(in, word, ' ');) words.push_back(word);
-    // A whole dump takes a second under the sanitizers; its cost is the
-    // model's, measured in bench/, and a handful would stall the fuzzer.
+    // A whole dump takes a second under the sanitizers: a handful would stall the fuzzer.
     if (!words.empty() && words != std::vector<std::string>{"dump"}) control(s, words);
   }
 }

@@ -1,5 +1,4 @@
-// Shared by the fuzz targets: the fuzzer's bytes as the texts and process
-// state the program sees, and a loud failure on a broken promise.
+// Shared by the fuzz targets: the fuzzer's bytes as the program sees them; a broken promise aborts.
 #ifndef FUZZ_FUZZ_SUPPORT_H
 #define FUZZ_FUZZ_SUPPORT_H
 
@@ -15,16 +14,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
 namespace fuzz {
 
-// A violated property stops the run as a crash does, so that the fuzzer
-// keeps the input and the replay test fails on it.
+// A violated property stops the run as a crash does: the fuzzer keeps the input, the replay fails.
 inline void require(bool holds, const char *what) {
   if (holds) return;
   fprintf(stderr, "fuzz property violated: %s\n", what);
   abort();
 }
 
-// Each target serves several input families; the first byte picks one,
-// by its letter in `letters` (as the seeds spell it) or else by its value.
+// The first byte picks an input family: by its letter in `letters` (as seeds spell it) or its value.
 inline size_t family(const uint8_t *&data, size_t &size, const char *letters) {
   const char *at = size && data[0] ? strchr(letters, data[0]) : nullptr;
   size_t f = at ? static_cast<size_t>(at - letters) : (size ? data[0] : 0) % strlen(letters);
@@ -47,8 +44,7 @@ inline std::string takeLine(const uint8_t *&data, size_t &size) {
   return line;
 }
 
-// Standard input reads these bytes from a scratch file, as a CGI process
-// reads the request body.
+// Standard input reads these bytes from a scratch file, as a CGI process reads the request body.
 inline void feedStdin(const uint8_t *data, size_t size) {
   static std::string path = "/tmp/fuzz-stdin-" + std::to_string(getpid());
   FILE *f = fopen(path.c_str(), "wb");

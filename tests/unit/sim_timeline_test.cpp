@@ -1,10 +1,9 @@
-// Timelines, scenarios and `open-sim ctl` in-process: refusals, events at
-// their seam, the clock, dump's pending section, a delayed call.
+// Timelines, scenarios and `open-sim ctl` in-process: refusals, events, the clock, dump, delays.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 
-#include "sim/client_io.h"
+#include "open_api.h"
 #include "sim/sim.h"
 #include "switch_facts.h"
 #include "test_support.h"
@@ -15,8 +14,7 @@ constexpr char kRunning[] = R"({"timeline": [{"at": 30, "event": "link-down", "p
 
 std::string playFile(const std::string &events) { return R"({"timeline": [)" + events + "]}"; }
 
-// The default switch (or `scenario`) with its clock standing at 10 s and
-// kRunning playing.
+// The default switch (or `scenario`) paused at 10 s with kRunning playing.
 void start(sim::Sim &s, const std::string &scenario = sim::defaultScenario()) {
   std::string error;
   sim::clockPause(s.clock);
@@ -40,14 +38,12 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
   };
   const Case cases[] = {
       at5(R"("event": "flap", "port": 1)", R"(unknown event "flap")"),
-      {"play", playFile(R"({"at": 5, "event": "link-down", "port": 1}, {"at": 20, "event": "link-up", "port": 99})"),
-       "timeline event 2 (at 20): unknown port 99"},
+      at5(R"("event": "link-down", "port": 99)", "unknown port 99"),
       at5(R"("event": "link-down", "port": 4294967297)", "unknown port 4294967297"),
       at5(R"("event": "transceiver-inserted", "port": 4, "media": "fiber")", "port 4 has no module slot"),
       {"play", playFile(R"({"at": 20, "event": "link-down", "port": 1}, {"at": 10, "event": "link-up", "port": 1})"),
        "timeline event 2 (at 10): time out of order (the event before is at 20)"},
       {"play", "{\"timeline\": [\n  {\"at\": 5,, }]}", "timeline file: broken JSON at line 2, column 13"},
-      {"play", R"({"timeLine": []})", R"(timeline file: unknown key "timeLine")"},
       {"play", "{}", R"(timeline file: no "timeline")"},
       {"play", R"({"timeline": {}})", R"("timeline" must be a list of events)"},
       {"play", "{\"timeline\": []}\n{\"timeline\": []}", "timeline file: text after the JSON at line 2, column 1"},
@@ -57,18 +53,14 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       {"play", R"([{"timeline": []}])", "timeline file: not a JSON object"},
       {"play", playFile("5"), "timeline event 1: an event must be a JSON object"},
       at5(R"("event": "link-down", "port": 1, "port": 2)", R"("port" given twice)"),
-      {"play", playFile(R"({"at": "5", "event": "link-down", "port": 1})"),
-       R"(timeline event 1: "at" must be seconds from the start (up to 1e9))"},
       {"play", playFile(R"({"at": 1e10, "event": "link-down", "port": 1})"),
        R"(timeline event 1 (at 1e+10): "at" must be seconds from the start (up to 1e9))"},
       at5(R"("port": 1)", R"(no "event")"),
       at5(R"("event": "link-down")", R"(no "port")"),
       at5(R"("event": "link-down", "port": 1.5)", R"("port" must be a whole number)"),
-      at5(R"("event": "link-down", "port": "1")", R"("port" must be a number)"),
       at5(R"("event": "link-down", "port": 29)", "unknown port 29"),  // the first LAG
       at5(R"("event": "counters-wrap", "port": 1, "inseconds": 5)",
           R"(unknown field "inseconds" for counters-wrap (it takes "inSeconds"))"),
-      at5(R"("event": "link-up", "port": 1, "media": "fiber")", R"(unknown field "media" for link-up)"),
       at5(R"("event": "transceiver-inserted", "port": 26, "media": 1)", R"("media" must be "copper" or "fiber")"),
       at5(R"("event": "ddisable", "port": 2, "cause": "sunspots")", R"(unknown cause "sunspots")"),
       at5(R"("event": "ddisable", "port": 2)", R"(needs "cause", the name of a D-Disable cause)"),
@@ -81,39 +73,24 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       at5(R"("event": "admin", "port": 5, "state": "off")", R"("state" must be "enable" or "disable")"),
       at5(R"("event": "traffic", "port": 1)", R"(needs "inOctetsPerSec", "outOctetsPerSec" or "inErrors")"),
       at5(R"("event": "traffic", "port": 1, "inErrors": -1)", R"("inErrors" must be from 0 to 4294967295)"),
-      at5(R"("event": "traffic", "port": 1, "outOctetsPerSec": 1e13)", R"("outOctetsPerSec" must be from 0 to 1000000000000)"),
       {"load", R"({"timeLine": []})", R"(scenario: unknown key "timeLine")"},
-      {"load", R"({"model": {"errdisable": {"interval": 60, "interval": 30}}})",
-       R"(scenario: duplicate key "interval" in "model"."errdisable")"},
       {"load", R"({"model": []})", R"(scenario: "model" must be an object)"},
       {"load", R"({"model": {"pml": {"static": [{}, {"ifNum": 2, "ifNum": 2}]}}})",
        R"(scenario: duplicate key "ifNum" in "model"."pml"."static"[1])"},
-      {"load", R"({"clockMs": 1.5})", R"(scenario: "clockMs" must be a whole number)"},
       {"load", R"({"clockMs": -1})", R"(scenario: "clockMs" must be from 0 to 100000000000000)"},
       {"load", R"({"overrides": []})", R"(scenario: "overrides" must be an object of calls)"},
-      {"load", R"({"overrides": {"openapiIfAdminStateGet": 5}})",
-       "scenario: the answers of openapiIfAdminStateGet must be an object of inputs"},
       model(R"("ports": {"2": {"speedMode": 1.5}})", R"(."ports"."2"."speedMode": must be a whole number)"),
       model(R"("ports": {"1": {"speed": 10}})", R"(."ports"."1": unknown field "speed")"),
       model(R"("ports": {"99": {}})", R"(."ports": the switch has no port "99")"),
-      model(R"("ports": {"25": {"medium": 7}})", R"(."ports"."25": "medium" must be 0 (none), 1 (copper) or 2 (fiber))"),
       model(R"("ports": {"3": {"medium": 2}})", R"(."ports"."3": "medium" of a copper port is 1 (copper))"),
       model(R"("ports": {"3": {"fibre": true}})", R"(."ports"."3": "fibre" is now derived from the other facts)"),
-      model(R"("ports": {"4": {"lagMember": 652}})", R"(."ports"."4": "lagMember" is no LAG of the switch)"),
       model(R"("ports": {"3": {"disableReason": 99}})", R"(."ports"."3": "disableReason" is no D-Disable cause's reason)"),
-      model(R"("vlans": [1, 5000])", R"(."vlans": VLANs from 1 to 4093, each once)"),
       model(R"("vlans": [10, 10])", R"(."vlans": VLANs from 1 to 4093, each once)"),
       model(R"("layout": {"copperPorts": -8})", R"(."layout"."copperPorts": must not be negative)"),
-      model(R"("layout": {"copperPorts": 0, "fibrePorts": 0, "lags": 0, "cage": false})",
-          R"(."layout": the switch needs 8 copper ports or more)"),
-      model(R"("layout": {"copperPorts": 8, "fibrePorts": 0, "lags": 1, "cage": false})",
-          R"(."layout": the switch needs a fibre port)"),
       model(R"("layout": {"copperPorts": 8, "fibrePorts": 1, "lags": 1, "cage": true})",
           R"(."layout": the switch has 4 fibre ports with a cage)"),
       model(R"("layout": {"copperPorts": 4294967295, "fibrePorts": 4294967295, "cage": false})",
           R"(."layout": the switch has 648 ports at most)"),
-      model(R"("layout": {"copperPorts": 200, "fibrePorts": 2, "lags": 51, "cage": false})",
-          R"(."layout": the switch has 50 LAGs at most)"),
       model(R"("layout": {"copperPorts": 8, "fibrePorts": 2, "lags": 3, "cage": false})",
           R"(."layout": the switch has too many LAGs for its copper ports (two each))"),
       {"load", R"({"overrides": {"openapiIfAdminStateGot": {"1": 1}}})",
@@ -121,27 +98,16 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       {"load", R"({"overrides": {"openapiIfAdminStateGet": {"1": 1.5}}})",
        "scenario: bad outputs for openapiIfAdminStateGet 1 (a whole number, a string or a list of them)"},
       model(R"("ports": [{}])", R"(."ports": must be an object)"),
-      model(R"("errdisable": [1])", R"(."errdisable": must be an object)"),
-      model(R"("green": {"maxSamples": 4294967295})", R"(."green"."maxSamples": must be from 1 to 8192)"),
       model(R"("layout": {"copperPorts": 4294967304})", R"(."layout"."copperPorts": must be from 0 to 4294967295)"),
       model(R"("ports": {"1": {"pml": {"vlanDynamicLimit": {"-1": 5}}}})",
           R"(."ports"."1"."pml"."vlanDynamicLimit": "-1" is not a number)"),
-      model(R"("ports": {"1": {"pml": {"vlanDynamicLimit": {"5": 5}}}})",
-          R"(."ports"."1": "pml"."vlanDynamicLimit" names a VLAN the switch lacks)"),
-      model(R"("ports": {"3": {"green": {"history": [{"stepS": 0}]}}})",
-          R"(."ports"."3"."green"."history"."stepS": must be from 60 to 2160000)"),
       model(R"("ports": {"25": {"lagMember": 650}})", R"(."ports"."25": "lagMember" is for copper ports)"),
       model(R"("pml": {"vlans": {"5": {}}})", R"(."pml"."vlans": VLAN 5 is no VLAN of the switch)"),
-      model(R"("pml": {"static": [{"ifNum": 99, "macAddr": "00:11:22:33:44:55", "vlanId": 1}]})",
-          R"(."pml"."static"[0]: "ifNum" is no port of the switch)"),
       model(R"("pml": {"dynamic": [{"ifNum": 1, "macAddr": "01:11:22:33:44:55", "vlanId": 1}]})",
           R"(."pml"."dynamic"[0]: "macAddr" is no unicast MAC address (upper-case pairs joined by ":"))"),
-      model(R"("pml": {"static": [{"ifNum": 1, "macAddr": "00:11:22:33:44:55", "vlanId": 5000}]})",
-          R"(."pml"."static"[0]: "vlanId" is no VLAN of the switch)"),
       {{"set", "openapiIfAdminStateGot", "1", "0"}, R"(open-sim: unknown call "openapiIfAdminStateGot")"},
       {{"fail", "openapiIfAdminStateGet", "4294967296"},
        "usage: fail CALL RESULT [COUNT] (RESULT from -2147483648 to 2147483647, COUNT 1 or more)"},
-      {{"reset", "now"}, "usage: reset"},
       {{"frob"}, R"(unknown command "frob" (set, fail, delay, journal, reset, dump, load, clock or play))"},
   };
   sim::Sim s;
@@ -150,25 +116,25 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
   for (const Case &c : cases) {
     Ctl r = ctl(s, c.words);
     bool file = c.words[0] == "play" || c.words[0] == "load";  // its line names the file's kind
-    EXPECT_EQ(r.status, 2) << c.words.back();
-    EXPECT_EQ(r.out, (file ? "open-sim: " : "") + c.line + "\n") << c.words.back();
+    EXPECT_EQ(std::pair(r.status, r.out), std::pair(2, (file ? "open-sim: " : "") + c.line + "\n"));
     ASSERT_TRUE(ctl(s, {"dump"}).out == before) << "the state changed: " << c.words.back();
   }
-  ASSERT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 0);
   ctl(s, {"clock", "advance", "20"});
   EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 1) << "the running timeline went on";
 }
 
-// Each accepted event reaches the model at its moment (its consequences are the model's tests).
+TEST(SimTimeline, AnEmptyListStopsTheRunningTimeline) {
+  sim::Sim s;
+  start(s);
+  ASSERT_EQ(ctl(s, {"play", R"({"timeline": []})"}).status, 0);
+  ctl(s, {"clock", "advance", "30"});
+  EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 0);
+}
+
 TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
-  struct Case {
-    std::string event;  // at 5 s
-    const char *call;
-    uint64_t port;
-    int64_t before, after;
-  } cases[] = {
+  // An event at 5 s, and what `call` reads of `port` before and after; the model tests its consequences.
+  struct Case { std::string event; const char *call; uint64_t port; int64_t before, after; } cases[] = {
       {R"("event": "ddisable", "port": 2, "cause": "pml")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 14},
-      {R"("event": "ddisable", "port": 2, "cause": "bpdustorm")", "rpcclt_openapiIfDisableReasonGet", 2, 0, 5},
       {R"("event": "admin", "port": 5, "state": "disable")", "openapiIfAdminStateGet", 5, 1, 0},
       {R"("event": "link-down", "port": 1.0)", "openapiIfLinkStateGet", 1, 0, 1},
       {R"("event": "transceiver-inserted", "port": 26, "media": "copper")", "openapiIfLinkStateGet", 26, 1, 0},
@@ -184,37 +150,11 @@ TEST(SimTimeline, AcceptedEventsReachTheModelAtTheirMoment) {
   }
 }
 
-// The new rates count on from the event; the burst counts once.
-TEST(SimTimeline, TrafficSetsTheRatesAndCountsTheBurstOnce) {
-  sim::Sim s;
-  start(s);
-  int64_t errors = simRead(s, "rpcclt_openapiIfInErrorsGet", 1);
-  int64_t octets = simRead(s, "rpcclt_openapiIfInOctetsGet", 1);
-  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 0, "event": "traffic", "port": 1, "inOctetsPerSec": 1000,
-                                         "outOctetsPerSec": 0, "inErrors": 500})")}).out, "");
-  EXPECT_EQ(simRead(s, "rpcclt_openapiIfInErrorsGet", 1) - errors, 500);
-  ctl(s, {"clock", "advance", "2"});
-  EXPECT_EQ(simRead(s, "rpcclt_openapiIfInOctetsGet", 1) - octets, 2000);
-  int64_t out = simRead(s, "rpcclt_openapiIfOutOctetsGet", 1);
-  ctl(s, {"clock", "advance", "2"});
-  EXPECT_EQ(simRead(s, "rpcclt_openapiIfOutOctetsGet", 1), out);
-}
-
-TEST(SimTimeline, AnEmptyListStopsTheRunningTimeline) {
-  sim::Sim s;
-  start(s);
-  ASSERT_EQ(ctl(s, {"play", R"({"timeline": []})"}).status, 0);
-  ctl(s, {"clock", "advance", "30"});
-  EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 1), 0);
-}
-
 TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
   const char *getter = "openapiIfAdminStateGet";
   const uint64_t ports[] = {3, 5, 9999};  // 9999: a port the scenario lacks
-  struct Step {
-    std::vector<std::string> ctl;  // empty: the CGI's setter call for port 3
-    int64_t want[3];
-  } steps[] = {
+  // A control word or, when empty, the CGI's setter call for port 3; then what each port reads.
+  struct Step { std::vector<std::string> ctl; int64_t want[3]; } steps[] = {
       {{"set", getter, "*", "2"}, {2, 2, 2}},  // over the scenario's per-port values
       {{"set", getter, "5", "0"}, {2, 0, 2}},
       {{}, {1, 0, 2}},
@@ -223,14 +163,10 @@ TEST(SimRules, TheLatestOfStarSpecificAndSetterWinsUntilReset) {
   };
   sim::Sim s;
   start(s);
+  sim::Call set{"rpcclt_openapiIfAdminStateSet", {simArg(wire::kInNum, 3), simArg(wire::kInNum, 1)}};
   for (const Step &step : steps) {
-    if (step.ctl.empty()) {
-      sim::Call set{"rpcclt_openapiIfAdminStateSet", {simArg(wire::kInNum, 3), simArg(wire::kInNum, 1)}};
-      ASSERT_EQ(sim::handleCall(s, set), 0);
-    } else {
-      Ctl r = ctl(s, step.ctl);
-      ASSERT_EQ(r.status, 0) << r.out;
-    }
+    Ctl r = step.ctl.empty() ? Ctl{sim::handleCall(s, set), ""} : ctl(s, step.ctl);
+    ASSERT_EQ(r.status, 0) << r.out;
     for (size_t p = 0; p < std::size(ports); ++p)
       EXPECT_EQ(simRead(s, getter, ports[p]), step.want[p])
           << "step " << &step - steps << ", port " << ports[p];
@@ -244,16 +180,10 @@ TEST(SimClock, TakesDecimalSecondsOnlyAndARefusalLeavesTheTime) {
   start(s);
   ASSERT_EQ(ctl(s, {"clock", "advance", "2.5"}).status, 0);
   ASSERT_EQ(ctl(s, {"clock", "advance", "0.0004"}).status, 0);  // rounds to no time at all
-  ASSERT_EQ(now(s), "paused 12.500\n");
-  for (const char *bad : {"0x10", "1e3", "inf", "nan", "-1", "+1", "", " 1", "1 ", "1.2.3", ".", "10000000000.1"}) {
-    Ctl r = ctl(s, {"clock", "advance", bad});
-    EXPECT_EQ(r.status, 2) << bad;
-    EXPECT_EQ(r.out, std::string("open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), "
-                                 "not \"") + bad + "\"\n");
-  }
-  for (std::vector<std::string> words : {std::vector<std::string>{"clock", "stop"}, {"clock", "advance"},
-                                         {"clock", "next", "1"}, {"clock", "advance", "1", "2"}})
-    EXPECT_EQ(ctl(s, words).out, "usage: clock [pause | run | advance SECONDS | next]\n");
+  std::string refusal = "open-sim: clock advance takes decimal seconds from 0 to 10000000000 (as 2.5), not ";
+  for (const char *bad : {"0x10", "-1", "", ".", "1.2.3", "10000000000.1"})
+    EXPECT_EQ(ctl(s, {"clock", "advance", bad}).out, refusal + "\"" + bad + "\"\n");
+  EXPECT_EQ(ctl(s, {"clock", "stop"}).out, "usage: clock [pause | run | advance SECONDS | next]\n");
   EXPECT_EQ(now(s), "paused 12.500\n");
   ASSERT_EQ(ctl(s, {"clock", "advance", "10000000000"}).status, 0);
   EXPECT_EQ(now(s), "paused 10000000012.500\n");
@@ -268,18 +198,19 @@ std::string recoveringSwitch() {
                        "green": {"sampleIntervalMin": 36000, "nextSampleMs": 2160000000}}})";
 }
 
-TEST(SimClock, NextStopsAtEachPendingThingInTurn) {
+// `clock next` stops at each pending thing in turn; a dump shows what is pending and loads back.
+TEST(SimClock, NextStopsAtEachPendingThingAndDumpShowsThem) {
   sim::Sim s;
   start(s, recoveringSwitch());
-  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 1, "event": "ddisable", "port": 2, "cause": "bpduguard"},
-                                      {"at": 5.5, "event": "link-down", "port": 3},
-                                      {"at": 5.5, "event": "admin", "port": 5, "state": "disable"})")}).out, "");
-  struct Step {
-    const char *out;
-    int64_t port2Reason, link3;
-  } steps[] = {
+  std::string events = R"({"at": 1, "event": "ddisable", "port": 2, "cause": "bpduguard"},
+                         {"at": 5.5, "event": "link-down", "port": 3},
+                         {"at": 5.5, "event": "admin", "port": 5, "state": "disable"},
+                         {"at": 20.25, "event": "traffic", "port": 3, "inErrors": 5})";
+  ASSERT_EQ(ctl(s, {"play", playFile(events)}).out, "");
+  struct Step { const char *out; int64_t port2Reason, link3; } steps[] = {
       {"11.000 ddisable on port 2 (timeline event 1)\n", 4, 0},
       {"15.500 link-down on port 3 (timeline event 2)\n15.500 admin on port 5 (timeline event 3)\n", 4, 1},
+      {"30.250 traffic on port 3 (timeline event 4)\n", 4, 1},
       {"71.000 port 2 recovers from D-Disable\n", 0, 1},
   };
   for (const Step &step : steps) {
@@ -288,37 +219,28 @@ TEST(SimClock, NextStopsAtEachPendingThingInTurn) {
     EXPECT_EQ(r.out, step.out);
     EXPECT_EQ(simRead(s, "rpcclt_openapiIfDisableReasonGet", 2), step.port2Reason);
     EXPECT_EQ(simRead(s, "openapiIfLinkStateGet", 3), step.link3);
+    if (&step != steps) continue;  // at 11 s: what is still to come, and the dump of it loaded back
+    Ctl dump = ctl(s, {"dump"});
+    sim::Json root(cJSON_Parse(dump.out.c_str()));
+    char *pending = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(root.get(), "pending"));
+    EXPECT_STREQ(pending, R"({"now":11,"paused":true,"timeline":[{"at":15.5,"event":"link-down","port":3},)"
+                          R"({"at":15.5,"event":"admin","port":5,"state":"disable"},)"
+                          R"({"at":30.25,"event":"traffic","port":3,"inErrors":5}],)"
+                          R"("timers":[{"at":71,"what":"port 2 recovers from D-Disable"},)"
+                          R"({"at":2160000,"what":"power-saving history sample"}]})");
+    cJSON_free(pending);
+    sim::Sim loaded;
+    EXPECT_EQ(ctl(loaded, {"load", dump.out}).out, "");
   }
   EXPECT_EQ(simRead(s, "openapiIfAdminStateGet", 5), 0);
-}
-
-// The events still to come at the simulated time they apply, the timers,
-// and the moment; a dump loads back as the scenario it shows.
-TEST(SimTimeline, DumpShowsWhatIsPending) {
-  sim::Sim s;
-  start(s, recoveringSwitch());
-  ASSERT_EQ(ctl(s, {"play", playFile(R"({"at": 1, "event": "ddisable", "port": 2, "cause": "bpduguard"},
-                                      {"at": 20.25, "event": "traffic", "port": 3, "inErrors": 5})")}).out, "");
-  ctl(s, {"clock", "advance", "1"});
-  Ctl dump = ctl(s, {"dump"});
-  sim::Json root(cJSON_Parse(dump.out.c_str()));
-  char *pending = cJSON_PrintUnformatted(cJSON_GetObjectItemCaseSensitive(root.get(), "pending"));
-  EXPECT_STREQ(pending, R"({"now":11,"paused":true,)"
-                        R"("timeline":[{"at":30.25,"event":"traffic","port":3,"inErrors":5}],)"
-                        R"("timers":[{"at":71,"what":"port 2 recovers from D-Disable"},)"
-                        R"({"at":2160000,"what":"power-saving history sample"}]})");
-  cJSON_free(pending);
-  EXPECT_EQ(ctl(s, {"load", dump.out}).out, "");
 }
 
 TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
   sim::Sim s;
   start(s);
   const char *call = "openapiIfAdminStateGet";
-  struct Step {
-    std::vector<std::string> ctl;  // empty: one call, which waits `delay`
-    int64_t delay;
-  } steps[] = {
+  // A control word or, when empty, one call, which waits `delay`.
+  struct Step { std::vector<std::string> ctl; int64_t delay; } steps[] = {
       {{"delay", call, "50", "2"}, 0}, {{}, 50}, {{}, 50}, {{}, 0},
       {{"delay", call, "70"}, 0}, {{}, 70}, {{}, 70}, {{}, 70},
       {{"delay", call, "0"}, 0}, {{}, 0},
@@ -329,74 +251,36 @@ TEST(SimDelay, CountsItsCallsAndEndsWithZeroOrALoad) {
     else ASSERT_EQ(ctl(s, step.ctl).status, 0) << step.ctl[1];
   }
   const char *usage = "usage: delay CALL MS [COUNT] (MS from 0 to 3600000, COUNT 1 or more)\n";
-  for (std::vector<std::string> words : {std::vector<std::string>{"delay", call, "-1"}, {"delay", call, "3600001"},
-                                         {"delay", call, "1.5"}, {"delay", call, ""}, {"delay", call, "70", "0"},
-                                         {"delay", call}})
-    EXPECT_EQ(ctl(s, words).out, usage) << words[2];
+  EXPECT_EQ(ctl(s, {"delay", call, "1.5"}).out, usage);
+  EXPECT_EQ(ctl(s, {"delay", call, "70", "0"}).out, usage);
   EXPECT_EQ(sim::takeDelay(s, call), 0);
-}
-
-std::string adminStateFrame(uint64_t port) {
-  char buf[128];
-  wire::Writer w{buf, sizeof buf};
-  w.u32(0);
-  w.text("openapiIfAdminStateGet", sizeof "openapiIfAdminStateGet" - 1);
-  w.u8(2);
-  for (auto [kind, value] : {std::pair{wire::kInNum, port}, std::pair{wire::kOutNum, uint64_t{0}}}) {
-    w.u8(kind);
-    w.u8(4);
-    w.u64(value);
-  }
-  uint32_t len = static_cast<uint32_t>(w.len - 4);
-  memcpy(buf, &len, 4);
-  return std::string(buf, w.len);
-}
-bool askAdminState(int fd, std::initializer_list<uint64_t> ports) {
-  std::string frames;
-  for (uint64_t port : ports) frames += adminStateFrame(port);
-  return simSendAll(fd, frames.data(), frames.size());
-}
-
-// The admin state a reply carries; -1 for a failed call or no reply.
-int64_t adminStateReply(int fd) {
-  char reply[64];
-  uint32_t len = 0;
-  if (!simRecvAll(fd, reinterpret_cast<char *>(&len), 4) || len > sizeof reply || !simRecvAll(fd, reply, len))
-    return -1;
-  wire::Reader r{reply, len};
-  int32_t result = static_cast<int32_t>(r.u32());
-  r.u8();
-  bool written = r.u8();
-  uint64_t value = r.u64();
-  return r.ok && result == 0 && written ? static_cast<int64_t>(value) : -1;
 }
 
 int64_t msSince(int64_t startMs) { return sim::machineMonotonicMs() - startMs; }
 
-// The delayed call answers no sooner than asked, with the state it asked
-// for; another client is answered meanwhile, and the delayed client's next
-// call waits its turn but is not itself delayed. Only lower bounds and the
-// order are held: a loaded machine may answer anything later.
+// The delayed call answers no sooner than asked, and another client meanwhile. Only a lower bound
+// and the order are held: a loaded machine may answer anything later.
 TEST(SimDelay, HoldsOnlyTheDelayedCallsConnection) {
   constexpr int64_t kDelayMs = 800;
-  InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs), "1"},
-                       {"set", "openapiIfAdminStateGet", "9", "0"}});
-  int slow = simConnect(nullptr, 10000), other = simConnect(nullptr, 10000);
-  ASSERT_GE(slow, 0);
-  ASSERT_GE(other, 0);
-  int64_t start = sim::machineMonotonicMs();
-  ASSERT_TRUE(askAdminState(slow, {1, 9}));
+  InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs), "1"}});
+  openapiClientHandle_t slow, other;
+  ASSERT_EQ(openapiClientRegister("slow", &slow), OPEN_E_NONE);
+  ASSERT_EQ(openapiClientRegister("other", &other), OPEN_E_NONE);
+  uint32_t admin = 0, link = 0;
+  int64_t start = sim::machineMonotonicMs(), slowMs = 0;
+  std::thread held([&] {
+    EXPECT_EQ(openapiIfAdminStateGet(&slow, 1, &admin), OPEN_E_NONE);
+    slowMs = msSince(start);
+  });
   usleep(50000);  // the delayed call arrives first
-  ASSERT_TRUE(askAdminState(other, {9}));
-  EXPECT_EQ(adminStateReply(other), 0);
+  EXPECT_EQ(openapiIfLinkStateGet(&other, 1, &link), OPEN_E_NONE);
   int64_t otherMs = msSince(start);
-  EXPECT_EQ(adminStateReply(slow), 1);
-  int64_t slowMs = msSince(start);
-  EXPECT_EQ(adminStateReply(slow), 0);
+  held.join();
+  EXPECT_EQ(admin, 1u);
   EXPECT_GE(slowMs, kDelayMs);
   EXPECT_LT(otherMs, slowMs) << "the other client waited for the delayed one";
-  close(slow);
-  close(other);
+  openapiClientTearDown(&slow);
+  openapiClientTearDown(&other);
 }
 
 int64_t cpuMs() {
@@ -405,16 +289,18 @@ int64_t cpuMs() {
   return (u.ru_utime.tv_sec + u.ru_stime.tv_sec) * 1000 + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1000;
 }
 
-// A client that hangs up while its reply is held (as one that timed out does) must not keep the
-// server's loop awake until the reply was due. CPU time is this process's own: load does not inflate it.
+// A client that hangs up while its reply is held must not keep the server's loop awake until the
+// reply was due. CPU time is this process's own: load does not inflate it.
 TEST(SimDelay, AClientGoneWhileHeldCostsNothing) {
   constexpr int64_t kDelayMs = 1000;
   InProcessSim served({{"delay", "openapiIfAdminStateGet", std::to_string(kDelayMs)}});
-  int gone = simConnect(nullptr, 10000);
-  ASSERT_GE(gone, 0);
-  ASSERT_TRUE(askAdminState(gone, {1}));
+  openapiClientHandle_t gone;
+  ASSERT_EQ(openapiClientRegister("gone", &gone), OPEN_E_NONE);
+  uint32_t admin = 0;
+  std::thread held([&] { EXPECT_NE(openapiIfAdminStateGet(&gone, 1, &admin), OPEN_E_NONE); });
   usleep(100000);  // the call is held
-  close(gone);
+  shutdown(gone.sock, SHUT_RDWR);  // as a client that timed out hangs up
+  held.join();
   int64_t before = cpuMs();
   usleep(static_cast<useconds_t>(kDelayMs * 1000));
   EXPECT_LT(cpuMs() - before, kDelayMs / 10);

@@ -1,41 +1,28 @@
-// Shared by the unit tests: environment, temporary folders, a logger that
-// writes into one, the simulated switch in-process and in a thread.
+// Shared by the unit tests: environment, temporary folders, a logger, the simulator in a thread.
 #ifndef TESTS_UNIT_TEST_SUPPORT_H
 #define TESTS_UNIT_TEST_SUPPORT_H
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <fstream>
-#include <iterator>
 #include <optional>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "frame/log.h"
-#include "sim/client_io.h"
+#include "open_api.h"
 #include "sim/sim_server.h"
 
 // Variables set (null: unset) for a scope; the old values come back.
-class ScopedEnv {
- public:
+struct ScopedEnv {
   ScopedEnv(std::initializer_list<std::pair<const char *, const char *>> vars) {
     for (auto [name, value] : vars) {
       saved_.emplace_back(name, getenv(name) ? std::optional<std::string>(getenv(name)) : std::nullopt);
-      set(name, value);
+      value ? setenv(name, value, 1) : unsetenv(name);
     }
   }
-  ~ScopedEnv() {
-    for (auto &[name, old] : saved_) set(name, old ? old->c_str() : nullptr);
-  }
-  static void set(const char *name, const char *value) { value ? setenv(name, value, 1) : unsetenv(name); }
-
- private:
+  ~ScopedEnv() { for (auto &[name, old] : saved_) old ? setenv(name, old->c_str(), 1) : unsetenv(name); }
   std::vector<std::pair<const char *, std::optional<std::string>>> saved_;
 };
 
@@ -72,14 +59,12 @@ inline void plantAt(const std::string &path, Plant plant, mode_t mode, bool fold
   ASSERT_EQ(failed, 0) << path;
 }
 
-// The logger writing into a temporary folder at `level` for a scope.
-struct LogCapture {
+struct LogCapture {  // the logger writing into a temporary folder at `level` for a scope
   explicit LogCapture(const char *level = "7") {
     writeText(levelFile, level);
     reopen();
   }
   ~LogCapture() { logClose(), logUseFiles(nullptr); }
-  // As a new process opens the files: after a test has written into them.
   void reopen() {
     logUseFiles(&files);
     logOpen(LOG_TO_FILE, 8, "quill_cgi");
@@ -90,11 +75,7 @@ struct LogCapture {
   LogFiles files = {log.c_str(), old.c_str(), levelFile.c_str()};
 };
 
-// A control word's status and output, as `open-sim ctl` would print them.
-struct Ctl {
-  int status;
-  std::string out;
-};
+struct Ctl { int status; std::string out; };  // as `open-sim ctl` would print them
 inline Ctl ctl(sim::Sim &s, const std::vector<std::string> &words) {
   Ctl r;
   r.status = sim::handleControl(s, words, &r.out);
@@ -113,35 +94,26 @@ inline int64_t simRead(sim::Sim &s, const char *call, uint64_t port) {
   return sim::handleCall(s, c) == 0 ? static_cast<int64_t>(c.args[1].num) : -1;
 }
 
-// The default simulated switch, changed by control words before any client
-// connects, served from a thread for one scope.
-class InProcessSim {
- public:
+// The default switch, changed by control words before any client connects, served for one scope.
+struct InProcessSim {
   explicit InProcessSim(const std::vector<std::vector<std::string>> &controls) {
     std::string text;
     sim::loadScenario(sim_, sim::defaultScenario(), &text);
     for (const auto &words : controls) EXPECT_EQ(sim::handleControl(sim_, words, &text), 0) << text;
     thread_ = std::thread([this] { sim::serve(sim_, socket_.c_str()); });
-    // Ready when it answers (its socket file exists before it listens); one
-    // that never answers fails the test here, not later as a puzzling reply.
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    bool answered;
-    while (!(answered = answers(socket_.c_str())) && std::chrono::steady_clock::now() < deadline) usleep(10000);
-    if (!answered) ADD_FAILURE() << "the simulator on " << socket_ << " did not answer within 30 s";
+    // Ready when it answers (its socket exists before it listens); one that never does fails here.
+    for (int waits = 0; waits < 3000 && !answers(); ++waits) usleep(10000);
+    if (!answers()) ADD_FAILURE() << "the simulator on " << socket_ << " did not answer within 30 s";
   }
   ~InProcessSim() {
     sim::stopServing();
     thread_.join();
   }
-
- private:
-  static bool answers(const char *socket) {
-    int fd = simConnect(socket, 1000);
-    if (fd < 0) return false;
-    char frame[4] = {}, reply[256];  // an empty frame is no call: answered without a change
-    size_t length = 0;
-    bool answered = simExchange(fd, frame, sizeof frame, reply, sizeof reply, &length);
-    close(fd);
+  // A client registers locally while nobody listens: only an answered registration is connected.
+  static bool answers() {
+    openapiClientHandle_t client;
+    bool answered = openapiClientRegister("unit", &client) == OPEN_E_NONE && client.connected;
+    openapiClientTearDown(&client);
     return answered;
   }
   TempDir dir_;

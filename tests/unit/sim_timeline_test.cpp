@@ -4,7 +4,9 @@
 #include <sys/socket.h>
 
 #include "open_api.h"
+#include "sim/client_io.h"
 #include "sim/sim.h"
+#include "sim/wire.h"
 #include "switch_facts.h"
 #include "test_support.h"
 
@@ -281,6 +283,36 @@ TEST(SimDelay, HoldsOnlyTheDelayedCallsConnection) {
   EXPECT_LT(otherMs, slowMs) << "the other client waited for the delayed one";
   openapiClientTearDown(&slow);
   openapiClientTearDown(&other);
+}
+
+// Two admin-state requests for port 1 written at once on one connection, the
+// first delayed: the second, read along with it, is answered once the first
+// has gone, not left waiting for input that never comes.
+TEST(SimDelay, AnswersWhatWaitedBehindAHeldReply) {
+  InProcessSim served({{"delay", "openapiIfAdminStateGet", "300", "1"}});
+  int fd = simConnect(nullptr, 10000);
+  ASSERT_GE(fd, 0);
+  char frames[128];
+  wire::Writer w{frames, sizeof frames / 2};
+  w.u32(0);
+  w.text("openapiIfAdminStateGet", sizeof "openapiIfAdminStateGet" - 1);
+  w.u8(2);
+  for (auto [kind, value] : {std::pair{wire::kInNum, 1}, std::pair{wire::kOutNum, 0}}) {
+    w.u8(kind);
+    w.u8(4);
+    w.u64(value);
+  }
+  uint32_t len = static_cast<uint32_t>(w.len - 4);
+  memcpy(frames, &len, 4);
+  memcpy(frames + w.len, frames, w.len);
+  ASSERT_TRUE(simSendAll(fd, frames, 2 * w.len));
+  for (int reply = 0; reply < 2; ++reply) {
+    char body[64];
+    ASSERT_TRUE(simRecvAll(fd, reinterpret_cast<char *>(&len), 4) && len <= sizeof body && simRecvAll(fd, body, len))
+        << "reply " << reply;
+    EXPECT_EQ((wire::Reader{body, len}.u32()), 0u) << "reply " << reply;
+  }
+  close(fd);
 }
 
 int64_t cpuMs() {

@@ -173,7 +173,6 @@ bool loadScenario(Sim &s, const std::string &json, std::string *error) {
       !loadOverrides(next, cJSON_GetObjectItemCaseSensitive(file.get(), "overrides"), error) ||
       !parseTimeline(next, cJSON_GetObjectItemCaseSensitive(file.get(), "timeline"), 0, &next.timeline, error))
     return false;
-  s.interfaces = std::move(next.interfaces);
   s.model = std::move(next.model);
   s.overrides = std::move(next.overrides);
   s.timeline = std::move(next.timeline);

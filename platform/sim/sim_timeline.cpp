@@ -199,7 +199,7 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
     *error = f == NumberFault::Missing ? "no \"port\"" : numberFaultText("port", f, 1, kMostNumber);
     return false;
   }
-  const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
+  std::optional<Interface> i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : std::nullopt;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
     char text[64];
     snprintf(text, sizeof text, "unknown port %.15g", port->valuedouble);

@@ -211,6 +211,7 @@ const CallRule *findRule(const std::string &name);
 struct RuleGroup {
   const CallRule *rules;
   size_t count;
+  void (*seed)(Sim &);
 };
 extern const RuleGroup kRuleGroups[];
 extern const size_t kRuleGroupCount;
@@ -263,7 +264,6 @@ bool linkUp(const Sim &s, uint32_t ifNum);
 void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // as the 32-bit counter reads
 uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // all counted, unwrapped
 int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
@@ -337,28 +337,9 @@ void seedSwitch(Sim &s, const SwitchLayout &layout);
 // before load; its cable, partner and counters stay as they were.
 inline constexpr uint32_t kGuardedPort = 7;
 
-// Each group's seed and its lines of the call table.
-void seedSystem(Sim &s);
-void seedInterfaces(Sim &s);
-void seedAttributes(Sim &s);
-void seedPml(Sim &s);
-void seedGreen(Sim &s);
-void seedInterfaceApp(Sim &s);
-void seedCounters(Sim &s);
-extern const CallRule kSystemRules[];
-extern const size_t kSystemRuleCount;
-extern const CallRule kInterfaceRules[];
-extern const size_t kInterfaceRuleCount;
-extern const CallRule kAttributeRules[];
-extern const size_t kAttributeRuleCount;
-extern const CallRule kPmlRules[];
-extern const size_t kPmlRuleCount;
-extern const CallRule kGreenRules[];
-extern const size_t kGreenRuleCount;
-extern const CallRule kInterfaceAppRules[];
-extern const size_t kInterfaceAppRuleCount;
-extern const CallRule kCounterRules[];
-extern const size_t kCounterRuleCount;
+// Each group's lines of the call table and the seed of its facts.
+extern const RuleGroup kSystemGroup, kInterfaceGroup, kAttributeGroup, kPmlGroup, kGreenGroup, kInterfaceAppGroup,
+    kCounterGroup;
 
 // Rules over one field of a port, by accessor: the call finds the port
 // by its interface number (OPEN_E_NOT_FOUND without one) and answers or

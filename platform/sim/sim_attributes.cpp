@@ -355,12 +355,11 @@ const CallRule kAttributeRules[] = {
     SIM_RULE(rpcclt_openapiIntfExpandableModePeersGetByModeGet, peersByMode),
     SIM_SETTER(rpcclt_openapiIntfFECModeSet, rpcclt_openapiIntfFECModeGet, fecModeSet),
 };
-const size_t kAttributeRuleCount = sizeof kAttributeRules / sizeof kAttributeRules[0];
 
 // Copper ports negotiate; fibre ports run fixed at 25G in the cage, 10G
 // as uplinks. The storage array behind the first fibre port runs jumbo
 // frames.
-void seedAttributes(Sim &s) {
+static void seedAttributes(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
   for (auto &[n, p] : s.model.ports) {
     p.speedMode = !layout.isFibre(n) ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
@@ -369,5 +368,7 @@ void seedAttributes(Sim &s) {
     p.settings.expandConfigMode = p.settings.expandOperMode = cage ? kSingle25G : 0;
   }
 }
+
+const RuleGroup kAttributeGroup = {kAttributeRules, std::size(kAttributeRules), seedAttributes};
 
 }  // namespace sim

@@ -132,10 +132,6 @@ int cableTestCall(Sim &s, Call &c) {
 
 }  // namespace
 
-uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
-  return countedAt(s, p, which, atMs) % kCounterWrap;
-}
-
 uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
   return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
 }
@@ -214,11 +210,10 @@ const CallRule kCounterRules[] = {
     SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, unitSlotPortCall),
     SIM_RULE(rpcclt_openapiCableStatusGet, cableTestCall),
 };
-const size_t kCounterRuleCount = sizeof kCounterRules / sizeof kCounterRules[0];
 
 // Every port carries quiet traffic once linked; the profiled ones what
 // their device sends, counted since the last clear.
-void seedCounters(Sim &s) {
+static void seedCounters(Sim &s) {
   for (const TrafficProfile &t : kProfiles) {
     Port *p = findPort(s, t.ifNum ? t.ifNum : s.model.layout.firstFibre());
     if (!p) continue;
@@ -226,5 +221,7 @@ void seedCounters(Sim &s) {
     for (int c = 0; c < kCounterCount; ++c) p->counters[c] = grown(t.rates, static_cast<Counter>(c), t.countedMs);
   }
 }
+
+const RuleGroup kCounterGroup = {kCounterRules, std::size(kCounterRules), seedCounters};
 
 }  // namespace sim

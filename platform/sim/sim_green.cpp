@@ -671,14 +671,15 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, historyNextSample),
     SIM_RULE(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, historyClear),
 };
-const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 
-void seedGreen(Sim &s) {
+static void seedGreen(Sim &s) {
   s.model.green = Green();
   for (auto &[n, p] : s.model.ports) {
     seedPower(p, isFibre(s, p));
     if (isGreen(s, p)) seedGreenPort(s, p);
   }
 }
+
+const RuleGroup kGreenGroup = {kGreenRules, std::size(kGreenRules), seedGreen};
 
 }  // namespace sim

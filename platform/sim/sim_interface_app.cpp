@@ -72,12 +72,13 @@ const CallRule kInterfaceAppRules[] = {
                (ledSet<SIM_PORT_FIELD(settings.ledBrightness), kBrightnessMax>)),
     SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet, ledGet<SIM_PORT_FIELD(settings.ledBrightness)>),
 };
-const size_t kInterfaceAppRuleCount = sizeof kInterfaceAppRules / sizeof kInterfaceAppRules[0];
 
 // The guest-room ports follow the office-hours schedule.
-void seedInterfaceApp(Sim &s) {
+static void seedInterfaceApp(Sim &s) {
   for (auto &[n, p] : s.model.ports) p.settings.timeRange = n >= 9 && n <= 12 ? "office-hours" : "";
   s.model.ledMode = 1;
 }
+
+const RuleGroup kInterfaceAppGroup = {kInterfaceAppRules, std::size(kInterfaceAppRules), seedInterfaceApp};
 
 }  // namespace sim

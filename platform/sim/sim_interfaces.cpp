@@ -199,7 +199,6 @@ const CallRule kInterfaceRules[] = {
     SIM_RULE(rpcclt_openapiIfNumGet, numByNameCall),
     SIM_RULE(rpcclt_openapiRtrVlanIntfIfNumGet, routingInterfaceCall),
 };
-const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
 
 std::optional<Interface> findInterface(const Sim &s, uint32_t ifNum) {
   std::optional<Interface> i = ifNum ? interfaceAbove(s, ifNum - 1) : std::nullopt;
@@ -250,7 +249,7 @@ bool vlanExists(const Sim &s, uint32_t vlan) {
 // A handful of ports have a cable plugged in, the storage array on the
 // first fibre port; the guarded port keeps its cable and partner while
 // shut.
-void seedInterfaces(Sim &s) {
+static void seedInterfaces(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
   s.model.ports.clear();
   for (uint32_t n = 1; n <= layout.ports(); ++n) {
@@ -277,5 +276,7 @@ void seedInterfaces(Sim &s) {
   findPort(s, 2)->settings.description = "Office access point";
   findPort(s, layout.firstFibre())->settings.description = "Storage array";
 }
+
+const RuleGroup kInterfaceGroup = {kInterfaceRules, std::size(kInterfaceRules), seedInterfaces};
 
 }  // namespace sim

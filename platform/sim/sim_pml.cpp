@@ -163,21 +163,11 @@ int staticGlobalCount(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-int staticCount(Sim &s, Call &c) {
+// A port's entries in one table, or only those that came from learning.
+template <Table Pml::*T, bool LearnedOnly = false>
+int portCount(Sim &s, Call &c) {
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.outLast(countIf(s.model.pml.statics, [&](const Entry &e) { return e.ifNum == c.port(); }));
-  return OPEN_E_NONE;
-}
-
-int staticLearnedCount(Sim &s, Call &c) {
-  if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.outLast(countIf(s.model.pml.statics, [&](const Entry &e) { return e.ifNum == c.port() && e.learned; }));
-  return OPEN_E_NONE;
-}
-
-int dynamicCount(Sim &s, Call &c) {
-  if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.outLast(countIf(s.model.pml.dynamics, [&](const Entry &e) { return e.ifNum == c.port(); }));
+  c.outLast(countIf(s.model.pml.*T, [&](const Entry &e) { return e.ifNum == c.port() && (e.learned || !LearnedOnly); }));
   return OPEN_E_NONE;
 }
 
@@ -482,7 +472,7 @@ const CallRule kPmlRules[] = {
                (portSet<SIM_PORT_FIELD(pml.staticLimit), 0, kStaticMax>)),
     SIM_RULE(rpcclt_openapiPmlIntfDynamicMaxLimitGet, portGet<SIM_PORT_FIELD(pml.dynamicMaxLimit)>),
     SIM_RULE(rpcclt_openapiPmlIntfStaticMaxLimitGet, portGet<SIM_PORT_FIELD(pml.staticMaxLimit)>),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticCountGet, staticCount),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticCountGet, portCount<&Pml::statics>),
     SIM_RULE(rpcclt_openapiPmlIntfViolationTrapModeGet, portGet<SIM_PORT_FIELD(pml.trapMode)>),
     SIM_SETTER(rpcclt_openapiPmlIntfViolationTrapModeSet, rpcclt_openapiPmlIntfViolationTrapModeGet,
                portSet<SIM_PORT_FIELD(pml.trapMode)>),
@@ -499,8 +489,8 @@ const CallRule kPmlRules[] = {
     SIM_SETTER(rpcclt_openapiPmlIntfAgeTimeSet, rpcclt_openapiPmlIntfAgeTimeGet,
                (portSet<SIM_PORT_FIELD(pml.ageTime), 0, kAgeTimeMax>)),
     SIM_RULE(rpcclt_openapiPmlIntfLastViolationAddrGet, lastViolation),
-    SIM_RULE(rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, dynamicCount),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, staticLearnedCount),
+    SIM_RULE(rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, portCount<&Pml::dynamics>),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, (portCount<&Pml::statics, true>)),
     SIM_RULE(rpcclt_openapiPmlStaticAddrCountByVlanGet, staticCountByVlan),
     SIM_RULE(rpcclt_openapiPmlVlanDynamicLimitGet, vlanGet<&PmlVlan::dynamicLimit>),
     SIM_SETTER(rpcclt_openapiPmlVlanDynamicLimitSet, rpcclt_openapiPmlVlanDynamicLimitGet,
@@ -530,13 +520,14 @@ const CallRule kPmlRules[] = {
     SIM_RULE(rpcclt_openapiPmlDot1qciStreamGet, streamGet),
     SIM_RULE(rpcclt_openapiPmlDot1qciStreamDelete, streamDelete),
 };
-const size_t kPmlRuleCount = sizeof kPmlRules / sizeof kPmlRules[0];
 
-void seedPml(Sim &s) {
+static void seedPml(Sim &s) {
   s.model.pml = Pml();
   for (auto &[n, p] : s.model.ports) seedPort(s, p);
   for (uint32_t vlan : s.model.vlans) seedVlan(s, vlan);
   seedTables(s.model.pml, s.model.layout.firstFibre());
 }
+
+const RuleGroup kPmlGroup = {kPmlRules, std::size(kPmlRules), seedPml};
 
 }  // namespace sim

@@ -268,11 +268,12 @@ const CallRule kSystemRules[] = {
     SIM_RULE(rpcclt_openapiTxtCfgCompress, cliCompress),
     SIM_RULE(rpcclt_openapiTxtCfgApply, cliApply),
 };
-const size_t kSystemRuleCount = sizeof kSystemRules / sizeof kSystemRules[0];
 
-void seedSystem(Sim &s) {
+static void seedSystem(Sim &s) {
   s.model.errdisable.recovers.assign(kCauseCount, false);
   s.model.errdisable.enabledAtMs.assign(kCauseCount, 0);
 }
+
+const RuleGroup kSystemGroup = {kSystemRules, std::size(kSystemRules), seedSystem};
 
 }  // namespace sim

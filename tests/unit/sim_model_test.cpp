@@ -59,19 +59,14 @@ struct Reply {
 // The declared parameters after the client handle, as written.
 std::vector<std::string> declarations(const sim::CallId &id) {
   std::vector<std::string> out;
-  std::string all = id.params, one;
-  for (char ch : all.substr(1, all.size() - 2) + ",") {
-    if (ch != ',') {
-      one += ch;
-      continue;
-    }
+  std::string all = id.params;
+  std::istringstream list(all.substr(1, all.size() - 2));
+  for (std::string one; std::getline(list, one, ',');)
     if (one.find("openapiClientHandle_t") == std::string::npos) out.push_back(one);
-    one.clear();
-  }
   return out;
 }
 
-// A declaration's last word: the parameter's name.
+// A declaration's last word is the parameter's name.
 std::string nameOf(const std::string &declaration) { return declaration.substr(declaration.find_last_of(" *") + 1); }
 
 Reply ask(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in = {}) {

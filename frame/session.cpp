@@ -6,7 +6,7 @@
 #include <string.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <time.h>
+#include <sys/sysinfo.h>
 #include <unistd.h>
 
 #include "frame/log.h"
@@ -21,12 +21,10 @@ constexpr int kStampLine = 200;
 constexpr int kPrivilegeLine = 16;
 constexpr size_t kRefreshText = 256;
 
-// The seconds since boot as sysinfo counts them (a started second counts
-// whole), read from the clock without a system call.
 bool systemUptime(long *now) {
-  timespec since = {};
-  if (clock_gettime(CLOCK_BOOTTIME, &since) != 0) return false;
-  *now = since.tv_sec + (since.tv_nsec != 0);
+  struct sysinfo info = {};
+  if (sysinfo(&info) != 0) return false;
+  *now = info.uptime;
   return true;
 }
 
@@ -200,7 +198,6 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", shown);
     return -1;
   }
-  // Given back when the file is closed, on every way out of the check.
   if (flock(f.fd, LOCK_EX) != 0) {
     LOG_AT(3, "checkSessionX", 50, "File lock failed\n");
     return -1;
@@ -239,6 +236,10 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     refreshedText(text, user, now, admin ? "" : privilege, token);
     rewriteSession(f, text);
     LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
+  }
+  if (flock(f.fd, LOCK_UN) != 0) {
+    LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
+    return -1;
   }
   return 0;
 }

@@ -6,7 +6,7 @@ The time per call staying flat while the calls grow with the ports shows
 the cost following the calls the program must make, no faster.
 
 run_bench.py calls measure() and section(); alone it prints the section:
-    python3 bench/port_walks.py --build build"""
+    python3 bench/port_walks.py --build build [--dump-only]"""
 
 import argparse
 import os
@@ -29,7 +29,8 @@ WALKS = [
 
 
 MONTH_S = 30 * 86400
-LINK_STATE = ("if/link-state", "ifNum=3")
+CENTURY_S = 100 * 365 * 86400
+DUMP_PROBE_CALLS = 2000
 
 
 class ScenarioSim:
@@ -68,55 +69,100 @@ def request(build, sim, token, path, query):
     return elapsed
 
 
-def month_old_dump(build, token, rounds):
-    """The 52-port switch a simulated month after load: the dump's size and
-    its time through `ctl` (client process included), and link-state
-    requests made while dumps run back to back, against the same requests
-    with nothing else going on."""
+def server_cpu_ns(pid):
+    """The server's CPU time so far, in nanoseconds (the scheduler's own count)."""
+    with open("/proc/%d/schedstat" % pid) as f:
+        return int(f.read().split()[0])
+
+
+def timed_ctl(sim, *words):
+    """`ctl WORDS` by wall time (client process included) and by the server's CPU time, in seconds."""
+    cpu, started = server_cpu_ns(sim.proc.pid), time.perf_counter()
+    out = sim.ctl(*words)
+    return time.perf_counter() - started, (server_cpu_ns(sim.proc.pid) - cpu) / 1e9, out
+
+
+def link_state_spread(build, sim, calls):
+    """Median, 99th percentile and slowest of `calls` link-state reads through the client library, in seconds."""
+    out = subprocess.run([os.path.join(build, "bench", "bench-rtt"), str(calls), "1", "spread"], check=True,
+                         env=dict(os.environ, OPEN_SIM_SOCKET=sim.socket), capture_output=True, text=True).stdout
+    return [float(x) / 1e6 for x in out.split()]
+
+
+def month_old_dump(build, rounds, calls=DUMP_PROBE_CALLS):
+    """The 52-port switch a simulated month after load: the month's clock
+    move, the dump (size, wall and server CPU time), loading it back, a
+    further century; and link-state reads through the client library while
+    dumps run back to back, against the same reads alone, round by round."""
     sim = ScenarioSim(build, "switch-52", "--paused")
     try:
+        fig = {"load_avg": os.getloadavg(), "calls": calls}
+        # A move is taken at the next command: `clock` after it pays for it.
         sim.ctl("clock", "advance", str(MONTH_S))
-        size = len(sim.ctl("dump"))
-        alone = [request(build, sim, token, *LINK_STATE) for _ in range(rounds)]
-        dumps, beside, done = [], [], threading.Event()
+        fig["month"] = timed_ctl(sim, "clock")[:2]
+        dumps = [timed_ctl(sim, "dump") for _ in range(max(rounds, 20))]
+        fig["bytes"] = len(dumps[0][2])
+        fig["dump_wall"], fig["dump_cpu"] = [d[0] for d in dumps], [d[1] for d in dumps]
+        with tempfile.NamedTemporaryFile("w", suffix=".json") as f:
+            f.write(dumps[0][2])
+            f.flush()
+            fig["load"] = timed_ctl(sim, "load", f.name)[:2]
+        fig["alone"], fig["beside"], done = [], [], threading.Event()
 
         def dump_loop():
             while not done.is_set():
-                started = time.perf_counter()
                 sim.ctl("dump")
-                dumps.append(time.perf_counter() - started)
 
-        t = threading.Thread(target=dump_loop)
-        t.start()
-        try:
-            beside = [request(build, sim, token, *LINK_STATE) for _ in range(rounds)]
-        finally:
-            done.set()
-            t.join()
-        return {"bytes": size, "dump": dumps, "alone": alone, "beside": beside}
+        for _ in range(rounds):
+            fig["alone"].append(link_state_spread(build, sim, calls))
+            done.clear()
+            t = threading.Thread(target=dump_loop)
+            t.start()
+            try:
+                fig["beside"].append(link_state_spread(build, sim, calls))
+            finally:
+                done.set()
+                t.join()
+        sim.ctl("clock", "advance", str(CENTURY_S))
+        fig["century"] = timed_ctl(sim, "clock")[:2]
+        fig["century_bytes"] = len(sim.ctl("dump"))
+        return fig
     finally:
         sim.stop()
 
 
 def dump_section(fig):
-    extra = [b - statistics.median(fig["alone"]) for b in fig["beside"]]
+    ms = lambda s: "%.1f ms" % (s * 1e3)
+    us = lambda s: "%.0f µs" % (s * 1e6)
+    spread = lambda runs, i: "%s (%s)" % (us(statistics.median(r[i] for r in runs)), us(max(r[i] for r in runs)))
     return ["", "### A month-old 52-port switch dumped while a page polls\n",
-            "`bench/port_walks.py`: `open-sim serve --scenario switch-52 --paused`, the clock moved %d days; "
-            "`ctl dump` back to back in one thread while link-state requests (a fresh CGI process each) run in "
-            "another.\n" % (MONTH_S // 86400),
-            "| dump size | dumps | dump fastest | dump median | dump slowest | link-state alone, median | "
-            "beside the dumps, median | slowest | most waited beyond the median alone |",
-            "|---|---|---|---|---|---|---|---|---|",
-            "| %d bytes | %d | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms | %.1f ms |" % (
-                fig["bytes"], len(fig["dump"]), min(fig["dump"]) * 1e3, statistics.median(fig["dump"]) * 1e3,
-                max(fig["dump"]) * 1e3, statistics.median(fig["alone"]) * 1e3,
-                statistics.median(fig["beside"]) * 1e3, max(fig["beside"]) * 1e3, max(extra) * 1e3)]
+            "`bench/port_walks.py`: `open-sim serve --scenario switch-52 --paused`, the clock moved %d days. Times "
+            "are wall time of the `ctl` command (its process included) and the server's own CPU time from "
+            "/proc/PID/schedstat; the load average (1, 5, 15 min) was %.1f, %.1f, %.1f on the shared 2-core "
+            "machine when it started.\n" % ((MONTH_S // 86400,) + tuple(fig["load_avg"])),
+            "| step | wall | server CPU |", "|---|---|---|",
+            "| `clock` after `clock advance %d` (the month's catch-up) | %s | %s |" % (
+                MONTH_S, ms(fig["month"][0]), ms(fig["month"][1])),
+            "| `dump`, %d times, %d bytes: median | %s | %s |" % (
+                len(fig["dump_wall"]), fig["bytes"], ms(statistics.median(fig["dump_wall"])),
+                ms(statistics.median(fig["dump_cpu"]))),
+            "| `dump`: slowest | %s | %s |" % (ms(max(fig["dump_wall"])), ms(max(fig["dump_cpu"]))),
+            "| `load` of that dump | %s | %s |" % (ms(fig["load"][0]), ms(fig["load"][1])),
+            "| `clock` after a further century (the dump then %d bytes) | %s | %s |" % (
+                fig["century_bytes"], ms(fig["century"][0]), ms(fig["century"][1])),
+            "",
+            "Link-state reads (`bench-rtt %d 1 spread`: one registered client, calls back to back), %d rounds, "
+            "each round alone and then beside `ctl dump` run back to back in another thread; the median over "
+            "the rounds, the worst round in brackets:\n" % (fig["calls"], len(fig["alone"])),
+            "| | call median | p99 | slowest call |", "|---|---|---|---|",
+            "| alone | %s | %s | %s |" % tuple(spread(fig["alone"], i) for i in range(3)),
+            "| beside the dumps | %s | %s | %s |" % tuple(spread(fig["beside"], i) for i in range(3))]
 
 
 def measure(build, token, rounds):
     """The walks' rows, (switch, ports, walk, calls, fastest and median
     seconds), and the month-old dump's figures."""
-    return {"walks": walk_rows(build, token, rounds), "month_old_dump": month_old_dump(build, token, rounds)}
+    return {"walks": walk_rows(build, token, rounds), "month_old_dump": month_old_dump(build, rounds)}
 
 
 def walk_rows(build, token, rounds):
@@ -154,7 +200,11 @@ def main():
     p = argparse.ArgumentParser(description=__doc__)
     p.add_argument("--build", default=os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "build"))
     p.add_argument("--rounds", type=int, default=5)
+    p.add_argument("--dump-only", action="store_true", help="only the month-old switch's dump and calls beside it")
     args = p.parse_args()
+    if args.dump_only:
+        print("\n".join(dump_section(month_old_dump(args.build, args.rounds))))
+        return
     os.makedirs("/tmp/session", mode=0o700, exist_ok=True)
     token = "walks%d" % os.getpid()
     session = os.open(os.path.join("/tmp/session", token), os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600)

@@ -110,9 +110,8 @@ int simCall(const char *name, openapiClientHandle_t *client, A... args) {
   w.text(name, static_cast<uint32_t>(strlen(name)));
   w.u8(sizeof...(A));
   (put(w, args), ...);
+  w.seal();
   if (!w.ok || !ensureConnected(client)) return OPEN_E_FAIL;
-  uint32_t frameLen = static_cast<uint32_t>(w.len - 4);
-  memcpy(buf, &frameLen, 4);
 
   size_t replyLen = 0;
   if (!simExchange(client->sock, buf, w.len, buf, sizeof buf, &replyLen)) {

@@ -7,6 +7,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <type_traits>
+
 #include "sim/socket_path.h"
 
 int simConnect(const char *explicitPath, int timeoutMs) {
@@ -28,20 +30,13 @@ int simConnect(const char *explicitPath, int timeoutMs) {
   return fd;
 }
 
-bool simSendAll(int fd, const char *buf, size_t n) {
+// Sends a const buffer, or receives into one that is not, whole.
+template <class Byte>
+static bool whole(int fd, Byte *buf, size_t n) {
   while (n > 0) {
-    ssize_t k = send(fd, buf, n, MSG_NOSIGNAL);
-    if (k < 0 && errno == EINTR) continue;
-    if (k <= 0) return false;
-    buf += k;
-    n -= static_cast<size_t>(k);
-  }
-  return true;
-}
-
-bool simRecvAll(int fd, char *buf, size_t n) {
-  while (n > 0) {
-    ssize_t k = recv(fd, buf, n, 0);
+    ssize_t k = 0;
+    if constexpr (std::is_const_v<Byte>) k = send(fd, buf, n, MSG_NOSIGNAL);
+    else k = recv(fd, buf, n, 0);
     if (k < 0 && errno == EINTR) continue;
     if (k <= 0) return false;  // closed peer, or the socket's time-out
     buf += k;
@@ -49,6 +44,9 @@ bool simRecvAll(int fd, char *buf, size_t n) {
   }
   return true;
 }
+
+bool simSendAll(int fd, const char *buf, size_t n) { return whole(fd, buf, n); }
+bool simRecvAll(int fd, char *buf, size_t n) { return whole(fd, buf, n); }
 
 // The reply usually arrives whole in one segment: read what is there in
 // one call and only then loop for the rest, so that a call costs one send

@@ -21,13 +21,9 @@ namespace {
 constexpr int kControlTimeoutMs = 10000;
 
 int usage() {
-  fputs("usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n"
-        "       open-sim ctl [--socket PATH] set CALL KEY VALUE | fail CALL RESULT [COUNT]\n"
-        "                    | delay CALL MS [COUNT] | journal [--clear] | reset | dump | load FILE\n"
-        "                    | clock [pause | run | advance SECONDS | next] | play FILE\n"
-        "       open-sim default-scenario\n"
-        "       open-sim scenarios\n",
-        stderr);
+  std::string ctl = sim::controlUsage("       open-sim ctl [--socket PATH] ", std::string(20, ' '));
+  fprintf(stderr, "usage: open-sim serve [--socket PATH] [--scenario NAME | FILE.json] [--cli-dir DIR] [--paused]\n%s"
+          "       open-sim default-scenario\n       open-sim scenarios\n", ctl.c_str());
   return 2;
 }
 
@@ -38,17 +34,6 @@ bool readFile(const char *path, std::string *out) {
   ss << f.rdbuf();
   *out = ss.str();
   return true;
-}
-
-// Takes "--socket PATH" from the front of the arguments.
-const char *takeSocket(int *argc, char ***argv) {
-  if (*argc >= 2 && strcmp((*argv)[0], "--socket") == 0) {
-    const char *path = (*argv)[1];
-    *argc -= 2;
-    *argv += 2;
-    return path;
-  }
-  return nullptr;
 }
 
 int serveCommand(int argc, char **argv) {
@@ -87,7 +72,9 @@ bool receiveReply(int fd, std::string *frame) {
 }
 
 int ctlCommand(int argc, char **argv) {
-  const char *socket = takeSocket(&argc, &argv);
+  // "--socket PATH" comes first, if at all.
+  const char *socket = argc >= 2 && strcmp(argv[0], "--socket") == 0 ? argv[1] : nullptr;
+  if (socket) argc -= 2, argv += 2;
   if (argc < 1) return usage();
   sim::Json words(cJSON_CreateArray());
   for (int i = 0; i < argc; ++i) {
@@ -106,26 +93,23 @@ int ctlCommand(int argc, char **argv) {
     }
     cJSON_AddItemToArray(words.get(), cJSON_CreateString(word.c_str()));
   }
-  char *payload = cJSON_PrintUnformatted(words.get());
-  std::string request(4, '\0');
-  uint32_t nameLen = sizeof wire::kControlCall - 1, payloadLen = static_cast<uint32_t>(strlen(payload));
-  request.append(reinterpret_cast<char *>(&nameLen), 4).append(wire::kControlCall, nameLen);
-  request += static_cast<char>(1);
-  request += static_cast<char>(wire::kInString);
-  request.append(reinterpret_cast<char *>(&payloadLen), 4).append(payload, payloadLen);
-  cJSON_free(payload);
+  std::string payload = sim::printJson(words.get(), false), request(payload.size() + 64, '\0');
+  wire::Writer w{request.data(), request.size()};
+  w.u32(0);
+  w.text(wire::kControlCall, sizeof wire::kControlCall - 1);
+  w.u8(1);
+  w.u8(wire::kInString);
+  w.text(payload.data(), static_cast<uint32_t>(payload.size()));
+  w.seal();
   // The daemon hangs up on a longer frame, which would read as no daemon;
   // only a file's contents can make one.
-  if (request.size() - 4 > wire::kMaxFrame) {
+  if (w.len - 4 > wire::kMaxFrame) {
     fprintf(stderr, "open-sim: the file is too large to send: a request carries %u MiB at most\n", wire::kMaxFrame >> 20);
     return 2;
   }
-  uint32_t frameLen = static_cast<uint32_t>(request.size() - 4);
-  memcpy(&request[0], &frameLen, 4);
-
   int fd = simConnect(socket, kControlTimeoutMs);
   std::string frame;
-  if (fd < 0 || !simSendAll(fd, request.data(), request.size()) || !receiveReply(fd, &frame)) {
+  if (fd < 0 || !simSendAll(fd, request.data(), w.len) || !receiveReply(fd, &frame)) {
     fprintf(stderr, "open-sim: no daemon answering at %s\n", simSocketPath(socket));
     return 1;
   }
@@ -145,14 +129,7 @@ int main(int argc, char **argv) {
   if (argc < 2) return usage();
   if (strcmp(argv[1], "serve") == 0) return serveCommand(argc - 2, argv + 2);
   if (strcmp(argv[1], "ctl") == 0) return ctlCommand(argc - 2, argv + 2);
-  if (strcmp(argv[1], "scenarios") == 0 && argc == 2) {
-    fputs(sim::readyScenarioList().c_str(), stdout);
-    return 0;
-  }
-  if (strcmp(argv[1], "default-scenario") == 0) {
-    fputs(sim::defaultSwitchDump().c_str(), stdout);
-    fputc('\n', stdout);
-    return 0;
-  }
+  if (strcmp(argv[1], "scenarios") == 0 && argc == 2) return fputs(sim::readyScenarioList().c_str(), stdout), 0;
+  if (strcmp(argv[1], "default-scenario") == 0) return printf("%s\n", sim::defaultSwitchDump().c_str()), 0;
   return usage();
 }

@@ -190,6 +190,7 @@ extern const size_t kRuleGroupCount;
 int handleCall(Sim &s, Call &c);
 // Runs one `open-sim ctl` command; returns the exit status and its output.
 int handleControl(Sim &s, const std::vector<std::string> &words, std::string *out);
+std::string controlUsage(const std::string &lead, const std::string &indent);  // ctl's commands, wrapped
 
 // Applies the timeline's events and the switch's own timers due by the
 // clock's time, in time order; every call and control command asks first.

@@ -53,6 +53,13 @@ Json parseStrictObject(const std::string &text, const char *what, std::string *e
   return nullptr;
 }
 
+std::string printJson(const cJSON *j, bool formatted) {
+  char *p = formatted ? cJSON_Print(j) : cJSON_PrintUnformatted(j);
+  std::string s = p ? p : "";
+  cJSON_free(p);
+  return s;
+}
+
 std::string oneLine(const std::string &text) {
   std::string out;
   for (unsigned char c : text) {
@@ -103,15 +110,19 @@ NumberFault readWhole(const cJSON *n, double least, double most, int64_t *out) {
   return NumberFault::None;
 }
 
+std::string rangeText(double least, double most) {
+  char range[96];
+  snprintf(range, sizeof range, "from %.15g to %.15g", least, most);
+  return range;
+}
+
 std::string numberFaultText(const char *field, NumberFault f, double least, double most) {
   std::string name = std::string("\"") + field + "\"";
-  char range[96];
-  snprintf(range, sizeof range, " from %.15g to %.15g", least, most);
   switch (f) {
     case NumberFault::Missing: return "needs " + name;
     case NumberFault::NotNumber: return name + " must be a number";
     case NumberFault::Fraction: return name + " must be a whole number";
-    case NumberFault::OutOfRange: return name + " must be" + range;
+    case NumberFault::OutOfRange: return name + " must be " + rangeText(least, most).c_str();
     case NumberFault::None: break;
   }
   return "";

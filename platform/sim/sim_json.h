@@ -27,6 +27,15 @@ const char *duplicateKey(const cJSON *object);
 // path of keys and list positions below `node` (."errdisable"[2]).
 bool findDuplicateKey(const cJSON *node, std::string *path, std::string *key);
 
+// Gives the reason a check failed, for its early returns.
+inline bool refuse(std::string *error, std::string why) {
+  *error = std::move(why);
+  return false;
+}
+
+// The text of a tree, indented or on one line.
+std::string printJson(const cJSON *j, bool formatted);
+
 // A refusal stays one line whatever names it echoes: control characters
 // (a key may hold a newline) are written as JSON escapes.
 std::string oneLine(const std::string &text);
@@ -34,6 +43,8 @@ std::string oneLine(const std::string &text);
 // What a number field must be; a reason of one phrase when it is not.
 enum class NumberFault { None, Missing, NotNumber, Fraction, OutOfRange };
 NumberFault readWhole(const cJSON *n, double least, double most, int64_t *out);
+// "from 1 to 52": the bounds as a message gives them.
+std::string rangeText(double least, double most);
 // "\"port\" must be a whole number from 1 to 52", and so on.
 std::string numberFaultText(const char *field, NumberFault f, double least, double most);
 

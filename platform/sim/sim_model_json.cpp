@@ -1,22 +1,31 @@
 // The model in a scenario file: one list of fields per struct, walked the
 // same way to write a dump and to read a file, so that what is dumped
 // loads back as it was.
+#include <ctype.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <type_traits>
 
 #include "sim/sim.h"
-#include "sim/sim_checks.h"
 #include "sim/sim_json.h"
 #include "sim/sim_model_json.h"
 #include "switch_facts.h"
 
 namespace sim {
+
+bool wellFormedMac(const std::string &t) {
+  if (t.size() != 17) return false;
+  for (size_t i = 0; i < t.size(); ++i)
+    if (i % 3 == 2 ? t[i] != ':' && t[i] != '-' : !isxdigit(static_cast<unsigned char>(t[i]))) return false;
+  return true;
+}
 
 namespace {
 
@@ -165,8 +174,41 @@ void visit(SwitchLayout &l, V &v) {
   v("cage", l.cage);
 }
 
+// The auto-recovery causes, each under the API's name (the CLI's where it
+// has none); a file may name a cause either way, and the causes it leaves
+// out keep their setting.
+struct Causes {
+  std::vector<bool> &recovers;
+};
+
+template <class V>
+void visit(Errdisable &e, V &v) {
+  v("interval", e.intervalS, facts::kRecoveryInterval);
+  v("intervalSetAtMs", e.intervalSetAtMs);
+  v("causes", Causes{e.recovers});
+}
+
+// "layout" is read first, on its own, to seed the switch the rest is
+// about; reading it again here changes nothing.
+template <class V>
+void visit(Model &m, V &v) {
+  v("layout", m.layout);
+  v("ports", m.ports);
+  v("vlans", m.vlans);
+  v("errdisable", m.errdisable);
+  v("pml", m.pml);
+  v("green", m.green);
+  v("ledMode", m.ledMode);
+  v("osVersion", m.osVersion);
+  v("apiVersion", m.apiVersion, Bounds{0, INT32_MAX});  // the record's fields are 32-bit
+}
+
 template <class T>
 concept Visitable = requires(T &t, int (*v)(const char *, int)) { visit(t, v); };
+template <class C>
+concept Keyed = requires(const C &c) { std::ranges::begin(c)->first; };
+template <class C>
+concept List = std::ranges::range<C> && !std::is_same_v<C, std::string> && !Keyed<C>;
 
 // --- writing -----------------------------------------------------------------
 
@@ -180,32 +222,25 @@ struct Writer {
   cJSON *make(N n) {
     return cJSON_CreateNumber(static_cast<double>(n));
   }
-  template <class T, size_t N>
-  cJSON *make(const T (&list)[N]) {
+  template <List C>
+  cJSON *make(const C &list) {
     cJSON *a = cJSON_CreateArray();
-    for (const T &x : list) cJSON_AddItemToArray(a, make(x));
+    for (const auto &x : list) cJSON_AddItemToArray(a, make(static_cast<std::ranges::range_value_t<C>>(x)));
     return a;
   }
-  template <class T, size_t N>
-  cJSON *make(const std::array<T, N> &list) {
-    cJSON *a = cJSON_CreateArray();
-    for (const T &x : list) cJSON_AddItemToArray(a, make(x));
-    return a;
-  }
-  template <class C>
-    requires requires(const C &c) { c.begin()->first; }
+  template <Keyed C>
   cJSON *make(const C &map) {
     cJSON *o = cJSON_CreateObject();
     for (const auto &[k, x] : map) cJSON_AddItemToObject(o, std::to_string(k).c_str(), make(x));
     return o;
   }
-  template <class C>
-    requires(requires(const C &c) { c.begin(); c.size(); } && !requires(const C &c) { c.begin()->first; } &&
-             !std::is_same_v<C, std::string>)
-  cJSON *make(const C &list) {
-    cJSON *a = cJSON_CreateArray();
-    for (const auto &x : list) cJSON_AddItemToArray(a, make(static_cast<typename C::value_type>(x)));
-    return a;
+  cJSON *make(const Causes &c) {
+    cJSON *o = cJSON_CreateObject();
+    for (size_t i = 0; i < c.recovers.size(); ++i) {
+      const facts::DDisableCause &cause = facts::kDDisableCauses[i];
+      cJSON_AddBoolToObject(o, cause.api ? cause.api : cause.cli, c.recovers[i]);
+    }
+    return o;
   }
   template <Visitable S>
   cJSON *make(const S &s) {
@@ -223,19 +258,10 @@ struct Writer {
 
 // A key that names a port or a VLAN: decimal digits, 32 bits at most.
 bool keyNumber(const char *key, uint32_t *n) {
-  uint64_t v = 0;
-  for (const char *c = key; *c; ++c) {
-    if (*c < '0' || *c > '9' || c - key >= 10) return false;
-    v = v * 10 + static_cast<uint64_t>(*c - '0');
-  }
+  size_t digits = strspn(key, "0123456789");
+  uint64_t v = digits && digits <= 10 && !key[digits] ? strtoull(key, nullptr, 10) : UINT64_MAX;
   *n = static_cast<uint32_t>(v);
-  return *key && v <= UINT32_MAX;
-}
-
-std::string rangeText(Bounds b) {
-  char text[96];
-  snprintf(text, sizeof text, "must be from %.15g to %.15g", b.least, b.most);
-  return text;
+  return v <= UINT32_MAX;
 }
 
 // A whole number of the type that JSON holds exactly.
@@ -284,26 +310,29 @@ struct Reader {
       case NumberFault::None: n = static_cast<N>(v); return true;
       case NumberFault::OutOfRange:
         if (cJSON_IsNumber(j) && j->valuedouble < 0 && b.least == 0) return fail("must not be negative");
-        return fail(rangeText(b));
+        return fail(std::string("must be ") + rangeText(b.least, b.most).c_str());
       default: return fail("must be a whole number");
     }
   }
-  template <class T, size_t N>
-  bool readList(const cJSON *j, T *list) {
-    if (!cJSON_IsArray(j) || cJSON_GetArraySize(j) != static_cast<int>(N))
-      return fail("must be a list of " + std::to_string(N));
+  // A list that grows takes any length; one of a fixed size, its own.
+  template <List C>
+  bool read(const cJSON *j, C &list) {
+    constexpr bool grows = requires(C &c) { c.push_back({}); };
+    if constexpr (grows) {
+      if (!cJSON_IsArray(j)) return fail("must be a list");
+      list.clear();
+    } else if (!cJSON_IsArray(j) || cJSON_GetArraySize(j) != static_cast<int>(std::size(list))) {
+      return fail("must be a list of " + std::to_string(std::size(list)));
+    }
     size_t i = 0;
     const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) if (!read(x, list[i++])) return false;
+    cJSON_ArrayForEach(x, j) {
+      std::ranges::range_value_t<C> item{};
+      if (!read(x, item)) return false;
+      if constexpr (grows) list.push_back(item);
+      else std::begin(list)[i++] = item;
+    }
     return true;
-  }
-  template <class T, size_t N>
-  bool read(const cJSON *j, T (&list)[N]) {
-    return readList<T, N>(j, list);
-  }
-  template <class T, size_t N>
-  bool read(const cJSON *j, std::array<T, N> &list) {
-    return readList<T, N>(j, list.data());
   }
   template <class K, class T>
   bool read(const cJSON *j, std::map<K, T> &map) {
@@ -317,27 +346,26 @@ struct Reader {
     }
     return true;
   }
-  template <class C>
-    requires requires(C &c) { c.push_back(typename C::value_type()); } && (!std::is_same_v<C, std::string>)
-  bool read(const cJSON *j, C &list) {
-    if (!cJSON_IsArray(j)) return fail("must be a list");
-    list.clear();
-    const cJSON *x = nullptr;
-    cJSON_ArrayForEach(x, j) {
-      typename C::value_type item{};
-      if (!read(x, item)) return false;
-      list.push_back(item);
+  // Ports by number, each a port of the seeded switch.
+  bool read(const cJSON *j, std::map<uint32_t, Port> &ports) {
+    if (!cJSON_IsObject(j)) return fail("must be an object");
+    const cJSON *port = nullptr;
+    cJSON_ArrayForEach(port, j) {
+      uint32_t n = 0;
+      auto it = keyNumber(port->string, &n) ? ports.find(n) : ports.end();
+      if (it == ports.end()) return fail("the switch has no port \"" + std::string(port->string) + "\"");
+      if (!readStruct(port, it->second, where + ".\"" + port->string + "\"", error)) return false;
     }
     return true;
   }
-  bool read(const cJSON *j, std::vector<bool> &list) {
-    if (!cJSON_IsArray(j)) return fail("must be a list");
-    list.clear();
+  bool read(const cJSON *j, Causes c) {
+    if (!cJSON_IsObject(j)) return fail("must be an object");
     const cJSON *x = nullptr;
     cJSON_ArrayForEach(x, j) {
-      bool b = false;
-      if (!read(x, b)) return false;
-      list.push_back(b);
+      int i = causeIndex(x->string);
+      if (i < 0) return fail("unknown cause \"" + std::string(x->string) + "\"");
+      if (!cJSON_IsBool(x)) return fail("\"" + std::string(x->string) + "\" must be true or false");
+      c.recovers[static_cast<size_t>(i)] = cJSON_IsTrue(x);
     }
     return true;
   }
@@ -345,8 +373,10 @@ struct Reader {
   bool read(const cJSON *j, S &s) {
     return readStruct(j, s, where, error);
   }
+  // `unknown` names what a key the struct lacks would be.
   template <Visitable S>
-  static bool readStruct(const cJSON *j, S &s, const std::string &where, std::string *error) {
+  static bool readStruct(const cJSON *j, S &s, const std::string &where, std::string *error,
+                         const char *unknown = "unknown field") {
     Reader r{j, where, error, {}, {}};
     if (!cJSON_IsObject(j)) return r.fail("must be an object");
     visit(s, r);
@@ -355,12 +385,12 @@ struct Reader {
     cJSON_ArrayForEach(x, j) {
       if (r.known.count(x->string)) continue;
       if (kDerived.count(x->string)) return r.fail("\"" + std::string(x->string) + "\" is now derived from the other facts");
-      return r.fail("unknown field \"" + std::string(x->string) + "\"");
+      return r.fail(unknown + std::string(" \"") + x->string + "\"");
     }
     return true;
   }
   template <class T>
-  void operator()(const char *name, T &value, std::optional<Bounds> fieldBounds = std::nullopt) {
+  void operator()(const char *name, T &&value, std::optional<Bounds> fieldBounds = std::nullopt) {
     known.insert(name);
     const cJSON *j = cJSON_GetObjectItemCaseSensitive(from, name);
     if (!j || !error->empty()) return;
@@ -373,28 +403,78 @@ struct Reader {
   }
 };
 
+// --- the facts a switch can have ----------------------------------------------
+
+// As the model keeps an address: upper-case pairs joined by ":".
+bool canonicalMac(const std::string &t) {
+  if (!wellFormedMac(t)) return false;
+  for (size_t i = 0; i < t.size(); ++i)
+    if (i % 3 == 2 ? t[i] != ':' : islower(static_cast<unsigned char>(t[i]))) return false;
+  return true;
+}
+
+const char *lockFault(const Sim &s, const PmlPort &pml) {
+  if (!pml.lastViolationMac.empty() && !canonicalMac(pml.lastViolationMac))
+    return "\"pml\".\"lastViolationMac\" is no MAC address (upper-case pairs joined by \":\")";
+  if (pml.lastViolationVlan && !vlanExists(s, pml.lastViolationVlan)) return "\"pml\".\"lastViolationVlan\" is no VLAN of the switch";
+  for (const auto &[vlan, limit] : pml.vlanDynamicLimit)
+    if (!vlanExists(s, vlan)) return "\"pml\".\"vlanDynamicLimit\" names a VLAN the switch lacks";
+  return nullptr;
+}
+
+const char *portFault(const Sim &s, uint32_t n, const Port &p) {
+  const SwitchLayout &layout = s.model.layout;
+  bool fibre = layout.isFibre(n);
+  bool lagKnown = !p.lagMember || (p.lagMember >= SwitchLayout::kFirstLag &&
+                                   p.lagMember < SwitchLayout::kFirstLag + layout.lags);
+  if (fibre && p.medium > 2) return "\"medium\" must be 0 (none), 1 (copper) or 2 (fiber)";
+  if (!fibre && p.medium != 1) return "\"medium\" of a copper port is 1 (copper)";
+  if (fibre && p.lagMember) return "\"lagMember\" is for copper ports";
+  if (!lagKnown) return "\"lagMember\" is no LAG of the switch";
+  if (!fibre && p.partner && !p.cableM) return "\"partner\" on a copper port needs a cable (\"cableM\")";
+  if (p.disableReason && causeOf(p.disableReason) < 0) return "\"disableReason\" is no D-Disable cause's reason";
+  return lockFault(s, p.pml);
+}
+
+// A locked address: on a port of the switch, in one of its VLANs, a
+// unicast address as the model keeps it, bound to a stream or none.
+const char *entryFault(const Sim &s, const PmlEntry &e) {
+  if (!s.model.ports.count(e.ifNum)) return "\"ifNum\" is no port of the switch";
+  if (!canonicalMac(e.mac) || (isdigit(static_cast<unsigned char>(e.mac[1])) ? e.mac[1] - '0' : e.mac[1] - 'A' + 10) & 1)
+    return "\"macAddr\" is no unicast MAC address (upper-case pairs joined by \":\")";
+  if (!vlanExists(s, e.vlan)) return "\"vlanId\" is no VLAN of the switch";
+  if (e.stream && (e.stream < facts::kStreamId.least || e.stream > facts::kStreamId.most))
+    return "\"streamId\" must be 0 (none) or from 1 to 2047";
+  return nullptr;
+}
+
+bool fail(std::string *error, const std::string &where, const std::string &why) {
+  return refuse(error, "scenario: \"model\"" + where + ": " + why);
+}
+
+bool factsAgree(const Sim &s, std::string *error) {
+  const Model &m = s.model;
+  std::set<uint32_t> vlans(m.vlans.begin(), m.vlans.end());
+  if (vlans.size() != m.vlans.size() ||
+      (!vlans.empty() && (*vlans.begin() < facts::kLockVlan.least || *vlans.rbegin() > facts::kLockVlan.most)))
+    return fail(error, ".\"vlans\"", "VLANs from " + std::to_string(facts::kLockVlan.least) + " to " +
+                                         std::to_string(facts::kLockVlan.most) + ", each once");
+  for (const auto &[n, p] : m.ports)
+    if (const char *why = portFault(s, n, p)) return fail(error, ".\"ports\".\"" + std::to_string(n) + "\"", why);
+  for (const auto &[vlan, settings] : m.pml.vlans)
+    if (!vlanExists(s, vlan)) return fail(error, ".\"pml\".\"vlans\"", "VLAN " + std::to_string(vlan) + " is no VLAN of the switch");
+  const std::pair<const char *, const std::vector<PmlEntry> *> tables[] = {
+      {"static", &m.pml.statics}, {"dynamic", &m.pml.dynamics}, {"streams", &m.pml.streams}};
+  for (const auto &[name, entries] : tables)
+    for (size_t i = 0; i < entries->size(); ++i)
+      if (const char *why = entryFault(s, (*entries)[i]))
+        return fail(error, ".\"pml\".\"" + std::string(name) + "\"[" + std::to_string(i) + "]", why);
+  return true;
+}
+
 }  // namespace
 
-cJSON *modelToJson(const Model &m) {
-  Writer w{cJSON_CreateObject()};
-  w("layout", m.layout);
-  w("ports", m.ports);
-  w("vlans", m.vlans);
-  cJSON *errdisable = cJSON_AddObjectToObject(w.into, "errdisable");
-  cJSON_AddNumberToObject(errdisable, "interval", m.errdisable.intervalS);
-  cJSON_AddNumberToObject(errdisable, "intervalSetAtMs", static_cast<double>(m.errdisable.intervalSetAtMs));
-  cJSON *causes = cJSON_AddObjectToObject(errdisable, "causes");
-  for (size_t i = 0; i < m.errdisable.recovers.size(); ++i) {
-    const facts::DDisableCause &c = facts::kDDisableCauses[i];
-    cJSON_AddBoolToObject(causes, c.api ? c.api : c.cli, m.errdisable.recovers[i]);
-  }
-  w("pml", m.pml);
-  w("green", m.green);
-  w("ledMode", m.ledMode);
-  w("osVersion", m.osVersion);
-  w("apiVersion", m.apiVersion);
-  return w.into;
-}
+cJSON *modelToJson(const Model &m) { return Writer{}.make(m); }
 
 bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
   const char *where = "scenario: \"model\".\"layout\"";
@@ -403,75 +483,9 @@ bool layoutFromJson(const cJSON *j, SwitchLayout *layout, std::string *error) {
   return !layout->fault();
 }
 
-// The auto-recovery table: an interval, and causes by the API's or the
-// CLI's name, each set or not; causes not named keep their setting.
-static bool errdisableFromJson(const cJSON *j, Errdisable &e, std::string *error) {
-  Reader r{j, "scenario: \"model\".\"errdisable\"", error, {}, {}};
-  if (!cJSON_IsObject(j)) return r.fail("must be an object");
-  r("interval", e.intervalS, facts::kRecoveryInterval);
-  r("intervalSetAtMs", e.intervalSetAtMs);
-  r.known.insert("causes");
-  const cJSON *x = nullptr;
-  cJSON_ArrayForEach(x, j) if (!r.known.count(x->string)) return r.fail("unknown field \"" + std::string(x->string) + "\"");
-  const cJSON *causes = cJSON_GetObjectItemCaseSensitive(j, "causes");
-  if (!error->empty() || !causes) return error->empty();
-  r.where += ".\"causes\"";
-  if (!cJSON_IsObject(causes)) return r.fail("must be an object");
-  cJSON_ArrayForEach(x, causes) {
-    int i = causeIndex(x->string);
-    if (i < 0) return r.fail("unknown cause \"" + std::string(x->string) + "\"");
-    if (!cJSON_IsBool(x)) return r.fail("\"" + std::string(x->string) + "\" must be true or false");
-    e.recovers[static_cast<size_t>(i)] = cJSON_IsTrue(x);
-  }
-  return true;
-}
-
-// Ports by number, each a port of the seeded switch.
-static bool portsFromJson(const cJSON *j, Model &m, std::string *error) {
-  Reader r{j, "scenario: \"model\".\"ports\"", error, {}, {}};
-  if (!cJSON_IsObject(j)) return r.fail("must be an object");
-  const cJSON *port = nullptr;
-  cJSON_ArrayForEach(port, j) {
-    uint32_t n = 0;
-    auto it = keyNumber(port->string, &n) ? m.ports.find(n) : m.ports.end();
-    if (it == m.ports.end()) return r.fail("the switch has no port \"" + std::string(port->string) + "\"");
-    if (!Reader::readStruct(port, it->second, r.where + ".\"" + port->string + "\"", error)) return false;
-  }
-  return true;
-}
-
-bool modelFromJson(const cJSON *j, Model &m, std::string *error) {
+bool modelFromJson(const cJSON *j, Sim &next, std::string *error) {
   error->clear();
-  const cJSON *x = nullptr;
-  cJSON_ArrayForEach(x, j) {
-    std::string key = x->string;
-    bool ok = true;
-    if (key == "layout") {
-      continue;  // read first, to seed the switch this file is about
-    } else if (key == "ports") {
-      ok = portsFromJson(x, m, error);
-    } else if (key == "errdisable") {
-      ok = errdisableFromJson(x, m.errdisable, error);
-    } else if (key == "pml") {
-      ok = Reader::readStruct(x, m.pml, "scenario: \"model\".\"pml\"", error);
-    } else if (key == "green") {
-      ok = Reader::readStruct(x, m.green, "scenario: \"model\".\"green\"", error);
-    } else {
-      // The switch-wide values that stand alone.
-      Reader r{j, "scenario: \"model\"", error, {}, {}};
-      r("vlans", m.vlans);
-      r("ledMode", m.ledMode);
-      r("osVersion", m.osVersion);
-      r("apiVersion", m.apiVersion, Bounds{0, INT32_MAX});  // the record's fields are 32-bit
-      if (!error->empty()) return false;
-      if (!r.known.count(key)) {
-        *error = "scenario: \"model\": unknown section \"" + key + "\"";
-        return false;
-      }
-    }
-    if (!ok) return false;
-  }
-  return true;
+  return Reader::readStruct(j, next.model, "scenario: \"model\"", error, "unknown section") && factsAgree(next, error);
 }
 
 }  // namespace sim

@@ -34,27 +34,23 @@ const char kPmlViolation[] = R"({"model": {)" RECOVERY(120) R"(}, "timeline": [
   {"at": 30, "event": "pml-violation", "port": 3, "macs": ["00:1B:21:3A:4F:99"], "vlan": 10}
 ]})";
 
+// A timeline or a whole switch as text, or else the switch of a layout.
 struct ReadyScenario {
   const char *name;
   const char *shows;
-  std::string (*text)();
+  const char *text;
+  SwitchLayout layout;
 };
 
-std::string switch10() { return scenarioFor({8, 2, 1, false}); }
-std::string switch52() { return scenarioFor({48, 4, 4, false}); }
-std::string uplinkFlap() { return kUplinkFlap; }
-std::string ddisableRecovery() { return kDDisableRecovery; }
-std::string pmlViolation() { return kPmlViolation; }
-
 const ReadyScenario kReady[] = {
-    {"default", "the 28-port switch: 24 copper ports, four 25G fibre ports, two LAGs", defaultScenario},
-    {"switch-10", "a 10-port switch: 8 copper ports, two 10G fibre uplinks, one LAG", switch10},
-    {"switch-52", "a 52-port switch: 48 copper ports, four 10G fibre uplinks, four LAGs", switch52},
-    {"uplink-flap", "the uplink (port 1) goes down and up four times in two minutes", uplinkFlap},
+    {"default", "the 28-port switch: 24 copper ports, four 25G fibre ports, two LAGs", nullptr, {}},
+    {"switch-10", "a 10-port switch: 8 copper ports, two 10G fibre uplinks, one LAG", nullptr, {8, 2, 1, false}},
+    {"switch-52", "a 52-port switch: 48 copper ports, four 10G fibre uplinks, four LAGs", nullptr, {48, 4, 4, false}},
+    {"uplink-flap", "the uplink (port 1) goes down and up four times in two minutes", kUplinkFlap, {}},
     {"ddisable-recovery", "BPDU guard shuts port 3 at 10 s; auto-recovery brings it back 60 s later",
-     ddisableRecovery},
+     kDDisableRecovery, {}},
     {"pml-violation", "foreign addresses on locked ports 2 (reported) and 3 (D-Disabled at 30 s, back at 150 s)",
-     pmlViolation},
+     kPmlViolation, {}},
 };
 
 }  // namespace
@@ -71,7 +67,7 @@ std::string readyScenarioList() {
 bool readyScenario(const std::string &name, std::string *text) {
   for (const ReadyScenario &r : kReady) {
     if (name != r.name) continue;
-    *text = r.text();
+    *text = r.text ? r.text : scenarioFor(r.layout);
     return true;
   }
   return false;

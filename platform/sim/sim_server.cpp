@@ -29,28 +29,16 @@ void onStopSignal(int) { gStop = 1; }
 
 bool decodeArg(wire::Reader &r, Arg *a) {
   a->kind = static_cast<wire::Kind>(r.u8());
-  uint32_t n = 0;
-  const char *p = nullptr;
-  switch (a->kind) {
-    case wire::kInNum:
-    case wire::kOutNum:
-      a->width = r.u8();
-      a->num = r.u64();
-      return r.ok;
-    case wire::kInText:
-      a->size = r.u32();
-      p = r.text(&n);
-      break;
-    case wire::kInString:
-    case wire::kInOutBlob:
-      p = r.text(&n);
-      break;
-    case wire::kOutText:
-      a->size = r.u32();
-      return r.ok;
-    default:
-      return false;
+  if (a->kind < wire::kInNum || a->kind > wire::kInOutBlob) return false;
+  if (a->kind == wire::kInNum || a->kind == wire::kOutNum) {
+    a->width = r.u8();
+    a->num = r.u64();
+    return r.ok;
   }
+  if (a->kind == wire::kInText || a->kind == wire::kOutText) a->size = r.u32();
+  if (a->kind == wire::kOutText) return r.ok;
+  uint32_t n = 0;
+  const char *p = r.text(&n);
   if (!p) return false;
   a->text.assign(p, n);
   // A text input ends at its first zero byte, as the platform reads it.
@@ -72,37 +60,27 @@ bool decodeCall(const std::string &frame, Call *c) {
 }
 
 std::string encodeReply(int result, const Call &c) {
-  std::string out(4, '\0');
-  auto add = [&out](const void *p, size_t n) { out.append(static_cast<const char *>(p), n); };
-  int32_t rc = result;
-  add(&rc, 4);
-  uint8_t argc = static_cast<uint8_t>(c.args.size());
-  add(&argc, 1);
+  size_t most = 9;
+  for (const Arg &a : c.args) most += 13 + a.text.size();
+  std::string out(most, '\0');
+  wire::Writer w{out.data(), out.size()};
+  w.u32(0);
+  w.u32(static_cast<uint32_t>(result));
+  w.u8(static_cast<uint8_t>(c.args.size()));
   for (const Arg &a : c.args) {
     if (a.isInput()) continue;
-    uint8_t written = a.written;
-    add(&written, 1);
-    if (!written) continue;
-    if (a.kind == wire::kOutNum) {
-      add(&a.num, 8);
-    } else {
-      uint32_t len = static_cast<uint32_t>(a.text.size());
-      add(&len, 4);
-      add(a.text.data(), len);
-    }
+    w.u8(a.written);
+    if (a.written && a.kind == wire::kOutNum) w.u64(a.num);
+    else if (a.written) w.text(a.text.data(), static_cast<uint32_t>(a.text.size()));
   }
-  uint32_t len = static_cast<uint32_t>(out.size() - 4);
-  memcpy(&out[0], &len, 4);
+  w.seal();
+  out.resize(w.len);
   return out;
 }
 
 std::string encodeControlReply(int status, const std::string &text) {
   Call c;
-  Arg a;
-  a.kind = wire::kOutText;
-  a.text = text;
-  a.written = true;
-  c.args.push_back(a);
+  c.args.push_back({.kind = wire::kOutText, .text = text, .written = true});
   return encodeReply(status, c);
 }
 

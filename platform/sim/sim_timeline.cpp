@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "sim/sim.h"
-#include "sim/sim_checks.h"
+#include "sim/sim_model_json.h"
 #include "sim/sim_json.h"
 #include "switch_facts.h"
 
@@ -32,66 +32,54 @@ bool wholeField(const cJSON *o, const char *name, double least, double most, boo
                 std::string *error) {
   NumberFault f = readWhole(member(o, name), least, most, v);
   if (f == NumberFault::None || (f == NumberFault::Missing && optional)) return true;
-  *error = numberFaultText(name, f, least, most);
-  return false;
+  return refuse(error, numberFaultText(name, f, least, most));
 }
-
-bool checkPortOnly(const Sim &, const cJSON *, TimelineEvent *, std::string *) { return true; }
 
 // Modules go into the fibre ports' slots; a copper port has none to take
 // one out of or put one into.
 bool checkModuleSlot(const Sim &s, const cJSON *, TimelineEvent *e, std::string *error) {
   if (s.model.layout.isFibre(e->port)) return true;
-  *error = "port " + std::to_string(e->port) + " has no module slot";
-  return false;
+  return refuse(error, "port " + std::to_string(e->port) + " has no module slot");
+}
+
+// A text field that takes one of two words.
+bool wordField(const cJSON *o, const char *name, const char *one, const char *other, std::string *word,
+               std::string *error) {
+  const cJSON *m = member(o, name);
+  *word = cJSON_IsString(m) ? m->valuestring : "";
+  if (*word == one || *word == other) return true;
+  std::string why = "\"";  // in a fresh string: see findDuplicateKey
+  why += name;
+  return refuse(error, why + "\" must be \"" + one + "\" or \"" + other + "\"");
 }
 
 bool checkMedia(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
-  if (!checkModuleSlot(s, o, e, error)) return false;
-  const cJSON *m = member(o, "media");
-  e->media = cJSON_IsString(m) ? m->valuestring : "";
-  if (knownMedia(e->media)) return true;
-  *error = "\"media\" must be \"copper\" or \"fiber\"";
-  return false;
+  return checkModuleSlot(s, o, e, error) && wordField(o, "media", "copper", "fiber", &e->media, error);
 }
 
 // The API's name of a cause, or the CLI's as an alias; the model keeps
 // the CLI's, which every cause has.
 bool checkCause(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
   const cJSON *c = member(o, "cause");
-  if (!cJSON_IsString(c)) {
-    *error = "needs \"cause\", the name of a D-Disable cause";
-    return false;
-  }
-  for (const facts::DDisableCause &cause : facts::kDDisableCauses) {
-    if ((cause.api && strcmp(c->valuestring, cause.api) == 0) || strcmp(c->valuestring, cause.cli) == 0) {
-      e->cause = cause.cli;
-      return true;
-    }
-  }
-  *error = "unknown cause \"" + std::string(c->valuestring) + "\"";
-  return false;
+  if (!cJSON_IsString(c)) return refuse(error, "needs \"cause\", the name of a D-Disable cause");
+  int i = causeIndex(c->valuestring);
+  if (i < 0) return refuse(error, "unknown cause \"" + std::string(c->valuestring) + "\"");
+  e->cause = facts::kDDisableCauses[i].cli;
+  return true;
 }
 
 bool checkMacs(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
   const cJSON *macs = member(o, "macs"), *m = nullptr;
-  if (!cJSON_IsArray(macs) || !macs->child) {
-    *error = "needs \"macs\", a list of addresses";
-    return false;
-  }
+  if (!cJSON_IsArray(macs) || !macs->child) return refuse(error, "needs \"macs\", a list of addresses");
   cJSON_ArrayForEach(m, macs) {
-    if (!cJSON_IsString(m) || !wellFormedMac(m->valuestring)) {
-      *error = "bad MAC address in \"macs\"";
-      return false;
-    }
+    if (!cJSON_IsString(m) || !wellFormedMac(m->valuestring)) return refuse(error, "bad MAC address in \"macs\"");
     e->macs.push_back(m->valuestring);
   }
   int64_t vlan = 0;
   if (!wholeField(o, "vlan", facts::kLockVlan.least, facts::kLockVlan.most, false, &vlan, error)) return false;
   e->vlan = static_cast<uint32_t>(vlan);
   if (vlanExists(s, e->vlan)) return true;
-  *error = "unknown VLAN " + std::to_string(vlan);
-  return false;
+  return refuse(error, "unknown VLAN " + std::to_string(vlan));
 }
 
 bool checkWrap(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
@@ -100,50 +88,30 @@ bool checkWrap(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error
 }
 
 bool checkPower(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *error) {
-  if (!hasPowerEstimate(s, e->port)) {
-    *error = "port " + std::to_string(e->port) + " has no power estimate";
-    return false;
-  }
+  if (!hasPowerEstimate(s, e->port))
+    return refuse(error, "port " + std::to_string(e->port) + " has no power estimate");
   return wholeField(o, "milliwatts", kMilliwatts.least, kMilliwatts.most, false, &e->milliwatts, error) &&
          wholeField(o, "savedMwh", 0, kMostNumber, true, &e->savedMwh, error);
 }
 
 bool checkAdmin(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
-  const cJSON *state = member(o, "state");
-  const char *t = cJSON_IsString(state) ? state->valuestring : "";
-  e->enable = strcmp(t, "enable") == 0;
-  if (e->enable || strcmp(t, "disable") == 0) return true;
-  *error = "\"state\" must be \"enable\" or \"disable\"";
-  return false;
+  std::string state;
+  if (!wordField(o, "state", "enable", "disable", &state, error)) return false;
+  e->enable = state == "enable";
+  return true;
 }
 
 bool checkTraffic(const Sim &, const cJSON *o, TimelineEvent *e, std::string *error) {
   TrafficChange &t = e->traffic;
-  if (!member(o, "inOctetsPerSec") && !member(o, "outOctetsPerSec") && !member(o, "inErrors")) {
-    *error = "needs \"inOctetsPerSec\", \"outOctetsPerSec\" or \"inErrors\"";
-    return false;
-  }
+  if (!member(o, "inOctetsPerSec") && !member(o, "outOctetsPerSec") && !member(o, "inErrors"))
+    return refuse(error, "needs \"inOctetsPerSec\", \"outOctetsPerSec\" or \"inErrors\"");
   return wholeField(o, "inOctetsPerSec", 0, kOctetsPerSec.most, true, &t.inOctetsPerSec, error) &&
          wholeField(o, "outOctetsPerSec", 0, kOctetsPerSec.most, true, &t.outOctetsPerSec, error) &&
          wholeField(o, "inErrors", 0, kMostNumber, true, &t.inErrors, error);
 }
 
-void linkDown(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, false, e.atMs); }
-void linkUp(Sim &s, const TimelineEvent &e) { setLinkState(s, e.port, true, e.atMs); }
-
-// A pulled module takes the link with it; a new one brings it up on its
-// medium.
-void transceiverRemoved(Sim &s, const TimelineEvent &e) { removeTransceiver(s, e.port, e.atMs); }
-void transceiverInserted(Sim &s, const TimelineEvent &e) { insertTransceiver(s, e.port, e.media, e.atMs); }
-
-void ddisable(Sim &s, const TimelineEvent &e) { tripDDisable(s, e.port, e.cause, e.atMs); }
-void countersReset(Sim &s, const TimelineEvent &e) { resetPortCounters(s, e.port, e.atMs); }
-void countersWrap(Sim &s, const TimelineEvent &e) { bringCountersNearWrap(s, e.port, e.seconds, e.atMs); }
-void power(Sim &s, const TimelineEvent &e) { setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs); }
-void admin(Sim &s, const TimelineEvent &e) { setAdminState(s, e.port, e.enable, e.atMs); }
-void traffic(Sim &s, const TimelineEvent &e) { setPortTraffic(s, e.port, e.traffic, e.atMs); }
-
-// Every kind takes "at", "event" and "port", and the fields it lists.
+// Every kind takes "at", "event" and "port", and the fields it lists;
+// the port alone needs no check of its own.
 struct EventKind {
   const char *name;
   const char *fields[kMostFields];
@@ -151,19 +119,24 @@ struct EventKind {
   Apply apply;
 };
 
+#define APPLY(...) [](Sim &s, const TimelineEvent &e) { __VA_ARGS__; }
 const EventKind kEventKinds[] = {
-    {"link-down", {}, checkPortOnly, linkDown},
-    {"link-up", {}, checkPortOnly, linkUp},
-    {"transceiver-removed", {}, checkModuleSlot, transceiverRemoved},
-    {"transceiver-inserted", {"media"}, checkMedia, transceiverInserted},
-    {"ddisable", {"cause"}, checkCause, ddisable},
+    {"link-down", {}, nullptr, APPLY(setLinkState(s, e.port, false, e.atMs))},
+    {"link-up", {}, nullptr, APPLY(setLinkState(s, e.port, true, e.atMs))},
+    // A pulled module takes the link with it; a new one brings it up on its medium.
+    {"transceiver-removed", {}, checkModuleSlot, APPLY(removeTransceiver(s, e.port, e.atMs))},
+    {"transceiver-inserted", {"media"}, checkMedia, APPLY(insertTransceiver(s, e.port, e.media, e.atMs))},
+    {"ddisable", {"cause"}, checkCause, APPLY(tripDDisable(s, e.port, e.cause, e.atMs))},
     {"pml-violation", {"macs", "vlan"}, checkMacs, recordPmlViolation},
-    {"counters-reset", {}, checkPortOnly, countersReset},
-    {"counters-wrap", {"inSeconds"}, checkWrap, countersWrap},
-    {"power", {"milliwatts", "savedMwh"}, checkPower, power},
-    {"admin", {"state"}, checkAdmin, admin},
-    {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic, traffic},
+    {"counters-reset", {}, nullptr, APPLY(resetPortCounters(s, e.port, e.atMs))},
+    {"counters-wrap", {"inSeconds"}, checkWrap, APPLY(bringCountersNearWrap(s, e.port, e.seconds, e.atMs))},
+    {"power", {"milliwatts", "savedMwh"}, checkPower, APPLY(setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs))},
+    {"admin", {"state"}, checkAdmin, APPLY(setAdminState(s, e.port, e.enable, e.atMs))},
+    {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic,
+     APPLY(setPortTraffic(s, e.port, e.traffic, e.atMs))},
 };
+#undef APPLY
+
 
 const EventKind *kindNamed(const std::string &name) {
   for (const EventKind &k : kEventKinds)
@@ -195,16 +168,13 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
   const cJSON *port = member(o, "port");
   int64_t n = 0;
   NumberFault f = readWhole(port, 1, kMostNumber, &n);
-  if (f == NumberFault::Missing || f == NumberFault::NotNumber || f == NumberFault::Fraction) {
-    *error = f == NumberFault::Missing ? "no \"port\"" : numberFaultText("port", f, 1, kMostNumber);
-    return false;
-  }
+  if (f == NumberFault::Missing || f == NumberFault::NotNumber || f == NumberFault::Fraction)
+    return refuse(error, f == NumberFault::Missing ? "no \"port\"" : numberFaultText("port", f, 1, kMostNumber));
   const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
     char text[64];
     snprintf(text, sizeof text, "unknown port %.15g", port->valuedouble);
-    *error = text;
-    return false;
+    return refuse(error, text);
   }
   e->port = i->ifNum;
   return true;
@@ -212,41 +182,26 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
 
 // Checks one event; the error is the reason only, the caller says where.
 bool parseEvent(const Sim &s, const cJSON *o, double lastAt, TimelineEvent *e, std::string *error) {
-  if (!cJSON_IsObject(o)) {
-    *error = "an event must be a JSON object";
-    return false;
-  }
+  if (!cJSON_IsObject(o)) return refuse(error, "an event must be a JSON object");
   if (const char *twice = duplicateKey(o)) {
     std::string why = "\"";  // in a fresh string: see findDuplicateKey
     why += twice;
-    *error = std::move(why += "\" given twice");
-    return false;
+    return refuse(error, std::move(why += "\" given twice"));
   }
   const cJSON *at = member(o, "at"), *kind = member(o, "event");
-  if (!cJSON_IsNumber(at) || !(at->valuedouble >= 0 && at->valuedouble <= kMostSeconds)) {
-    *error = "\"at\" must be seconds from the start (up to 1e9)";
-    return false;
-  }
+  if (!cJSON_IsNumber(at) || !(at->valuedouble >= 0 && at->valuedouble <= kMostSeconds))
+    return refuse(error, "\"at\" must be seconds from the start (up to 1e9)");
   if (at->valuedouble < lastAt) {
     char text[80];
     snprintf(text, sizeof text, "time out of order (the event before is at %g)", lastAt);
-    *error = text;
-    return false;
+    return refuse(error, text);
   }
   const EventKind *k = cJSON_IsString(kind) ? kindNamed(kind->valuestring) : nullptr;
-  if (!k) {
-    *error = cJSON_IsString(kind) ? "unknown event \"" + std::string(kind->valuestring) + "\"" : "no \"event\"";
-    return false;
-  }
+  if (!k)
+    return refuse(error,
+                  cJSON_IsString(kind) ? "unknown event \"" + std::string(kind->valuestring) + "\"" : "no \"event\"");
   e->kind = k->name;
-  return checkFields(*k, o, error) && checkPort(s, o, e, error) && k->check(s, o, e, error);
-}
-
-std::string printed(const cJSON *j) {
-  char *p = cJSON_PrintUnformatted(j);
-  std::string text = p ? p : "";
-  cJSON_free(p);
-  return text;
+  return checkFields(*k, o, error) && checkPort(s, o, e, error) && (!k->check || k->check(s, o, e, error));
 }
 
 }  // namespace
@@ -255,10 +210,7 @@ bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vect
                    std::string *error) {
   out->clear();
   if (!events) return true;
-  if (!cJSON_IsArray(events)) {
-    *error = "\"timeline\" must be a list of events";
-    return false;
-  }
+  if (!cJSON_IsArray(events)) return refuse(error, "\"timeline\" must be a list of events");
   double lastAt = 0;
   int n = 0;
   const cJSON *o = nullptr;
@@ -271,13 +223,12 @@ bool parseTimeline(const Sim &s, const cJSON *events, int64_t startMs, std::vect
       if (cJSON_IsNumber(at)) snprintf(where, sizeof where, "timeline event %d (at %g): ", n + 1, at->valuedouble);
       else snprintf(where, sizeof where, "timeline event %d: ", n + 1);
       out->clear();
-      *error = where + why;
-      return false;
+      return refuse(error, where + why);
     }
     lastAt = at->valuedouble;
     e.atMs = startMs + llround(lastAt * 1000);
     e.number = ++n;
-    e.source = printed(o);
+    e.source = printJson(o, false);
     out->push_back(std::move(e));
   }
   return true;

@@ -45,6 +45,11 @@ struct Writer {
     u32(n);
     bytes(p, n);
   }
+  // Writes the length of what follows the first four bytes into them.
+  void seal() {
+    uint32_t n = static_cast<uint32_t>(len - 4);
+    if (ok) memcpy(buf, &n, 4);
+  }
 };
 
 // Reads from a received frame; `ok` turns false on a short frame.
@@ -63,20 +68,15 @@ struct Reader {
     pos += n;
     return p;
   }
-  uint8_t u8() {
-    const char *p = take(1);
-    return p ? static_cast<uint8_t>(*p) : 0;
-  }
-  uint32_t u32() {
-    uint32_t v = 0;
-    if (const char *p = take(4)) memcpy(&v, p, 4);
+  template <class T>
+  T number() {
+    T v = 0;
+    if (const char *p = take(sizeof v)) memcpy(&v, p, sizeof v);
     return v;
   }
-  uint64_t u64() {
-    uint64_t v = 0;
-    if (const char *p = take(8)) memcpy(&v, p, 8);
-    return v;
-  }
+  uint8_t u8() { return number<uint8_t>(); }
+  uint32_t u32() { return number<uint32_t>(); }
+  uint64_t u64() { return number<uint64_t>(); }
   // Returns the text's bytes (not terminated) and stores its length.
   const char *text(uint32_t *n) {
     *n = u32();

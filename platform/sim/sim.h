@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "open_api.h"
@@ -36,20 +37,39 @@ using Outputs = std::vector<Value>;
 Value num(int64_t n);
 Value text(std::string t);
 
-// An OpEN call as platform/open_calls.inc declares it: its name and its
-// parameter list, through which a rule reads inputs by name.
+// An OpEN call as platform/open_calls.inc declares it: its name, its
+// parameter list as written, and how many arguments travel (all but the
+// client handle, which stays with the client).
 struct CallId {
   const char *name;
   const char *params;
+  uint8_t arity;
 };
+template <class... P>
+constexpr uint8_t arityOf(int (*)(P...)) {
+  return sizeof...(P) - 1;
+}
 namespace calls {
-#define OPEN_CALL(name, params, args) inline constexpr CallId name{#name, #params};
+#define OPEN_CALL(name, params, list) inline constexpr CallId name{#name, #params, arityOf(&::name)};
 #include "open_calls.inc"
 #undef OPEN_CALL
 inline constexpr CallId openapiClientRegister{"openapiClientRegister",
-                                              "(const char *clientName, openapiClientHandle_t *client)"};
-inline constexpr CallId openapiClientTearDown{"openapiClientTearDown", "(openapiClientHandle_t *client)"};
+                                              "(const char *clientName, openapiClientHandle_t *client)", 1};
+inline constexpr CallId openapiClientTearDown{"openapiClientTearDown", "(openapiClientHandle_t *client)", 0};
 }  // namespace calls
+
+// Each call's parameters by place, the client handle first: a rule that
+// says `using enum args::openapiIfLinkStateGet::Param;` reads `c.in(ifNum)`
+// and writes `c.out(linkState, v)`, and a name its call lacks does not
+// compile.
+#define SIM_PARAMS(...) __VA_ARGS__
+#define OPEN_CALL(name, params, list) \
+  namespace args::name {              \
+  enum Param : uint8_t { SIM_PARAMS list }; \
+  }
+#include "open_calls.inc"
+#undef OPEN_CALL
+#undef SIM_PARAMS
 
 struct Arg {
   wire::Kind kind = wire::kInNum;
@@ -62,33 +82,42 @@ struct Arg {
   bool isInput() const { return kind == wire::kInNum || kind == wire::kInText || kind == wire::kInString; }
 };
 
-// The parameter names of a declared call after the client handle, in
-// order; the arguments of a call arrive in the same order.
-const std::vector<std::string> &parameterNames(const CallId &id);
+template <class P>
+concept Param = std::is_enum_v<P>;
+
+// Whether parameters of two calls stand at one place: a rule shared by
+// calls of one layout reads them all through one call's names.
+constexpr bool samePlace(Param auto a, Param auto b) { return static_cast<int>(a) == static_cast<int>(b); }
 
 struct Call {
   std::string name;
   std::vector<Arg> args;
   const CallId *id = nullptr;  // set once the call is known
-  const std::vector<std::string> *names = nullptr;  // the declared parameters, once looked up
-  size_t nextName = 0;  // rules mostly read and write the arguments in order
 
   // Inputs joined by ",": numbers in decimal, texts as they are.
   std::string key() const;
   std::string keyOf(size_t firstInputs) const;
-  // An argument by its declared name; a rule naming a parameter its call
-  // does not have is a bug in the rule table, and stops the simulator.
-  Arg &arg(const char *param);
-  const Arg &arg(const char *param) const;
-  uint64_t in(const char *param) const { return arg(param).num; }
-  // The last declared parameter: the value a setter sets, or the one
-  // output of a getter.
-  Arg &last();
-  std::string text(const char *param) const;
-  void out(const char *param, uint64_t v);
-  void outText(const char *param, const std::string &t);
-  // The interface number input, whichever name the call gives it.
-  uint32_t port() const;
+  // The argument at a declared place (1: the first after the client
+  // handle). A place past the call's declaration is a bug in the rule
+  // table, and stops the simulator.
+  Arg &at(size_t place);
+  const Arg &at(size_t place) const { return const_cast<Call *>(this)->at(place); }
+  Arg &arg(Param auto p) { return at(p); }
+  uint64_t in(Param auto p) const { return at(p).num; }
+  std::string text(Param auto p) const { return textOf(at(p)); }
+  void out(Param auto p, uint64_t v) { write(at(p), v); }
+  void outText(Param auto p, const std::string &t) { writeText(at(p), t); }
+  // What rules shared by several calls reach by place: the first
+  // argument, the interface number (or VLAN) a call is about, and the last
+  // declared one, the value a setter sets or the one output of a getter.
+  uint64_t first() const { return at(1).num; }
+  uint32_t port() const { return static_cast<uint32_t>(first()); }
+  Arg &last() { return at(id->arity); }
+  void outLast(uint64_t v) { write(last(), v); }
+
+  static std::string textOf(const Arg &a);
+  static void write(Arg &a, uint64_t v);
+  static void writeText(Arg &a, const std::string &t);
 };
 
 struct Fault {
@@ -103,6 +132,7 @@ struct Delay {
   int64_t remaining = -1;  // -1: every call from now on
 };
 
+// An interface as the walks see it: its number and OPEN_INTF_TYPE_*.
 struct Interface {
   uint32_t ifNum = 0;
   uint32_t type = 0;
@@ -158,7 +188,6 @@ struct PendingTimer {
 };
 
 struct Sim {
-  std::vector<Interface> interfaces;
   Model model;
   // Answers fixed by `ctl set`, by call and inputs ("*": any inputs); none
   // marks inputs a setter has since set in the model.
@@ -182,6 +211,7 @@ const CallRule *findRule(const std::string &name);
 struct RuleGroup {
   const CallRule *rules;
   size_t count;
+  void (*seed)(Sim &);
 };
 extern const RuleGroup kRuleGroups[];
 extern const size_t kRuleGroupCount;
@@ -235,7 +265,6 @@ bool linkUp(const Sim &s, uint32_t ifNum);
 void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // as the 32-bit counter reads
 uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // all counted, unwrapped
 int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
@@ -293,38 +322,25 @@ std::string defaultSwitchDump();
 std::string readyScenarioList();
 bool readyScenario(const std::string &name, std::string *text);
 
-// Interface walks over the scenario's list, by type.
-const Interface *firstOfType(const Sim &s, uint32_t type);
-const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after);
-const Interface *findInterface(const Sim &s, uint32_t ifNum);
+// The switch's interfaces, in number order as the model makes them: its
+// ports, the CPU, its LAGs and the routing interfaces of its VLANs.
+std::optional<Interface> findInterface(const Sim &s, uint32_t ifNum);
+// The first interface of the type numbered above `after`; type 8 walks
+// interfaces of any type.
+std::optional<Interface> nextOfType(const Sim &s, uint32_t type, uint32_t after);
 
 // A scenario's text for a switch of this shape.
 std::string scenarioFor(const SwitchLayout &layout);
 // The switch of this shape as it stands at load, every fact seeded.
 void seedSwitch(Sim &s, const SwitchLayout &layout);
 
-// Each group's seed and its lines of the call table.
-void seedSystem(Sim &s);
-void seedInterfaces(Sim &s);
-void seedAttributes(Sim &s);
-void seedPml(Sim &s);
-void seedGreen(Sim &s);
-void seedInterfaceApp(Sim &s);
-void seedCounters(Sim &s);
-extern const CallRule kSystemRules[];
-extern const size_t kSystemRuleCount;
-extern const CallRule kInterfaceRules[];
-extern const size_t kInterfaceRuleCount;
-extern const CallRule kAttributeRules[];
-extern const size_t kAttributeRuleCount;
-extern const CallRule kPmlRules[];
-extern const size_t kPmlRuleCount;
-extern const CallRule kGreenRules[];
-extern const size_t kGreenRuleCount;
-extern const CallRule kInterfaceAppRules[];
-extern const size_t kInterfaceAppRuleCount;
-extern const CallRule kCounterRules[];
-extern const size_t kCounterRuleCount;
+// The port of the default switch that a protection feature shut down
+// before load; its cable, partner and counters stay as they were.
+inline constexpr uint32_t kGuardedPort = 7;
+
+// Each group's lines of the call table and the seed of its facts.
+extern const RuleGroup kSystemGroup, kInterfaceGroup, kAttributeGroup, kPmlGroup, kGreenGroup, kInterfaceAppGroup,
+    kCounterGroup;
 
 // Rules over one field of a port, by accessor: the call finds the port
 // by its interface number (OPEN_E_NOT_FOUND without one) and answers or
@@ -338,8 +354,7 @@ template <PortField<uint32_t> F>
 int portGet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.last().num = F(*p);
-  c.last().written = true;
+  c.outLast(F(*p));
   return OPEN_E_NONE;
 }
 
@@ -357,8 +372,7 @@ template <PortField<std::string> F>
 int portTextGet(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.last().text = F(*p);
-  c.last().written = true;
+  Call::writeText(c.last(), F(*p));
   return OPEN_E_NONE;
 }
 

@@ -10,11 +10,6 @@ namespace sim {
 namespace {
 
 constexpr uint32_t kRootSlot = 0;
-// Shut down by BPDU guard after a rogue switch was plugged in, an hour
-// before load.
-constexpr uint32_t kGuardedPort = 7;
-constexpr char kGuardCause[] = "bpduguard";
-constexpr int64_t kGuardTrippedBeforeLoadMs = 3600 * 1000;
 
 // Speed-mode values with the capability bit a port needs for each, the
 // line rate and whether the link runs half duplex.
@@ -99,7 +94,7 @@ template <uint64_t (*Answer)(const Sim &, const Port &)>
 int portDerived(Sim &s, Call &c) {
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.out(parameterNames(*c.id).back().c_str(), Answer(s, *p));
+  c.outLast(Answer(s, *p));
   return OPEN_E_NONE;
 }
 
@@ -120,19 +115,21 @@ uint64_t laneCountOf(const Sim &, const Port &) { return 1; }
 
 // Without a module the port has no active medium to report.
 int activeMediaCall(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfActiveMediaTypeGet::Param;
   const Port *p = findPort(s, c.port());
   if (!p || p->medium == 0) return OPEN_E_NOT_FOUND;
-  c.out("mediaType", p->medium);
+  c.out(mediaType, p->medium);
   return OPEN_E_NONE;
 }
 
 // Pause frames are negotiated on a copper link that is up.
 int pauseStatusCall(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfPauseStatusGet::Param;
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
   bool pause = isUp(*p) && p->medium == facts::codeOf(facts::kMedia, "copper");
-  c.out("rxPauseAllowed", pause);
-  c.out("txPauseAllowed", pause);
+  c.out(rxPauseAllowed, pause);
+  c.out(txPauseAllowed, pause);
   return OPEN_E_NONE;
 }
 
@@ -151,29 +148,32 @@ std::vector<uint32_t> peersOf(const Sim &s, uint64_t ifNum) {
 }
 
 int fecModeGet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIntfFECModeGet::Param;
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
   const Port &p = *findPort(s, c.port());
-  c.out("configMode", p.settings.fecConfig);
-  c.out("operMode", p.settings.fecOper);
+  c.out(configMode, p.settings.fecConfig);
+  c.out(operMode, p.settings.fecOper);
   return OPEN_E_NONE;
 }
 
 int rootPortGet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfExpPortRootPortGet::Param;
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  c.out("rootSlot", kRootSlot);
-  c.out("rootPort", s.model.layout.firstFibre());
+  c.out(rootSlot, kRootSlot);
+  c.out(rootPort, s.model.layout.firstFibre());
   return OPEN_E_NONE;
 }
 
 int laneCountGet(Sim &s, Call &c) {
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  c.out("laneCount", 1);
+  c.outLast(1);
   return OPEN_E_NONE;
 }
 
 int firstPeerGet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfExpPortFirstPeerGet::Param;
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  c.out("peerIfNum", peersOf(s, c.port()).front());
+  c.out(peerIfNum, peersOf(s, c.port()).front());
   return OPEN_E_NONE;
 }
 
@@ -181,9 +181,10 @@ int firstPeerGet(Sim &s, Call &c) {
 // negotiation off, and the half duplex speeds set the duplex with them. A
 // speed the port's capabilities lack is the platform's failure.
 int speedSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfSpeedSet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  const SpeedMode *m = speedModeOf(c.in("speed"));
+  const SpeedMode *m = speedModeOf(c.in(speed));
   if (!m) return OPEN_E_PARAM;
   if (!(capabilitiesOf(s, *p) & m->capability)) return OPEN_E_FAIL;
   settleCounters(s, *p, clockNowMs(s.clock));
@@ -194,9 +195,10 @@ int speedSet(Sim &s, Call &c) {
 // Negotiation turned off on a port that negotiates fixes the speed it
 // negotiates, so that a port up without negotiation runs at a known speed.
 int autoNegSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfAutoNegSet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  bool on = c.in("autoNeg") == kAutoNegOn;
+  bool on = c.in(autoNeg) == kAutoNegOn;
   if (on && !(capabilitiesOf(s, *p) & kAutoNegBit)) return OPEN_E_FAIL;
   settleCounters(s, *p, clockNowMs(s.clock));
   if (on) p->speedMode = kSpeedAuto;
@@ -213,34 +215,41 @@ int frameSizeSet(Sim &s, uint64_t ifNum, uint64_t frameSize) {
 }
 
 // The MTU is the frame payload: the frame adds the Ethernet header.
-int mtuSet(Sim &s, Call &c) { return frameSizeSet(s, c.port(), c.in("mtuSize") + kHeaderSize); }
-int maxFrameSizeSet(Sim &s, Call &c) { return frameSizeSet(s, c.port(), c.in("maxFrameSize")); }
+int mtuSet(Sim &s, Call &c) { return frameSizeSet(s, c.port(), c.last().num + kHeaderSize); }
+int maxFrameSizeSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfMaxFrameSizeSet::Param;
+  return frameSizeSet(s, c.port(), c.in(maxFrameSize));
+}
 
 int adminStateSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfAdminStateSet::Param;
   if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  setAdminState(s, c.port(), c.in("adminState") == 1, clockNowMs(s.clock));
+  setAdminState(s, c.port(), c.in(adminState) == 1, clockNowMs(s.clock));
   return OPEN_E_NONE;
 }
 
 int descriptionSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIfDescrSet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  p->settings.description = c.text("descr");
+  p->settings.description = c.text(descr);
   return OPEN_E_NONE;
 }
 
 int nextExpandablePort(Sim &s, Call &c) {
-  for (uint32_t p = static_cast<uint32_t>(c.in("prevIfNum")) + 1; p <= s.model.layout.ports(); ++p) {
+  using enum args::rpcclt_openapiIntfExpandablePortNextGet::Param;
+  for (uint32_t p = static_cast<uint32_t>(c.in(prevIfNum)) + 1; p <= s.model.layout.ports(); ++p) {
     if (!inCage(s, p)) continue;
-    c.out("nextIfNum", p);
+    c.out(nextIfNum, p);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
 }
 
 int modeSupported(Sim &, Call &c) {
-  if (c.in("mode") > kLastExpandMode) return OPEN_E_NOT_FOUND;
-  c.out("isSupported", contains(kSupportedModes, c.in("mode")) ? 1 : 0);
+  using enum args::rpcclt_openapiIntfExpandablePortModeSupportedGet::Param;
+  if (c.in(mode) > kLastExpandMode) return OPEN_E_NOT_FOUND;
+  c.out(isSupported, contains(kSupportedModes, c.in(mode)) ? 1 : 0);
   return OPEN_E_NONE;
 }
 
@@ -248,29 +257,31 @@ int modeSupported(Sim &, Call &c) {
 // only the configured mode changes.
 int expandModeSet(Sim &s, Call &c) {
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  if (!contains(kSupportedModes, c.in("mode"))) return OPEN_E_PARAM;
-  findPort(s, c.port())->settings.expandConfigMode = static_cast<uint32_t>(c.in("mode"));
+  uint64_t mode = c.last().num;
+  if (!contains(kSupportedModes, mode)) return OPEN_E_PARAM;
+  findPort(s, c.port())->settings.expandConfigMode = static_cast<uint32_t>(mode);
   return OPEN_E_NONE;
 }
 
 int peersByMode(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiIntfExpandableModePeersGetByModeGet::Param;
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
   std::string list;
-  std::vector<uint32_t> peers = peersOf(s, c.port());
-  for (uint32_t p : peers) {
+  std::vector<uint32_t> peerList = peersOf(s, c.port());
+  for (uint32_t p : peerList) {
     if (!list.empty()) list += ',';
     list += std::to_string(p);
   }
-  c.out("mode", findPort(s, c.port())->settings.expandConfigMode);
-  c.outText("peers", list);
-  c.out("peerCount", peers.size());
+  c.out(mode, findPort(s, c.port())->settings.expandConfigMode);
+  c.outText(peers, list);
+  c.out(peerCount, peerList.size());
   return OPEN_E_NONE;
 }
 
 // "Auto" settles on RS FEC with the 25G optics fitted.
 int fecModeSet(Sim &s, Call &c) {
   if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  uint64_t mode = c.in("mode");
+  uint64_t mode = c.last().num;
   if (mode >= kFecLast) return OPEN_E_PARAM;
   PortSettings &set = findPort(s, c.port())->settings;
   set.fecConfig = static_cast<uint32_t>(mode);
@@ -344,12 +355,11 @@ const CallRule kAttributeRules[] = {
     SIM_RULE(rpcclt_openapiIntfExpandableModePeersGetByModeGet, peersByMode),
     SIM_SETTER(rpcclt_openapiIntfFECModeSet, rpcclt_openapiIntfFECModeGet, fecModeSet),
 };
-const size_t kAttributeRuleCount = sizeof kAttributeRules / sizeof kAttributeRules[0];
 
 // Copper ports negotiate; fibre ports run fixed at 25G in the cage, 10G
 // as uplinks. The storage array behind the first fibre port runs jumbo
 // frames.
-void seedAttributes(Sim &s) {
+static void seedAttributes(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
   for (auto &[n, p] : s.model.ports) {
     p.speedMode = !layout.isFibre(n) ? kSpeedAuto : layout.cage ? kSpeed25G : kSpeed10G;
@@ -357,10 +367,8 @@ void seedAttributes(Sim &s) {
     bool cage = layout.inCage(n);
     p.settings.expandConfigMode = p.settings.expandOperMode = cage ? kSingle25G : 0;
   }
-  if (Port *guarded = findPort(s, kGuardedPort)) {
-    guarded->disableReason = static_cast<uint32_t>(disableReasonOf(kGuardCause));
-    guarded->tripAtMs = -kGuardTrippedBeforeLoadMs;
-  }
 }
+
+const RuleGroup kAttributeGroup = {kAttributeRules, std::size(kAttributeRules), seedAttributes};
 
 }  // namespace sim

@@ -21,8 +21,16 @@ Value text(std::string t) {
   return v;
 }
 
-static std::string inputText(const Arg &a) {
-  return a.kind == wire::kInNum ? std::to_string(a.num) : a.text;
+std::string Call::textOf(const Arg &a) { return a.kind == wire::kInNum ? std::to_string(a.num) : a.text; }
+
+void Call::write(Arg &a, uint64_t v) {
+  a.num = v;
+  a.written = true;
+}
+
+void Call::writeText(Arg &a, const std::string &t) {
+  a.text = t;
+  a.written = true;
 }
 
 std::string Call::keyOf(size_t firstInputs) const {
@@ -31,81 +39,24 @@ std::string Call::keyOf(size_t firstInputs) const {
   for (const Arg &a : args) {
     if (!a.isInput() || n == firstInputs) continue;
     if (n++) k += ',';
-    k += inputText(a);
+    k += textOf(a);
   }
   return k;
 }
 
 std::string Call::key() const { return keyOf(args.size()); }
 
-// "(openapiClientHandle_t *client, uint32_t ifNum, uint32_t *state)" gives
-// {"ifNum", "state"}: each parameter's last word, the handle left out.
-static std::vector<std::string> namesOf(const char *params) {
-  std::vector<std::string> names;
-  std::string all(params), one;
-  for (char ch : all.substr(1, all.size() - 2) + ",") {
-    if (ch != ',') {
-      one += ch;
-      continue;
-    }
-    size_t end = one.find_last_not_of(" ");
-    size_t begin = one.find_last_of(" *", end);
-    std::string name = one.substr(begin + 1, end - begin);
-    if (name != "client") names.push_back(name);
-    one.clear();
-  }
-  return names;
-}
-
-const std::vector<std::string> &parameterNames(const CallId &id) {
-  static std::unordered_map<const CallId *, std::vector<std::string>> known;
-  auto it = known.find(&id);
-  if (it == known.end()) it = known.emplace(&id, namesOf(id.params)).first;
-  return it->second;
-}
-
 // A request that left out a declared argument reads it as zero and drops
 // what is written to it, as a client that sent no buffer gets nothing.
-Arg &Call::arg(const char *param) {
+Arg &Call::at(size_t place) {
   static thread_local Arg missing;
-  if (!names) names = &parameterNames(*id);
-  for (size_t k = 0, n = names->size(); k < n; ++k) {
-    size_t i = (nextName + k) % n;
-    if ((*names)[i] != param) continue;
-    nextName = i + 1;
-    if (i < args.size()) return args[i];
-    missing = Arg();
-    return missing;
+  if (place == 0 || place > id->arity) {
+    fprintf(stderr, "open-sim: %s has no parameter %zu\n", name.c_str(), place);
+    abort();
   }
-  fprintf(stderr, "open-sim: %s has no parameter %s\n", name.c_str(), param);
-  abort();
-}
-
-Arg &Call::last() { return arg(parameterNames(*id).back().c_str()); }
-
-const Arg &Call::arg(const char *param) const { return const_cast<Call *>(this)->arg(param); }
-
-std::string Call::text(const char *param) const { return inputText(arg(param)); }
-
-void Call::out(const char *param, uint64_t v) {
-  Arg &a = arg(param);
-  a.num = v;
-  a.written = true;
-}
-
-void Call::outText(const char *param, const std::string &t) {
-  Arg &a = arg(param);
-  a.text = t;
-  a.written = true;
-}
-
-// The interface number is the first parameter of every call about one.
-uint32_t Call::port() const {
-  const std::vector<std::string> &declared = parameterNames(*id);
-  if (!declared.empty() && (declared[0] == "ifNum" || declared[0] == "intIfNum"))
-    return args.empty() ? 0 : static_cast<uint32_t>(args[0].num);
-  fprintf(stderr, "open-sim: %s names no interface\n", name.c_str());
-  abort();
+  if (place <= args.size()) return args[place - 1];
+  missing = Arg();
+  return missing;
 }
 
 const Outputs *Sim::overridden(const std::string &call, const std::string &key) const {
@@ -137,27 +88,6 @@ bool linkUp(const Sim &s, uint32_t ifNum) {
   for (const auto &[n, p] : s.model.ports)
     if (p.lagMember == ifNum && isUp(p)) return true;
   return false;
-}
-
-const Interface *findInterface(const Sim &s, uint32_t ifNum) {
-  for (const Interface &i : s.interfaces)
-    if (i.ifNum == ifNum) return &i;
-  return nullptr;
-}
-
-const Interface *firstOfType(const Sim &s, uint32_t type) {
-  return nextOfType(s, type, 0);
-}
-
-// The interface list is kept sorted by number, so "next" is the first
-// number above `after`, whether or not `after` itself exists. The walks
-// take type 8 for interfaces of any type.
-constexpr uint32_t kAnyType = 8;
-
-const Interface *nextOfType(const Sim &s, uint32_t type, uint32_t after) {
-  for (const Interface &i : s.interfaces)
-    if ((i.type == type || type == kAnyType) && i.ifNum > after) return &i;
-  return nullptr;
 }
 
 const CallRule *findRule(const std::string &name) {

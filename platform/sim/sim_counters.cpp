@@ -1,6 +1,6 @@
 // Traffic counters that grow while a port's link is up and hold while it
 // is down, clear on a reset and wrap at 32 bits; port numbering
-// (unit/slot/port), routing VLAN interfaces and the copper cable test.
+// (unit/slot/port) and the copper cable test.
 #include <algorithm>
 
 #include "sim/sim.h"
@@ -28,7 +28,7 @@ const TrafficProfile kProfiles[] = {
     {2, {42000, 96000, 540, 900, 2}, kClearedBeforeLoadMs},       // office access point
     {3, {6500, 9800, 310, 420, 0}, kClearedBeforeLoadMs},         // desktop
     {5, {2300, 3100, 180, 240, 0}, kClearedBeforeLoadMs},         // printer
-    {7, {9000, 4000, 300, 200, 900}, 380000},                     // shut down by a protection feature
+    {kGuardedPort, {9000, 4000, 300, 200, 900}, 380000},          // until a protection feature shut it
     {8, {15000, 11000, 650, 500, 60}, kClearedBeforeLoadMs},      // long cable run, some damaged frames
     {0, {350000, 310000, 1400, 1350, 0}, kClearedBeforeLoadMs},   // storage array
 };
@@ -84,7 +84,7 @@ int counterCall(Sim &s, Call &c) {
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
   uint64_t sum = 0;
   forEachCounted(s, c.port(), [&](const Port &p) { sum += countedAt(s, p, Which, clockNowMs(s.clock)); });
-  c.out("value", sum % kCounterWrap);
+  c.outLast(sum % kCounterWrap);
   return OPEN_E_NONE;
 }
 
@@ -101,25 +101,12 @@ int resetAllCall(Sim &s, Call &) {
 }
 
 int unitSlotPortCall(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiHashIntfUnitSlotPortGet::Param;
   if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("unit", 1);
-  c.out("slot", 0);
-  c.out("port", c.port());
+  c.out(unit, 1);
+  c.out(slot, 0);
+  c.out(port, c.port());
   return OPEN_E_NONE;
-}
-
-// The routing interfaces follow the switch's VLANs in order.
-int routingInterfaceCall(Sim &s, Call &c) {
-  size_t nth = 0;
-  while (nth < s.model.vlans.size() && s.model.vlans[nth] != c.in("vlanId")) ++nth;
-  if (nth == s.model.vlans.size()) return OPEN_E_NOT_FOUND;
-  for (const Interface &i : s.interfaces) {
-    if (i.type != OPEN_INTF_TYPE_VLAN || nth >= s.model.vlans.size()) continue;
-    if (nth-- > 0) continue;
-    c.out("ifNum", i.ifNum);
-    return OPEN_E_NONE;
-  }
-  return OPEN_E_NOT_FOUND;
 }
 
 // The copper cable test: no cable, a cable with a live partner at its far
@@ -130,23 +117,20 @@ constexpr uint32_t kNoCable = facts::codeOf(facts::kCableStatuses, "nocable");
 constexpr uint32_t kCableSpreadM = 5;
 
 int cableTestCall(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiCableStatusGet::Param;
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
   if (isFibre(s, *p)) return OPEN_E_UNAVAIL;
   bool live = p->cableM && p->partner;
-  c.out("status", !p->cableM ? kNoCable : live ? kCableNormal : kCableOpen);
-  c.out("lengthKnown", live ? 1 : 0);
-  c.out("shortestLength", live ? p->cableM : 0);
-  c.out("longestLength", live ? p->cableM + kCableSpreadM : 0);
-  c.out("cableFailureLength", p->cableM && !live ? p->cableM : 0);
+  c.out(status, !p->cableM ? kNoCable : live ? kCableNormal : kCableOpen);
+  c.out(lengthKnown, live ? 1 : 0);
+  c.out(shortestLength, live ? p->cableM : 0);
+  c.out(longestLength, live ? p->cableM + kCableSpreadM : 0);
+  c.out(cableFailureLength, p->cableM && !live ? p->cableM : 0);
   return OPEN_E_NONE;
 }
 
 }  // namespace
-
-uint64_t counterAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
-  return countedAt(s, p, which, atMs) % kCounterWrap;
-}
 
 uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
   return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
@@ -224,14 +208,12 @@ const CallRule kCounterRules[] = {
     SIM_RULE(rpcclt_openapiInterfaceStatsReset, resetOneCall),
     SIM_RULE(rpcclt_openapiResetAllInterfacesStats, resetAllCall),
     SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, unitSlotPortCall),
-    SIM_RULE(rpcclt_openapiRtrVlanIntfIfNumGet, routingInterfaceCall),
     SIM_RULE(rpcclt_openapiCableStatusGet, cableTestCall),
 };
-const size_t kCounterRuleCount = sizeof kCounterRules / sizeof kCounterRules[0];
 
 // Every port carries quiet traffic once linked; the profiled ones what
 // their device sends, counted since the last clear.
-void seedCounters(Sim &s) {
+static void seedCounters(Sim &s) {
   for (const TrafficProfile &t : kProfiles) {
     Port *p = findPort(s, t.ifNum ? t.ifNum : s.model.layout.firstFibre());
     if (!p) continue;
@@ -239,5 +221,7 @@ void seedCounters(Sim &s) {
     for (int c = 0; c < kCounterCount; ++c) p->counters[c] = grown(t.rates, static_cast<Counter>(c), t.countedMs);
   }
 }
+
+const RuleGroup kCounterGroup = {kCounterRules, std::size(kCounterRules), seedCounters};
 
 }  // namespace sim

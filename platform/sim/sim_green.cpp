@@ -52,19 +52,19 @@ Port *greenPort(Sim &s, uint64_t ifNum) {
 int walkGreen(Sim &s, uint64_t after, Call &c) {
   for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
     if (!isGreen(s, it->second)) continue;
-    c.out("intIfNum", it->first);
+    c.outLast(it->first);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
 }
 
 int greenFirst(Sim &s, Call &c) { return walkGreen(s, 0, c); }
-int greenNext(Sim &s, Call &c) { return walkGreen(s, c.in("prevIfNum"), c); }
+int greenNext(Sim &s, Call &c) { return walkGreen(s, c.first(), c); }
 
 // Questions about an interface the switch does not have find nothing.
 int isGreenIntf(Sim &s, Call &c) {
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out(parameterNames(*c.id).back().c_str(), greenPort(s, c.port()) ? 1 : 0);
+  c.outLast(greenPort(s, c.port()) ? 1 : 0);
   return OPEN_E_NONE;
 }
 
@@ -85,7 +85,7 @@ int greenSet(Sim &s, Call &c) {
 // Switch-wide values: the whole model is the accessor's to choose from.
 template <uint32_t &(*F)(Model &)>
 int switchGet(Sim &s, Call &c) {
-  c.out(parameterNames(*c.id).back().c_str(), F(s.model));
+  c.outLast(F(s.model));
   return OPEN_E_NONE;
 }
 
@@ -138,14 +138,21 @@ OprStatus shortReachStatus(Sim &s, const Port &p) {
   return p.ifNum <= 2 ? OprStatus{true, kShortCable} : OprStatus{false, kLongCable};
 }
 
-int answerStatus(Sim &s, Call &c, OprStatus (*status)(Sim &, const Port &), bool asText) {
-  const Interface *i = findInterface(s, c.port());
-  if (!i) return OPEN_E_NOT_FOUND;
+// The four status calls share their layout: the port, whether active,
+// and why.
+namespace statusArgs = args::rpcclt_openapiGreenEthrEnergyDetectOprStatusGet;
+static_assert(samePlace(args::rpcclt_openapiGreenEthrShrtRchOprStatusStrGet::reason, statusArgs::reason) &&
+              samePlace(args::rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet::reason, statusArgs::reason) &&
+              samePlace(args::rpcclt_openapiGreenEthrShrtRchOprStatusGet::reason, statusArgs::reason));
+
+int answerStatus(Sim &s, Call &c, OprStatus (*statusOf)(Sim &, const Port &), bool asText) {
+  using enum statusArgs::Param;
+  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
   const Port *p = findPort(s, c.port());
-  OprStatus st = !p ? OprStatus{false, kNotAttached} : !isGreen(s, *p) ? OprStatus{false, kFiberPort} : status(s, *p);
-  c.out("status", st.active ? 1 : 0);
-  if (asText) c.outText("reason", reasonText(st.reason));
-  else c.out("reason", st.reason);
+  OprStatus st = !p ? OprStatus{false, kNotAttached} : !isGreen(s, *p) ? OprStatus{false, kFiberPort} : statusOf(s, *p);
+  c.out(status, st.active ? 1 : 0);
+  if (asText) c.outText(reason, reasonText(st.reason));
+  else c.out(reason, st.reason);
   return OPEN_E_NONE;
 }
 
@@ -161,21 +168,21 @@ template <uint64_t (*Answer)(const Sim &, const Port &)>
 int greenDerived(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  c.last().num = Answer(s, *p);
-  c.last().written = true;
+  c.outLast(Answer(s, *p));
   return OPEN_E_NONE;
 }
 
 uint64_t secondsSinceReset(const Sim &s, const Port &p) { return static_cast<uint64_t>(statsAge(s, p)); }
 
 int timeSinceResetSplit(Sim &s, Call &c) {
+  using enum args::rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet::Param;
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
   uint64_t t = static_cast<uint64_t>(statsAge(s, *p));
-  c.out("days", t / 86400);
-  c.out("hours", t % 86400 / 3600);
-  c.out("minutes", t % 3600 / 60);
-  c.out("seconds", t % 60);
+  c.out(days, t / 86400);
+  c.out(hours, t % 86400 / 3600);
+  c.out(minutes, t % 3600 / 60);
+  c.out(seconds, t % 60);
   return OPEN_E_NONE;
 }
 
@@ -207,12 +214,14 @@ uint64_t eeeEvents(const Sim &s, const Port &p) {
 
 template <uint64_t (GreenPort::*Duration)[2], uint64_t UsPerMs>
 int eeeDuration(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiGreenEthrEeeTxDurationGet::Param;
+  static_assert(samePlace(args::rpcclt_openapiGreenEthrEeeRxDurationGet::low, low));
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
   const uint64_t(&base)[2] = p->green.*Duration;
   uint64_t us = (base[0] << 32) + base[1] + lpiMsSinceClear(s, *p) * UsPerMs;
-  c.out("high", us >> 32);
-  c.out("low", us & 0xFFFFFFFFu);
+  c.out(high, us >> 32);
+  c.out(low, us & 0xFFFFFFFFu);
   return OPEN_E_NONE;
 }
 
@@ -232,39 +241,42 @@ uint64_t echoTwsys(const Sim &s, const Port &p) { return lowPowerIdle(s, p) ? kP
 // A partner's value for its one LLDP record, whatever the time mark.
 template <bool Echo>
 int remoteValue(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiGreenEthrEeeRemTxTwsysGet::Param;
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  if (!lowPowerIdle(s, *p) || c.in("remIndex") != kRemoteIndex) return OPEN_E_NOT_FOUND;
-  c.out("twsys", Echo ? kLocalTwsys : kPartnerTwsys);
+  if (!lowPowerIdle(s, *p) || c.in(remIndex) != kRemoteIndex) return OPEN_E_NOT_FOUND;
+  c.out(twsys, Echo ? kLocalTwsys : kPartnerTwsys);
   return OPEN_E_NONE;
 }
 
 int localSummary(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiGreenEthrEeeLocalSummaryGet::Param;
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
   bool enabled = eeeActive(s, *p), ready = lowPowerIdle(s, *p);
   uint32_t echo = ready ? kPartnerTwsys : 0;
-  c.out("twSysTx", kLocalTwsys);
-  c.out("twSysTxEcho", echo);
-  c.out("twSysRx", kLocalTwsys);
-  c.out("twSysRxEcho", echo);
-  c.out("twSysTxFallback", kLocalTwsys);
-  c.out("txDllEnabled", enabled);
-  c.out("txDllReady", ready);
-  c.out("rxDllEnabled", enabled);
-  c.out("rxDllReady", ready);
+  c.out(twSysTx, kLocalTwsys);
+  c.out(twSysTxEcho, echo);
+  c.out(twSysRx, kLocalTwsys);
+  c.out(twSysRxEcho, echo);
+  c.out(twSysTxFallback, kLocalTwsys);
+  c.out(txDllEnabled, enabled);
+  c.out(txDllReady, ready);
+  c.out(rxDllEnabled, enabled);
+  c.out(rxDllReady, ready);
   return OPEN_E_NONE;
 }
 
 int remoteSummary(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiGreenEthrEeeRemoteSummaryGet::Param;
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
   if (!lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
-  c.out("twSysTx", kPartnerTwsys);
-  c.out("twSysTxEcho", kLocalTwsys);
-  c.out("twSysRx", kPartnerTwsys);
-  c.out("twSysRxEcho", kLocalTwsys);
-  c.out("twSysTxFallback", kPartnerTwsys);
+  c.out(twSysTx, kPartnerTwsys);
+  c.out(twSysTxEcho, kLocalTwsys);
+  c.out(twSysRx, kPartnerTwsys);
+  c.out(twSysRxEcho, kLocalTwsys);
+  c.out(twSysTxFallback, kPartnerTwsys);
   return OPEN_E_NONE;
 }
 
@@ -273,13 +285,14 @@ int remoteSummary(Sim &s, Call &c) {
 int totalLpiTime(Sim &s, Call &c) {
   uint64_t ms = 0;
   for (const auto &[n, p] : s.model.ports) ms += lpiMsAt(s, p, clockNowMs(s.clock));
-  c.out("lpiTotalTime", (s.model.green.totalLpiTime + ms / 1000) % (1ULL << 32));
+  c.outLast((s.model.green.totalLpiTime + ms / 1000) % (1ULL << 32));
   return OPEN_E_NONE;
 }
 
 int featuresSupported(Sim &s, Call &c) {
-  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
-  c.outText("features", s.model.green.features);
+  using enum args::rpcclt_openapiGreenEthrFeaturesSupportedGet::Param;
+  if (c.in(unit) != kStackUnit) return OPEN_E_NOT_FOUND;
+  c.outText(features, s.model.green.features);
   return OPEN_E_NONE;
 }
 
@@ -293,7 +306,7 @@ uint64_t cumulativeSaving(const Sim &s, const Port &p) { return savedMwhAt(s, p,
 int globalCurrentPower(Sim &s, Call &c) {
   int64_t total = 0;
   for (const auto &[n, p] : s.model.ports) total += drawMw(s, p);
-  c.out("pwrConsumption", static_cast<uint64_t>(total));
+  c.outLast(static_cast<uint64_t>(total));
   return OPEN_E_NONE;
 }
 
@@ -301,7 +314,7 @@ int globalCumulativeSaving(Sim &s, Call &c) {
   uint64_t total = 0;
   for (const auto &[n, p] : s.model.ports)
     if (isGreen(s, p)) total += savedMwhAt(s, p, clockNowMs(s.clock));
-  c.out("pwrSaving", total);
+  c.outLast(total);
   return OPEN_E_NONE;
 }
 
@@ -402,7 +415,7 @@ void addSamples(GreenPort &g, uint32_t ifNum, bool idle, int64_t time, uint32_t 
 }
 
 int sampleIntervalSet(Sim &s, Call &c) {
-  uint64_t v = c.in("sampleInterval");
+  uint64_t v = c.in(args::rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet::sampleInterval);
   if (v < facts::kLpiSampleInterval.least || v > facts::kLpiSampleInterval.most) return OPEN_E_PARAM;
   s.model.green.sampleIntervalMin = static_cast<uint32_t>(v);
   s.model.green.nextSampleMs = clockNowMs(s.clock) + sampleStepMs(s);
@@ -411,7 +424,7 @@ int sampleIntervalSet(Sim &s, Call &c) {
 
 // A smaller maximum keeps the newest samples.
 int maxSamplesSet(Sim &s, Call &c) {
-  uint64_t v = c.in("maxSamples");
+  uint64_t v = c.in(args::rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet::maxSamples);
   if (v < facts::kLpiMaxSamples.least || v > facts::kLpiMaxSamples.most) return OPEN_E_PARAM;
   s.model.green.maxSamples = static_cast<uint32_t>(v);
   trimHistory(s);
@@ -436,8 +449,9 @@ void writeSample(Arg &a, const Port &p, uint64_t index, uint64_t kept) {
   a.written = true;
 }
 
+// The sample is the last argument of every history call.
 int answerSample(Call &c, const Port &p, uint64_t index) {
-  Arg &a = c.arg("sample");
+  Arg &a = c.last();
   uint64_t kept = keptSamples(p.green);
   if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
   if (index >= kept) return OPEN_E_NOT_FOUND;
@@ -452,7 +466,7 @@ int historyFirst(Sim &s, Call &c) {
 }
 
 int historyNext(Sim &s, Call &c) {
-  Arg &a = c.arg("sample");
+  Arg &a = c.arg(args::rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet::sample);
   if (a.kind != wire::kInOutBlob || a.text.size() != sizeof(open_pwr_sav_sample_t)) return OPEN_E_PARAM;
   open_pwr_sav_sample_t r = {};
   memcpy(&r, a.text.data(), sizeof r);
@@ -466,7 +480,7 @@ int historyNext(Sim &s, Call &c) {
 int historyNextSample(Sim &s, Call &c) {
   const Port *p = greenPort(s, c.port());
   if (!p) return lacking(s, c.port());
-  uint64_t cur = c.in("curSample");
+  uint64_t cur = c.in(args::rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet::curSample);
   if (cur == 0 || p->green.history.empty()) return answerSample(c, *p, 0);
   uint16_t firstNumber = static_cast<uint16_t>(p->green.history.front().place + 1);
   if (cur > UINT16_MAX) return OPEN_E_NOT_FOUND;
@@ -657,14 +671,15 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, historyNextSample),
     SIM_RULE(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, historyClear),
 };
-const size_t kGreenRuleCount = sizeof kGreenRules / sizeof kGreenRules[0];
 
-void seedGreen(Sim &s) {
+static void seedGreen(Sim &s) {
   s.model.green = Green();
   for (auto &[n, p] : s.model.ports) {
     seedPower(p, isFibre(s, p));
     if (isGreen(s, p)) seedGreenPort(s, p);
   }
 }
+
+const RuleGroup kGreenGroup = {kGreenRules, std::size(kGreenRules), seedGreen};
 
 }  // namespace sim

@@ -16,17 +16,19 @@ bool hasLed(uint32_t ifNum) { return ifNum <= kLedPorts; }
 
 // Names longer than the switch keeps are refused, not cut.
 int timeRangeSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiInterfaceAppTimeRangeSet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  std::string name = c.text("timeRange");
+  std::string name = c.text(timeRange);
   if (name.size() > kTimeRangeNameMax) return OPEN_E_PARAM;
   p->settings.timeRange = name;
   return OPEN_E_NONE;
 }
 
 int ledSupport(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet::Param;
   if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("supported", hasLed(c.port()) ? 1 : 0);
+  c.out(supported, hasLed(c.port()) ? 1 : 0);
   return OPEN_E_NONE;
 }
 
@@ -41,14 +43,16 @@ int ledSet(Sim &s, Call &c) {
 }
 
 int ledModeGet(Sim &s, Call &c) {
-  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
-  c.out("mode", s.model.ledMode);
+  using enum args::rpcclt_openapiInterfaceAppRGBLedColorModeGet::Param;
+  if (c.in(unit) != kStackUnit) return OPEN_E_NOT_FOUND;
+  c.out(mode, s.model.ledMode);
   return OPEN_E_NONE;
 }
 
 int ledModeSet(Sim &s, Call &c) {
-  if (c.in("unit") != kStackUnit) return OPEN_E_NOT_FOUND;
-  s.model.ledMode = static_cast<uint32_t>(c.in("mode"));
+  using enum args::rpcclt_openapiInterfaceAppRGBLedColorModeSet::Param;
+  if (c.in(unit) != kStackUnit) return OPEN_E_NOT_FOUND;
+  s.model.ledMode = static_cast<uint32_t>(c.in(mode));
   return OPEN_E_NONE;
 }
 
@@ -68,12 +72,13 @@ const CallRule kInterfaceAppRules[] = {
                (ledSet<SIM_PORT_FIELD(settings.ledBrightness), kBrightnessMax>)),
     SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet, ledGet<SIM_PORT_FIELD(settings.ledBrightness)>),
 };
-const size_t kInterfaceAppRuleCount = sizeof kInterfaceAppRules / sizeof kInterfaceAppRules[0];
 
 // The guest-room ports follow the office-hours schedule.
-void seedInterfaceApp(Sim &s) {
+static void seedInterfaceApp(Sim &s) {
   for (auto &[n, p] : s.model.ports) p.settings.timeRange = n >= 9 && n <= 12 ? "office-hours" : "";
   s.model.ledMode = 1;
 }
+
+const RuleGroup kInterfaceAppGroup = {kInterfaceAppRules, std::size(kInterfaceAppRules), seedInterfaceApp};
 
 }  // namespace sim

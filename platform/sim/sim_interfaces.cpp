@@ -3,6 +3,8 @@
 // link of each port as its facts make it.
 #include <stdio.h>
 
+#include <algorithm>
+
 #include "sim/sim.h"
 #include "switch_facts.h"
 
@@ -29,7 +31,12 @@ constexpr uint32_t kPatchCableM = 3;
 struct Cable {
   uint32_t ifNum, metres;
 };
-constexpr Cable kCables[] = {{1, 30}, {2, 50}, {3, 5}, {4, 23}, {5, 15}, {7, 10}, {8, 80}, {12, 48}};
+constexpr Cable kCables[] = {{1, 30}, {2, 50}, {3, 5}, {4, 23}, {5, 15}, {kGuardedPort, 10}, {8, 80}, {12, 48}};
+
+// The guarded port was shut down by BPDU guard after a rogue switch was
+// plugged in, an hour before load.
+constexpr char kGuardCause[] = "bpduguard";
+constexpr int64_t kGuardTrippedBeforeLoadMs = 3600 * 1000;
 
 // Link state 0 is up; operational state 2 is D-Disabled.
 constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
@@ -37,29 +44,49 @@ constexpr uint32_t kLinkUp = 0, kLinkDown = 1;
 constexpr uint32_t kOprDown = 0, kOprUp = facts::codeOf(facts::kOperationalStates, "port_enable"),
                    kOprDiagDisabled = facts::codeOf(facts::kOperationalStates, "port_diag_disable");
 
+// The routing interface on `vlan`, if the switch has one there.
+const RoutingVlan *routingOn(const Sim &s, uint64_t vlan) {
+  for (const RoutingVlan &v : kRoutingVlans)
+    if (v.vlan == vlan && vlanExists(s, v.vlan)) return &v;
+  return nullptr;
+}
+
+// The interface numbered next above `after`, whatever its type.
+std::optional<Interface> interfaceAbove(const Sim &s, uint32_t after) {
+  const SwitchLayout &layout = s.model.layout;
+  if (auto p = s.model.ports.upper_bound(after); p != s.model.ports.end()) return Interface{p->first, OPEN_INTF_TYPE_PHY};
+  if (after <= layout.ports()) return Interface{layout.ports() + 1, OPEN_INTF_TYPE_CPU};
+  if (layout.lags && after < kFirstLag + layout.lags - 1)
+    return Interface{std::max(after + 1, kFirstLag), OPEN_INTF_TYPE_LAG};
+  for (const RoutingVlan &v : kRoutingVlans)
+    if (v.ifNum > after && routingOn(s, v.vlan)) return Interface{v.ifNum, OPEN_INTF_TYPE_VLAN};
+  return std::nullopt;
+}
+
 int firstOfTypeCall(Sim &s, Call &c) {
-  const Interface *i = firstOfType(s, static_cast<uint32_t>(c.in("ifType")));
+  using enum args::openapiIfFirstGet::Param;
+  std::optional<Interface> i = nextOfType(s, static_cast<uint32_t>(c.in(ifType)), 0);
   if (!i) return OPEN_E_NOT_FOUND;
-  c.out("ifNum", i->ifNum);
+  c.out(ifNum, i->ifNum);
   return OPEN_E_NONE;
 }
 
 int nextOfTypeCall(Sim &s, Call &c) {
-  const Interface *i = nextOfType(s, static_cast<uint32_t>(c.in("ifType")), static_cast<uint32_t>(c.in("ifNum")));
+  using enum args::openapiIfNextGet::Param;
+  std::optional<Interface> i = nextOfType(s, static_cast<uint32_t>(c.in(ifType)), static_cast<uint32_t>(c.in(ifNum)));
   if (!i) return OPEN_E_NOT_FOUND;
-  c.out("nextIfNum", i->ifNum);
+  c.out(nextIfNum, i->ifNum);
   return OPEN_E_NONE;
 }
 
 // Nothing is ever pending deletion here; the walk visits every interface.
 int nextChangedCall(Sim &s, Call &c) {
-  for (const Interface &i : s.interfaces) {
-    if (i.ifNum <= c.in("ifNum")) continue;
-    c.out("nextIfNum", i.ifNum);
-    c.out("deletePending", 0);
-    return OPEN_E_NONE;
-  }
-  return OPEN_E_NOT_FOUND;
+  using enum args::openapiIfNextChangedGet::Param;
+  std::optional<Interface> i = interfaceAbove(s, static_cast<uint32_t>(std::min<uint64_t>(c.in(ifNum), UINT32_MAX)));
+  if (!i) return OPEN_E_NOT_FOUND;
+  c.out(nextIfNum, i->ifNum);
+  c.out(deletePending, 0);
+  return OPEN_E_NONE;
 }
 
 std::string ifName(const Interface &i) {
@@ -67,16 +94,16 @@ std::string ifName(const Interface &i) {
   if (i.type == OPEN_INTF_TYPE_PHY) snprintf(name, sizeof name, "0/%u", i.ifNum);
   else if (i.type == OPEN_INTF_TYPE_LAG) snprintf(name, sizeof name, "lag%u", i.ifNum - kFirstLag + 1);
   else if (i.type == OPEN_INTF_TYPE_CPU) snprintf(name, sizeof name, "cpu");
-  else snprintf(name, sizeof name, "vlan%u", i.ifNum == kRoutingVlans[0].ifNum ? 1u : 10u);
+  else snprintf(name, sizeof name, "vlan%u", i.ifNum == kRoutingVlans[0].ifNum ? kRoutingVlans[0].vlan : kRoutingVlans[1].vlan);
   return name;
 }
 
 // Every interface answers these; `answer` fills the named output.
 template <uint64_t (*Answer)(const Sim &, const Interface &)>
 int identityNum(Sim &s, Call &c) {
-  const Interface *i = findInterface(s, c.port());
+  std::optional<Interface> i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
-  c.out(parameterNames(*c.id).back().c_str(), Answer(s, *i));
+  c.outLast(Answer(s, *i));
   return OPEN_E_NONE;
 }
 
@@ -105,38 +132,49 @@ uint64_t statusOf(const Sim &s, const Interface &i) {
 }
 
 int nameCall(Sim &s, Call &c) {
-  const Interface *i = findInterface(s, c.port());
+  using enum args::openapiIfNameGet::Param;
+  std::optional<Interface> i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
-  c.outText("name", ifName(*i));
+  c.outText(name, ifName(*i));
   return OPEN_E_NONE;
 }
 
 int macCall(Sim &s, Call &c) {
-  const Interface *i = findInterface(s, c.port());
+  using enum args::rpcclt_openapiIfMacAddrGet::Param;
+  std::optional<Interface> i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
   char mac[32];
   snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i->ifNum >> 8, i->ifNum & 0xFF);
-  c.outText("macAddr", mac);
+  c.outText(macAddr, mac);
   return OPEN_E_NONE;
 }
 
 // Only ports carry a description; the others have none to show.
 int descrCall(Sim &s, Call &c) {
-  const Interface *i = findInterface(s, c.port());
-  if (!i) return OPEN_E_NOT_FOUND;
-  const Port *p = findPort(s, i->ifNum);
-  c.outText("descr", p ? p->settings.description : "");
+  using enum args::rpcclt_openapiIfDescrGet::Param;
+  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
+  const Port *p = findPort(s, c.port());
+  c.outText(descr, p ? p->settings.description : "");
   return OPEN_E_NONE;
 }
 
 int numByNameCall(Sim &s, Call &c) {
-  std::string name = c.text("name");
-  for (const Interface &i : s.interfaces) {
-    if (ifName(i) != name) continue;
-    c.out("ifNum", i.ifNum);
+  using enum args::rpcclt_openapiIfNumGet::Param;
+  std::string wanted = c.text(name);
+  for (std::optional<Interface> i = interfaceAbove(s, 0); i; i = interfaceAbove(s, i->ifNum)) {
+    if (ifName(*i) != wanted) continue;
+    c.out(ifNum, i->ifNum);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
+}
+
+int routingInterfaceCall(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiRtrVlanIntfIfNumGet::Param;
+  const RoutingVlan *v = routingOn(s, c.in(vlanId));
+  if (!v) return OPEN_E_NOT_FOUND;
+  c.out(ifNum, v->ifNum);
+  return OPEN_E_NONE;
 }
 
 }  // namespace
@@ -159,8 +197,20 @@ const CallRule kInterfaceRules[] = {
     SIM_RULE(rpcclt_openapiIfDescrGet, descrCall),
     SIM_RULE(rpcclt_openapiIfStatusGet, identityNum<statusOf>),
     SIM_RULE(rpcclt_openapiIfNumGet, numByNameCall),
+    SIM_RULE(rpcclt_openapiRtrVlanIntfIfNumGet, routingInterfaceCall),
 };
-const size_t kInterfaceRuleCount = sizeof kInterfaceRules / sizeof kInterfaceRules[0];
+
+std::optional<Interface> findInterface(const Sim &s, uint32_t ifNum) {
+  std::optional<Interface> i = ifNum ? interfaceAbove(s, ifNum - 1) : std::nullopt;
+  return i && i->ifNum == ifNum ? i : std::nullopt;
+}
+
+std::optional<Interface> nextOfType(const Sim &s, uint32_t type, uint32_t after) {
+  constexpr uint32_t kAnyType = 8;
+  std::optional<Interface> i = interfaceAbove(s, after);
+  while (i && type != kAnyType && i->type != type) i = interfaceAbove(s, i->ifNum);
+  return i;
+}
 
 void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change) {
   settleCounters(s, p, atMs);
@@ -197,27 +247,24 @@ bool vlanExists(const Sim &s, uint32_t vlan) {
 }
 
 // A handful of ports have a cable plugged in, the storage array on the
-// first fibre port; port 7 was shut down by a protection feature (its
-// cable is still there).
-void seedInterfaces(Sim &s) {
+// first fibre port; the guarded port keeps its cable and partner while
+// shut.
+static void seedInterfaces(Sim &s) {
   const SwitchLayout &layout = s.model.layout;
-  s.interfaces.clear();
   s.model.ports.clear();
   for (uint32_t n = 1; n <= layout.ports(); ++n) {
-    s.interfaces.push_back({n, OPEN_INTF_TYPE_PHY});
     Port &p = s.model.ports[n];
     p.ifNum = n;
     p.medium = layout.isFibre(n) ? 2 : 1;
-    p.partner = n <= 3 || n == 5 || n == 7 || n == 8 || n == layout.firstFibre();
-    p.lastChangeS = p.partner && n != 7 ? 86400 + n * 37 : 0;
+    p.partner = n <= 3 || n == 5 || n == kGuardedPort || n == 8 || n == layout.firstFibre();
+    if (n == kGuardedPort) {
+      p.disableReason = static_cast<uint32_t>(disableReasonOf(kGuardCause));
+      p.tripAtMs = -kGuardTrippedBeforeLoadMs;
+    }
+    p.lastChangeS = isUp(p) ? 86400 + n * 37 : 0;
   }
-  s.interfaces.push_back({layout.ports() + 1, OPEN_INTF_TYPE_CPU});
-  for (uint32_t l = 0; l < layout.lags; ++l) s.interfaces.push_back({kFirstLag + l, OPEN_INTF_TYPE_LAG});
   s.model.vlans.clear();
-  for (const RoutingVlan &v : kRoutingVlans) {
-    s.interfaces.push_back({v.ifNum, OPEN_INTF_TYPE_VLAN});
-    s.model.vlans.push_back(v.vlan);
-  }
+  for (const RoutingVlan &v : kRoutingVlans) s.model.vlans.push_back(v.vlan);
   // Each LAG bundles two copper ports, counted down from the fourth-last.
   for (uint32_t l = 0; l < layout.lags && 3 + 2 * l + 1 < layout.copperPorts; ++l) {
     findPort(s, layout.copperPorts - 3 - 2 * l)->lagMember = kFirstLag + l;
@@ -229,5 +276,7 @@ void seedInterfaces(Sim &s) {
   findPort(s, 2)->settings.description = "Office access point";
   findPort(s, layout.firstFibre())->settings.description = "Storage array";
 }
+
+const RuleGroup kInterfaceGroup = {kInterfaceRules, std::size(kInterfaceRules), seedInterfaces};
 
 }  // namespace sim

@@ -83,42 +83,43 @@ std::vector<Entry> portEntries(const Table &t, uint64_t ifNum) {
 // --- configuration ----------------------------------------------------------
 
 int isValidIntf(Sim &s, Call &c) {
-  c.out("isValid", lockable(s, c.port()) ? 1 : 0);
+  c.outLast(lockable(s, c.port()) ? 1 : 0);
   return OPEN_E_NONE;
 }
 
 int nextValidIntf(Sim &s, Call &c) {
-  const Interface *next = nextOfType(s, OPEN_INTF_TYPE_PHY, c.port());
+  using enum args::rpcclt_openapiPmlNextValidIntfGet::Param;
+  std::optional<Interface> next = nextOfType(s, OPEN_INTF_TYPE_PHY, c.port());
   if (!next) return OPEN_E_NOT_FOUND;
-  c.out("nextIfNum", next->ifNum);
+  c.out(nextIfNum, next->ifNum);
   return OPEN_E_NONE;
 }
 
 template <uint32_t &(*F)(Pml &)>
 int pmlGet(Sim &s, Call &c) {
-  c.out("adminMode", F(s.model.pml));
+  c.outLast(F(s.model.pml));
   return OPEN_E_NONE;
 }
 
 template <uint32_t &(*F)(Pml &)>
 int pmlSet(Sim &s, Call &c) {
-  F(s.model.pml) = static_cast<uint32_t>(c.in("adminMode"));
+  F(s.model.pml) = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
 #define SIM_PML_FIELD(expr) (+[](::sim::Pml &m) -> uint32_t & { return m.expr; })
 
-// A VLAN's setting; the VLANs are those the switch has.
+// A VLAN's setting, the VLAN first; the VLANs are those the switch has.
 template <uint32_t PmlVlan::*F>
 int vlanGet(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.in("vlanId")));
+  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
   if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
-  c.out(parameterNames(*c.id).back().c_str(), v->second.*F);
+  c.outLast(v->second.*F);
   return OPEN_E_NONE;
 }
 
 template <uint32_t PmlVlan::*F, uint32_t Max = UINT32_MAX>
 int vlanSet(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.in("vlanId")));
+  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
   if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
   if (c.last().num > Max) return OPEN_E_PARAM;
   v->second.*F = static_cast<uint32_t>(c.last().num);
@@ -126,125 +127,128 @@ int vlanSet(Sim &s, Call &c) {
 }
 
 int intfVlanLimitGet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlIntfVlanDynamicLimitGet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  auto limit = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in("vlanId")));
-  if (limit == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
-  c.out("limit", limit->second);
+  auto found = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in(vlanId)));
+  if (found == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
+  c.out(limit, found->second);
   return OPEN_E_NONE;
 }
 
 int intfVlanLimitSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlIntfVlanDynamicLimitSet::Param;
   Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  auto limit = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in("vlanId")));
-  if (limit == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
-  if (c.in("limit") > kDynamicMax) return OPEN_E_PARAM;
-  limit->second = static_cast<uint32_t>(c.in("limit"));
+  auto found = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in(vlanId)));
+  if (found == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
+  if (c.in(limit) > kDynamicMax) return OPEN_E_PARAM;
+  found->second = static_cast<uint32_t>(c.in(limit));
   return OPEN_E_NONE;
 }
 
 int lastViolation(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlIntfLastViolationAddrGet::Param;
   const Port *p = findPort(s, c.port());
   if (!p) return OPEN_E_NOT_FOUND;
-  c.outText("macAddr", p->pml.lastViolationMac);
-  c.out("vlanId", p->pml.lastViolationVlan);
+  c.outText(macAddr, p->pml.lastViolationMac);
+  c.out(vlanId, p->pml.lastViolationVlan);
   return OPEN_E_NONE;
 }
 
 // --- counts -----------------------------------------------------------------
 
 int staticGlobalCount(Sim &s, Call &c) {
-  c.out("count", s.model.pml.statics.size());
+  c.outLast(s.model.pml.statics.size());
   return OPEN_E_NONE;
 }
 
-int staticCount(Sim &s, Call &c) {
+// A port's entries in one table, or only those that came from learning.
+template <Table Pml::*T, bool LearnedOnly = false>
+int portCount(Sim &s, Call &c) {
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("count", countIf(s.model.pml.statics, [&](const Entry &e) { return e.ifNum == c.port(); }));
-  return OPEN_E_NONE;
-}
-
-int staticLearnedCount(Sim &s, Call &c) {
-  if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("count", countIf(s.model.pml.statics, [&](const Entry &e) { return e.ifNum == c.port() && e.learned; }));
-  return OPEN_E_NONE;
-}
-
-int dynamicCount(Sim &s, Call &c) {
-  if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out("count", countIf(s.model.pml.dynamics, [&](const Entry &e) { return e.ifNum == c.port(); }));
+  c.outLast(countIf(s.model.pml.*T, [&](const Entry &e) { return e.ifNum == c.port() && (e.learned || !LearnedOnly); }));
   return OPEN_E_NONE;
 }
 
 int staticCountByVlan(Sim &s, Call &c) {
-  uint64_t vlan = c.in("vlanId");
+  uint64_t vlan = c.first();
   if (!vlanKnown(s, vlan)) return OPEN_E_NOT_FOUND;
-  c.out("count", countIf(s.model.pml.statics, [&](const Entry &e) { return e.vlan == vlan; }));
+  c.outLast(countIf(s.model.pml.statics, [&](const Entry &e) { return e.vlan == vlan; }));
   return OPEN_E_NONE;
 }
 
 int intfVlanDynamicCount(Sim &s, Call &c) {
-  uint64_t vlan = c.in("vlanId");
+  uint64_t vlan = c.in(args::rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet::vlanId);
   if (!lockable(s, c.port()) || !vlanKnown(s, vlan)) return OPEN_E_NOT_FOUND;
   auto onBoth = [&](const Entry &e) { return e.ifNum == c.port() && e.vlan == vlan; };
-  c.out("count", countIf(s.model.pml.dynamics, onBoth));
+  c.outLast(countIf(s.model.pml.dynamics, onBoth));
   return OPEN_E_NONE;
 }
 
 // The configured limit is in force only while VLAN-based locking is on,
 // both switch-wide and on the VLAN.
 int vlanOperationalLimit(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.in("vlanId")));
+  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
   if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
   bool active = s.model.pml.vlanAdmin == 1 && v->second.mode == 1;
-  c.out("limit", active ? v->second.dynamicLimit : 0);
+  c.outLast(active ? v->second.dynamicLimit : 0);
   return OPEN_E_NONE;
 }
 
 // --- walks ------------------------------------------------------------------
 
-// Output order of every walk: address text, VLAN, then (static) sticky.
-void writeEntry(Call &c, const Entry &e, const char *mac, const char *vlan, const char *sticky) {
-  c.outText(mac, e.mac);
-  c.out(vlan, e.vlan);
-  if (sticky) c.out(sticky, e.sticky ? 1 : 0);
-}
+// The walks share the static walks' layout: the port, an address and its
+// VLAN (the first entry's, or the one the walk goes on after), the next
+// entry's, and the sticky flags of static entries.
+namespace firstArgs = args::rpcclt_openapiPmlIntfStaticEntryGetFirst;
+namespace nextArgs = args::rpcclt_openapiPmlIntfStaticEntryGetNext;
+static_assert(samePlace(args::rpcclt_openapiPmlIntfDynamicEntryGetFirst::vlanId, firstArgs::vlanId) &&
+              samePlace(args::rpcclt_openapiPmlVlanDynamicEntryGetFirst::vlanId, firstArgs::vlanId) &&
+              samePlace(args::rpcclt_openapiPmlIntfDynamicEntryGetNext::nextVlanId, nextArgs::nextVlanId));
 
-int walkFirst(Sim &s, Call &c, Table Pml::*table, const char *sticky) {
+int walkFirst(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
+  using enum firstArgs::Param;
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
   std::vector<Entry> entries = portEntries(s.model.pml.*table, c.port());
   if (entries.empty()) return OPEN_E_NOT_FOUND;
-  writeEntry(c, entries.front(), "macAddr", "vlanId", sticky);
+  c.outText(macAddr, entries.front().mac);
+  c.out(vlanId, entries.front().vlan);
+  if (withSticky) c.out(sticky, entries.front().sticky);
   return OPEN_E_NONE;
 }
 
 // The entry after (address, VLAN) on the port.
-int walkNext(Sim &s, Call &c, Table Pml::*table, const char *sticky) {
+int walkNext(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
+  using enum nextArgs::Param;
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  std::string mac = walkKey(c.text("macAddr"));
-  uint64_t vlan = c.in("vlanId");
+  std::string mac = walkKey(c.text(macAddr));
+  uint64_t vlan = c.in(vlanId);
   for (const Entry &e : portEntries(s.model.pml.*table, c.port())) {
     if (std::tie(e.mac, e.vlan) <= std::tie(mac, vlan)) continue;
-    writeEntry(c, e, "nextMacAddr", "nextVlanId", sticky);
+    c.outText(nextMacAddr, e.mac);
+    c.out(nextVlanId, e.vlan);
+    if (withSticky) c.out(nextSticky, e.sticky);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
 }
 
-int staticFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::statics, "sticky"); }
-int staticNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::statics, "nextSticky"); }
-int dynamicFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::dynamics, nullptr); }
-int dynamicNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::dynamics, nullptr); }
+int staticFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::statics, true); }
+int staticNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::statics, true); }
+int dynamicFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::dynamics, false); }
+int dynamicNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::dynamics, false); }
 
 // The VLAN-based walk goes over the port's learned addresses keyed by the
 // address alone: the same address learned in a second VLAN is not visited.
 int vlanDynamicNext(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlVlanDynamicEntryGetNext::Param;
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  std::string mac = walkKey(c.text("macAddr"));
+  std::string mac = walkKey(c.text(macAddr));
   for (const Entry &e : portEntries(s.model.pml.dynamics, c.port())) {
     if (e.mac <= mac) continue;
-    writeEntry(c, e, "nextMacAddr", "vlanId", nullptr);
+    c.outText(nextMacAddr, e.mac);
+    c.out(vlanId, e.vlan);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
@@ -254,9 +258,14 @@ int vlanDynamicNext(Sim &s, Call &c) {
 
 // Inputs of every entry call: port, address, VLAN. 0 when they name a
 // lockable port and a well-formed address.
+namespace entryArgs = args::rpcclt_openapiPmlIntfStaticEntryAdd;
+static_assert(samePlace(args::rpcclt_openapiPmlIntfStaticEntryDelete::vlanId, entryArgs::vlanId) &&
+              samePlace(args::rpcclt_openapiPmlDot1qciStreamSet::vlanId, entryArgs::vlanId) &&
+              samePlace(args::rpcclt_openapiPmlDot1qciStreamGet::vlanId, entryArgs::vlanId) &&
+              samePlace(args::rpcclt_openapiPmlDot1qciStreamDelete::vlanId, entryArgs::vlanId));
 int entryKey(const Sim &s, const Call &c, std::string *mac) {
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
-  if (!canonicalMac(c.text("macAddr"), mac) || !within(facts::kLockVlan, c.in("vlanId"))) return OPEN_E_PARAM;
+  if (!canonicalMac(c.text(entryArgs::macAddr), mac) || !within(facts::kLockVlan, c.in(entryArgs::vlanId))) return OPEN_E_PARAM;
   return OPEN_E_NONE;
 }
 
@@ -266,18 +275,19 @@ uint32_t staticLimit(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum)->
 // refuses more with a general failure, as the switch does for a full
 // table.
 int staticAdd(Sim &s, Call &c) {
+  using enum entryArgs::Param;
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
-  uint64_t ifNum = c.port(), vlan = c.in("vlanId");
+  uint64_t port = c.port(), vlan = c.in(vlanId);
   Pml &t = s.model.pml;
   if (countIf(t.statics, [&](const Entry &e) { return e.mac == mac && e.vlan == vlan; })) return OPEN_E_EXISTS;
-  if (countIf(t.statics, [&](const Entry &e) { return e.ifNum == ifNum; }) >= staticLimit(s, ifNum)) return OPEN_E_FAIL;
+  if (countIf(t.statics, [&](const Entry &e) { return e.ifNum == port; }) >= staticLimit(s, port)) return OPEN_E_FAIL;
   std::erase_if(t.dynamics, [&](const Entry &e) { return e.mac == mac && e.vlan == vlan; });
   Entry e;
-  e.ifNum = static_cast<uint32_t>(ifNum);
+  e.ifNum = static_cast<uint32_t>(port);
   e.mac = mac;
   e.vlan = static_cast<uint32_t>(vlan);
-  e.sticky = c.in("sticky") == 1;
+  e.sticky = c.in(sticky) == 1;
   t.statics.push_back(e);
   return OPEN_E_NONE;
 }
@@ -287,7 +297,7 @@ int staticDelete(Sim &s, Call &c) {
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
   Pml &t = s.model.pml;
-  uint64_t vlan = c.in("vlanId");
+  uint64_t vlan = c.in(entryArgs::vlanId);
   if (!findEntry(t.statics, c.port(), mac, vlan)) return OPEN_E_NOT_FOUND;
   auto same = [&](const Entry &e) { return sameEntry(e, c.port(), mac, vlan); };
   std::erase_if(t.statics, same);
@@ -318,9 +328,10 @@ int dynamicToStatic(Sim &s, Call &c) {
 
 // A stream binds to an address locked on the port, static or learned.
 int streamSet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlDot1qciStreamSet::Param;
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
-  uint64_t stream = c.in("streamId"), vlan = c.in("vlanId");
+  uint64_t stream = c.in(streamId), vlan = c.in(vlanId);
   if (!within(facts::kStreamId, stream)) return OPEN_E_PARAM;
   Pml &t = s.model.pml;
   if (!findEntry(t.statics, c.port(), mac, vlan) && !findEntry(t.dynamics, c.port(), mac, vlan)) return OPEN_E_NOT_FOUND;
@@ -338,23 +349,25 @@ int streamSet(Sim &s, Call &c) {
 }
 
 int streamGet(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlDot1qciStreamGet::Param;
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
-  const Entry *bound = findEntry(s.model.pml.streams, c.port(), mac, c.in("vlanId"));
+  const Entry *bound = findEntry(s.model.pml.streams, c.port(), mac, c.in(vlanId));
   if (!bound) return OPEN_E_NOT_FOUND;
-  c.out("streamId", bound->stream);
+  c.out(streamId, bound->stream);
   return OPEN_E_NONE;
 }
 
 // The stream named must be the one bound.
 int streamDelete(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiPmlDot1qciStreamDelete::Param;
   std::string mac;
   if (int rc = entryKey(s, c, &mac)) return rc;
   Pml &t = s.model.pml;
-  uint64_t vlan = c.in("vlanId");
+  uint64_t vlan = c.in(vlanId);
   const Entry *bound = findEntry(t.streams, c.port(), mac, vlan);
   if (!bound) return OPEN_E_NOT_FOUND;
-  if (bound->stream != c.in("streamId")) return OPEN_E_PARAM;
+  if (bound->stream != c.in(streamId)) return OPEN_E_PARAM;
   std::erase_if(t.streams, [&](const Entry &e) { return sameEntry(e, c.port(), mac, vlan); });
   return OPEN_E_NONE;
 }
@@ -459,7 +472,7 @@ const CallRule kPmlRules[] = {
                (portSet<SIM_PORT_FIELD(pml.staticLimit), 0, kStaticMax>)),
     SIM_RULE(rpcclt_openapiPmlIntfDynamicMaxLimitGet, portGet<SIM_PORT_FIELD(pml.dynamicMaxLimit)>),
     SIM_RULE(rpcclt_openapiPmlIntfStaticMaxLimitGet, portGet<SIM_PORT_FIELD(pml.staticMaxLimit)>),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticCountGet, staticCount),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticCountGet, portCount<&Pml::statics>),
     SIM_RULE(rpcclt_openapiPmlIntfViolationTrapModeGet, portGet<SIM_PORT_FIELD(pml.trapMode)>),
     SIM_SETTER(rpcclt_openapiPmlIntfViolationTrapModeSet, rpcclt_openapiPmlIntfViolationTrapModeGet,
                portSet<SIM_PORT_FIELD(pml.trapMode)>),
@@ -476,8 +489,8 @@ const CallRule kPmlRules[] = {
     SIM_SETTER(rpcclt_openapiPmlIntfAgeTimeSet, rpcclt_openapiPmlIntfAgeTimeGet,
                (portSet<SIM_PORT_FIELD(pml.ageTime), 0, kAgeTimeMax>)),
     SIM_RULE(rpcclt_openapiPmlIntfLastViolationAddrGet, lastViolation),
-    SIM_RULE(rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, dynamicCount),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, staticLearnedCount),
+    SIM_RULE(rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, portCount<&Pml::dynamics>),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, (portCount<&Pml::statics, true>)),
     SIM_RULE(rpcclt_openapiPmlStaticAddrCountByVlanGet, staticCountByVlan),
     SIM_RULE(rpcclt_openapiPmlVlanDynamicLimitGet, vlanGet<&PmlVlan::dynamicLimit>),
     SIM_SETTER(rpcclt_openapiPmlVlanDynamicLimitSet, rpcclt_openapiPmlVlanDynamicLimitGet,
@@ -507,13 +520,14 @@ const CallRule kPmlRules[] = {
     SIM_RULE(rpcclt_openapiPmlDot1qciStreamGet, streamGet),
     SIM_RULE(rpcclt_openapiPmlDot1qciStreamDelete, streamDelete),
 };
-const size_t kPmlRuleCount = sizeof kPmlRules / sizeof kPmlRules[0];
 
-void seedPml(Sim &s) {
+static void seedPml(Sim &s) {
   s.model.pml = Pml();
   for (auto &[n, p] : s.model.ports) seedPort(s, p);
   for (uint32_t vlan : s.model.vlans) seedVlan(s, vlan);
   seedTables(s.model.pml, s.model.layout.firstFibre());
 }
+
+const RuleGroup kPmlGroup = {kPmlRules, std::size(kPmlRules), seedPml};
 
 }  // namespace sim

@@ -5,29 +5,16 @@
 
 namespace sim {
 
-const RuleGroup kRuleGroups[] = {
-    {kSystemRules, kSystemRuleCount},
-    {kInterfaceRules, kInterfaceRuleCount},
-    {kAttributeRules, kAttributeRuleCount},
-    {kPmlRules, kPmlRuleCount},
-    {kGreenRules, kGreenRuleCount},
-    {kInterfaceAppRules, kInterfaceAppRuleCount},
-    {kCounterRules, kCounterRuleCount},
-};
-const size_t kRuleGroupCount = sizeof kRuleGroups / sizeof kRuleGroups[0];
-
 // The groups in the order their facts build on each other: the ports and
 // their links first.
+const RuleGroup kRuleGroups[] = {kSystemGroup, kInterfaceGroup,    kAttributeGroup, kPmlGroup,
+                                 kGreenGroup,  kInterfaceAppGroup, kCounterGroup};
+const size_t kRuleGroupCount = std::size(kRuleGroups);
+
 void seedSwitch(Sim &s, const SwitchLayout &layout) {
   s.model = Model();
   s.model.layout = layout;
-  seedSystem(s);
-  seedInterfaces(s);
-  seedAttributes(s);
-  seedPml(s);
-  seedGreen(s);
-  seedInterfaceApp(s);
-  seedCounters(s);
+  for (const RuleGroup &g : kRuleGroups) g.seed(s);
 }
 
 std::string defaultScenario() { return scenarioFor(SwitchLayout{}); }

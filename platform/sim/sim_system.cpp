@@ -77,22 +77,24 @@ std::string recoveryShowText(const Sim &s) {
 }
 
 int cliShow(Sim &s, Call &c) {
-  std::string command = c.text("command"), file = c.text("fileName");
+  using enum args::rpcclt_openapiCliShowExecuteToFile::Param;
+  std::string shown = c.text(command);
   // `ctl set` fixes a command's text whatever file name the caller picks.
   std::string body;
-  if (const Outputs *fixed = s.overridden(c.name, command); fixed && !fixed->empty()) body = (*fixed)[0].text;
-  else if (command == kShowRecovery) body = recoveryShowText(s);
+  if (const Outputs *fixed = s.overridden(c.name, shown); fixed && !fixed->empty()) body = (*fixed)[0].text;
+  else if (shown == kShowRecovery) body = recoveryShowText(s);
   else return OPEN_E_UNAVAIL;
-  return writeCliFile(file, body) ? OPEN_E_NONE : OPEN_E_FAIL;
+  return writeCliFile(c.text(fileName), body) ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
 int cliCompress(Sim &, Call &c) {
+  using enum args::rpcclt_openapiTxtCfgCompress::Param;
   std::string script;
-  if (!readCliFile(c.text("source"), &script)) return OPEN_E_FAIL;
+  if (!readCliFile(c.text(source), &script)) return OPEN_E_FAIL;
   std::string packed;
   for (const std::string &line : splitLines(script))
     if (!trim(line).empty()) packed += trim(line) + "\n";
-  return writeCliFile(c.text("destination"), packed) ? OPEN_E_NONE : OPEN_E_FAIL;
+  return writeCliFile(c.text(destination), packed) ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
 bool isRecoveryCause(const std::string &name) { return name == "all" || causeIndex(name) >= 0; }
@@ -155,34 +157,35 @@ void journalScript(Sim &s, const std::vector<std::string> &lines) {
 }
 
 int cliApply(Sim &s, Call &c) {
+  using enum args::rpcclt_openapiTxtCfgApply::Param;
   std::string script;
-  if (!readCliFile(c.text("input"), &script)) return OPEN_E_FAIL;
+  if (!readCliFile(c.text(input), &script)) return OPEN_E_FAIL;
   std::vector<std::string> lines = splitLines(script);
   journalScript(s, lines);
 
   std::vector<ConfigLine> parsed(lines.size());
   for (size_t i = 0; i < lines.size(); ++i) {
     if (!parseConfigLine(lines[i], &parsed[i])) {
-      writeCliFile(c.text("output"), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
+      writeCliFile(c.text(output), "Error in line " + std::to_string(i + 1) + ": " + lines[i] + "\n");
       return OPEN_E_FAIL;
     }
   }
   for (const ConfigLine &l : parsed) applyConfigLine(s, l);
   // A port whose cause now recovers, and whose time is up, comes back.
   recoverDDisabled(s, clockNowMs(s.clock));
-  return writeCliFile(c.text("output"), "Configuration applied.\n") ? OPEN_E_NONE : OPEN_E_FAIL;
+  return writeCliFile(c.text(output), "Configuration applied.\n") ? OPEN_E_NONE : OPEN_E_FAIL;
 }
 
 int succeed(Sim &, Call &) { return OPEN_E_NONE; }
 
 int osVersionCall(Sim &s, Call &c) {
-  c.outText("version", s.model.osVersion);
+  c.outText(args::rpcclt_openapiNetworkOSVersionGet::version, s.model.osVersion);
   return OPEN_E_NONE;
 }
 
 // The record's four fields, in order.
 int apiVersionCall(Sim &s, Call &c) {
-  Arg &record = c.arg("version");
+  Arg &record = c.arg(args::rpcclt_openapiApiVersionGet::version);
   for (size_t f = 0; f < s.model.apiVersion.size() && (f + 1) * 4 <= record.text.size(); ++f) {
     int32_t field = static_cast<int32_t>(s.model.apiVersion[f]);
     record.text.replace(f * 4, 4, reinterpret_cast<const char *>(&field), 4);
@@ -265,11 +268,12 @@ const CallRule kSystemRules[] = {
     SIM_RULE(rpcclt_openapiTxtCfgCompress, cliCompress),
     SIM_RULE(rpcclt_openapiTxtCfgApply, cliApply),
 };
-const size_t kSystemRuleCount = sizeof kSystemRules / sizeof kSystemRules[0];
 
-void seedSystem(Sim &s) {
+static void seedSystem(Sim &s) {
   s.model.errdisable.recovers.assign(kCauseCount, false);
   s.model.errdisable.enabledAtMs.assign(kCauseCount, 0);
 }
+
+const RuleGroup kSystemGroup = {kSystemRules, std::size(kSystemRules), seedSystem};
 
 }  // namespace sim

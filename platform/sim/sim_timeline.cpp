@@ -170,7 +170,7 @@ bool checkPort(const Sim &s, const cJSON *o, TimelineEvent *e, std::string *erro
   NumberFault f = readWhole(port, 1, kMostNumber, &n);
   if (f == NumberFault::Missing || f == NumberFault::NotNumber || f == NumberFault::Fraction)
     return refuse(error, f == NumberFault::Missing ? "no \"port\"" : numberFaultText("port", f, 1, kMostNumber));
-  const Interface *i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : nullptr;
+  std::optional<Interface> i = f == NumberFault::None ? findInterface(s, static_cast<uint32_t>(n)) : std::nullopt;
   if (!i || i->type != OPEN_INTF_TYPE_PHY) {
     char text[64];
     snprintf(text, sizeof text, "unknown port %.15g", port->valuedouble);

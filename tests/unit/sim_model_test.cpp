@@ -59,23 +59,21 @@ struct Reply {
 // The declared parameters after the client handle, as written.
 std::vector<std::string> declarations(const sim::CallId &id) {
   std::vector<std::string> out;
-  std::string all = id.params, one;
-  for (char ch : all.substr(1, all.size() - 2) + ",") {
-    if (ch != ',') {
-      one += ch;
-      continue;
-    }
+  std::string all = id.params;
+  std::istringstream list(all.substr(1, all.size() - 2));
+  for (std::string one; std::getline(list, one, ',');)
     if (one.find("openapiClientHandle_t") == std::string::npos) out.push_back(one);
-    one.clear();
-  }
   return out;
 }
 
+// A declaration's last word is the parameter's name.
+std::string nameOf(const std::string &declaration) { return declaration.substr(declaration.find_last_of(" *") + 1); }
+
 Reply ask(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in = {}) {
-  const std::vector<std::string> &names = sim::parameterNames(id);
+  std::vector<std::string> declared = declarations(id);
   sim::Call c{id.name, {}};
   size_t next = 0;
-  for (const std::string &type : declarations(id)) {
+  for (const std::string &type : declared) {
     sim::Arg a;
     bool pointer = type.find('*') != std::string::npos;
     if (type.find("open_buffdesc") != std::string::npos) {
@@ -95,10 +93,10 @@ Reply ask(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in = {}) {
   }
   Reply r;
   r.result = sim::handleCall(s, c);
-  for (size_t i = 0; i < names.size(); ++i) {
+  for (size_t i = 0; i < declared.size(); ++i) {
     if (c.args[i].isInput()) continue;
-    r.num[names[i]] = c.args[i].num;
-    r.text[names[i]] = c.args[i].text;
+    r.num[nameOf(declared[i])] = c.args[i].num;
+    r.text[nameOf(declared[i])] = c.args[i].text;
   }
   return r;
 }
@@ -107,7 +105,7 @@ Reply ask(sim::Sim &s, const sim::CallId &id, std::vector<uint64_t> in = {}) {
 
 int64_t read1(sim::Sim &s, const sim::CallId &id, uint64_t port) {
   Reply r = ask(s, id, {port});
-  return r.result == OPEN_E_NONE ? static_cast<int64_t>(r.num[sim::parameterNames(id).back()]) : -1;
+  return r.result == OPEN_E_NONE ? static_cast<int64_t>(r.num[nameOf(std::string(id.params, strlen(id.params) - 1))]) : -1;
 }
 
 // --- what one moment shows -------------------------------------------------------
@@ -164,7 +162,8 @@ void readHistory(sim::Sim &s, PortView &v) {
 View look(sim::Sim &s) {
   View w;
   w.nowMs = sim::clockNowMs(s.clock);
-  for (const sim::Interface &i : s.interfaces) {
+  for (uint32_t n = 0; std::optional<sim::Interface> at = sim::nextOfType(s, 8, n); n = at->ifNum) {
+    const sim::Interface &i = *at;
     if (i.type == OPEN_INTF_TYPE_LAG) {
       w.lagStatus.push_back(read1(s, CALL(rpcclt_openapiIfStatusGet), i.ifNum));
       for (size_t c = 0; c < std::size(kCounterCalls); ++c) w.lagCounters[i.ifNum][c] = read1(s, kCounterCalls[c], i.ifNum);

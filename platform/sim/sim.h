@@ -306,7 +306,6 @@ void takeLpiSamples(Sim &s, int64_t uptoMs);
 
 // In time order: what the switch will do by itself at a known moment.
 std::vector<PendingTimer> pendingTimers(const Sim &s);
-// Whether the switch has this VLAN configured.
 bool vlanExists(const Sim &s, uint32_t vlan);
 
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
@@ -359,6 +358,13 @@ template <int (*Answer)(Sim &, Call &, Port &)>
 int onPort(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
   return p ? Answer(s, c, *p) : OPEN_E_NOT_FOUND;
+}
+
+// A port's one output, derived from its facts.
+template <uint64_t (*Answer)(const Sim &, const Port &)>
+int derived(Sim &s, Call &c, Port &p) {
+  c.outLast(Answer(s, p));
+  return OPEN_E_NONE;
 }
 
 template <PortField<uint32_t> F>

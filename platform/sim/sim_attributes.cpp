@@ -89,15 +89,6 @@ const SpeedMode &runningSpeed(const Sim &s, const Port &p) {
   return m ? *m : *speedModeOf(negotiatedSpeed(s, p));
 }
 
-// Per port, derived from its facts.
-template <uint64_t (*Answer)(const Sim &, const Port &)>
-int portDerived(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.outLast(Answer(s, *p));
-  return OPEN_E_NONE;
-}
-
 // The speed-mode call answers the configured speed, up or down: "auto"
 // on a port that negotiates it.
 uint64_t configuredSpeedOf(const Sim &, const Port &p) { return p.speedMode; }
@@ -161,11 +152,6 @@ int rootPortGet(Sim &s, Call &c, Port &) {
   using enum args::rpcclt_openapiIfExpPortRootPortGet::Param;
   c.out(rootSlot, kRootSlot);
   c.out(rootPort, s.model.layout.firstFibre());
-  return OPEN_E_NONE;
-}
-
-int laneCountGet(Sim &, Call &c, Port &) {
-  c.outLast(1);
   return OPEN_E_NONE;
 }
 
@@ -296,28 +282,28 @@ void insertTransceiver(Sim &s, Port &p, const std::string &media, int64_t atMs) 
 }
 
 const CallRule kAttributeRules[] = {
-    SIM_RULE(rpcclt_openapiIfSpeedModeGet, portDerived<configuredSpeedOf>),
-    SIM_RULE(rpcclt_openapiIfDuplexModeGet, portDerived<duplexModeOf>),
-    SIM_RULE(rpcclt_openapiIfEthernetHeaderSizeGet, portDerived<headerSizeOf>),
+    SIM_RULE(rpcclt_openapiIfSpeedModeGet, onPort<derived<configuredSpeedOf>>),
+    SIM_RULE(rpcclt_openapiIfDuplexModeGet, onPort<derived<duplexModeOf>>),
+    SIM_RULE(rpcclt_openapiIfEthernetHeaderSizeGet, onPort<derived<headerSizeOf>>),
     SIM_PORT_SETTING(rpcclt_openapiIfSoftShutdownStateGet, rpcclt_openapiIfSoftShutdownStateSet,
                      settings.softShutdown),
     SIM_PORT_SETTING(rpcclt_openapiIfLinkTrapGet, rpcclt_openapiIfLinkTrapSet, settings.linkTrap),
     SIM_RULE(rpcclt_openapiIntfFECModeGet, onCage<fecModeGet>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortConfigModeGet, portGet<SIM_PORT_FIELD(settings.expandConfigMode)>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortOperModeGet, portGet<SIM_PORT_FIELD(settings.expandOperMode)>),
-    SIM_RULE(openapiIfDuplexGet, portDerived<operDuplexOf>),
-    SIM_RULE(openapiIfAutoNegGet, portDerived<autoNegOf>),
+    SIM_RULE(openapiIfDuplexGet, onPort<derived<operDuplexOf>>),
+    SIM_RULE(openapiIfAutoNegGet, onPort<derived<autoNegOf>>),
     SIM_RULE(openapiIfMaxFrameSizeGet, portGet<SIM_PORT_FIELD(settings.maxFrame)>),
-    SIM_RULE(openapiIfAdminStateGet, portDerived<adminStateOf>),
-    SIM_RULE(rpcclt_openapiIfCapabilitiesGet, portDerived<capabilitiesOf>),
+    SIM_RULE(openapiIfAdminStateGet, onPort<derived<adminStateOf>>),
+    SIM_RULE(rpcclt_openapiIfCapabilitiesGet, onPort<derived<capabilitiesOf>>),
     SIM_RULE(rpcclt_openapiIfDisableReasonGet, portGet<SIM_PORT_FIELD(disableReason)>),
     SIM_RULE(rpcclt_openapiIfActiveMediaTypeGet, activeMediaCall),
     SIM_RULE(rpcclt_openapiIfPauseStatusGet, onPort<pauseStatusCall>),
-    SIM_RULE(rpcclt_openapiIfSpecialPortTypeGet, portDerived<specialTypeOf>),
+    SIM_RULE(rpcclt_openapiIfSpecialPortTypeGet, onPort<derived<specialTypeOf>>),
     SIM_RULE(rpcclt_openapiIfExpPortRootPortGet, onCage<rootPortGet>),
-    SIM_RULE(rpcclt_openapiIfExpPortOperModeLaneCountGet, onCage<laneCountGet>),
+    SIM_RULE(rpcclt_openapiIfExpPortOperModeLaneCountGet, onCage<derived<laneCountOf>>),
     SIM_RULE(rpcclt_openapiIfExpPortFirstPeerGet, onCage<firstPeerGet>),
-    SIM_RULE(rpcclt_openapiIfPortSpeedLaneCountGet, portDerived<laneCountOf>),
+    SIM_RULE(rpcclt_openapiIfPortSpeedLaneCountGet, onPort<derived<laneCountOf>>),
     SIM_SETTER(rpcclt_openapiIfSpeedSet, rpcclt_openapiIfSpeedModeGet, onPort<speedSet>),
     SIM_SETTER(rpcclt_openapiIfAutoNegSet, openapiIfAutoNegGet, onPort<autoNegSet>),
     SIM_SETTER(rpcclt_openapiIfMtuSizeSet, openapiIfMaxFrameSizeGet, mtuSet),
@@ -327,7 +313,8 @@ const CallRule kAttributeRules[] = {
     SIM_SETTER(rpcclt_openapiIfDescrSet, rpcclt_openapiIfDescrGet, onPort<descriptionSet>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortNextGet, nextExpandablePort),
     SIM_RULE(rpcclt_openapiIntfExpandablePortModeSupportedGet, modeSupported),
-    SIM_SETTER(rpcclt_openapiIntfExpandablePortModeSet, rpcclt_openapiIntfExpandablePortConfigModeGet, onCage<expandModeSet>),
+    SIM_SETTER(rpcclt_openapiIntfExpandablePortModeSet, rpcclt_openapiIntfExpandablePortConfigModeGet,
+               onCage<expandModeSet>),
     SIM_RULE(rpcclt_openapiIntfExpandableModePeersGetByModeGet, onCage<peersByMode>),
     SIM_SETTER(rpcclt_openapiIntfFECModeSet, rpcclt_openapiIntfFECModeGet, onCage<fecModeSet>),
 };

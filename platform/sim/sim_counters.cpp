@@ -105,10 +105,9 @@ int resetAllCall(Sim &s, Call &) {
   return OPEN_E_NONE;
 }
 
-int unitSlotPortCall(Sim &s, Call &c) {
+int unitSlotPortCall(Sim &, Call &c, Port &) {
   using enum args::rpcclt_openapiHashIntfUnitSlotPortGet::Param;
-  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out(unit, 1);
+  c.out(unit, kStackUnit);
   c.out(slot, 0);
   c.out(port, c.port());
   return OPEN_E_NONE;
@@ -200,7 +199,7 @@ const CallRule kCounterRules[] = {
     SIM_RULE(rpcclt_openapiIfOutErrorsGet, counterCall<kOutErrors>),
     SIM_RULE(rpcclt_openapiInterfaceStatsReset, resetOneCall),
     SIM_RULE(rpcclt_openapiResetAllInterfacesStats, resetAllCall),
-    SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, unitSlotPortCall),
+    SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, onPort<unitSlotPortCall>),
     SIM_RULE(rpcclt_openapiCableStatusGet, onPort<cableTestCall>),
 };
 

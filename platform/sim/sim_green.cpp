@@ -171,15 +171,6 @@ int answerStatus(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-// A green port's one output, derived from its facts.
-template <uint64_t (*Answer)(const Sim &, const Port &)>
-int greenDerived(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  c.outLast(Answer(s, *p));
-  return OPEN_E_NONE;
-}
-
 uint64_t secondsSinceReset(const Sim &s, const Port &p) {
   return static_cast<uint64_t>(clockNowSeconds(s.clock) - p.green.statsClearedS);
 }
@@ -597,22 +588,22 @@ const CallRule kGreenRules[] = {
     SIM_SWITCH_SETTING(rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, rpcclt_openapiGreenEthrGlobalEeeAdminModeSet,
                        green.eee),
     SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, onGreen<eeeStatisticsClear>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, greenDerived<eeeEvents<&GreenPort::txEvents>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, onGreen<derived<eeeEvents<&GreenPort::txEvents>>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (onGreen<eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, greenDerived<eeeEvents<&GreenPort::rxEvents>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, onGreen<derived<eeeEvents<&GreenPort::rxEvents>>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (onGreen<eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, greenDerived<secondsSinceReset>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, onGreen<derived<secondsSinceReset>>),
     SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, onGreen<timeSinceResetSplit>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, greenDerived<dllState<false>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, greenDerived<dllState<true>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, greenDerived<dllState<false>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, greenDerived<dllState<true>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, greenDerived<echoTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, greenDerived<echoTwsys>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, onGreen<derived<dllState<false>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, onGreen<derived<dllState<true>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, onGreen<derived<dllState<false>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, onGreen<derived<dllState<true>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, onGreen<derived<echoTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, onGreen<derived<echoTwsys>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, onGreen<remoteValue<false>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, onGreen<remoteValue<true>>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, onGreen<remoteValue<false>>),
@@ -622,9 +613,9 @@ const CallRule kGreenRules[] = {
     SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, onGreen<remoteSummary>),
     SIM_RULE(rpcclt_openapiGreenEthrFeaturesSupportedGet, featuresSupported),
 
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, greenDerived<currentPower>),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, onGreen<derived<currentPower>>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCurPwrGet, globalCurrentPower),
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, greenDerived<cumulativeSaving>),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, onGreen<derived<cumulativeSaving>>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCumSavingGet, globalCumulativeSaving),
     SIM_RULE(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, switchGet<SIM_SWITCH_FIELD(green.savingPercent)>),
     SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, onGreen<intfStatisticsClear>),

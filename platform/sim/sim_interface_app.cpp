@@ -22,9 +22,8 @@ int timeRangeSet(Sim &, Call &c, Port &p) {
   return OPEN_E_NONE;
 }
 
-int ledSupport(Sim &s, Call &c) {
+int ledSupport(Sim &, Call &c, Port &) {
   using enum args::rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet::Param;
-  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
   c.out(supported, hasLed(c.port()) ? 1 : 0);
   return OPEN_E_NONE;
 }
@@ -60,7 +59,7 @@ const CallRule kInterfaceAppRules[] = {
     SIM_SETTER(rpcclt_openapiInterfaceAppTimeRangeSet, rpcclt_openapiInterfaceAppTimeRangeGet, onPort<timeRangeSet>),
     SIM_SETTING(rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeGet, rpcclt_openapiInterfaceAppRGBLedColorModeSet,
                 ledModeSet),
-    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, ledSupport),
+    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, onPort<ledSupport>),
     SIM_SETTING(rpcclt_openapiInterfaceAppPortRGBLedColorGet, ledGet<SIM_PORT_FIELD(settings.ledColor)>,
                 rpcclt_openapiInterfaceAppPortRGBLedColorSet,
                 (ledSet<SIM_PORT_FIELD(settings.ledColor), kLedColorMax>)),

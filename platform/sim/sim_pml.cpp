@@ -94,6 +94,7 @@ int nextValidIntf(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
+// A switch-wide locking setting changes no rate: nothing to settle first.
 template <uint32_t &(*F)(Model &)>
 int pmlSet(Sim &s, Call &c) {
   F(s.model) = static_cast<uint32_t>(c.last().num);

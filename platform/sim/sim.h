@@ -152,6 +152,8 @@ struct CallRule {
 
 #define SIM_RULE(call, fn) {&::sim::calls::call, fn, nullptr}
 #define SIM_SETTER(call, getter, fn) {&::sim::calls::call, fn, &::sim::calls::getter}
+// A setting read by one call and changed by another.
+#define SIM_SETTING(getter, getFn, setter, setFn) SIM_RULE(getter, getFn), SIM_SETTER(setter, getter, setFn)
 
 // A port's traffic from `atMs` on: rates in octets per second (-1 keeps
 // the current one) and a burst of received errors counted at that moment.
@@ -265,15 +267,11 @@ bool linkUp(const Sim &s, uint32_t ifNum);
 void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)> &change);
 // Counters and savings counted up to `atMs` made part of the port's base.
 void settleCounters(Sim &s, Port &p, int64_t atMs);
-uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs);  // all counted, unwrapped
 int64_t wrapDueMs(const Sim &s, const Port &p, int64_t nowMs);
 uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs);
-int64_t drawMw(const Sim &s, const Port &p);
 // Mean watts saved per port while up with EEE on both ends, or down with
 // energy detect.
 int64_t savingMw(const Sim &s, const Port &p);
-// EEE runs on the link with both ends: the link sleeps between frames.
-bool lowPowerIdle(const Sim &s, const Port &p);
 // Milliseconds the port's link has slept since load, at `atMs`.
 uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs);
 
@@ -283,33 +281,31 @@ uint64_t lineOctetsPerSec(const Sim &s, const Port &p);
 bool halfDuplex(const Sim &s, const Port &p);
 
 // What events and settings change, each at a moment of simulated time.
-void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs);  // the partner comes or goes
-void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs);
-void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs);
-void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs);
-void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs);
-void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs);
-void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs);
-bool knownMedia(const std::string &media);
+void setLinkState(Sim &s, Port &p, bool up, int64_t atMs);  // the partner comes or goes
+void setAdminState(Sim &s, Port &p, bool enabled, int64_t atMs);
+void resetPortCounters(Sim &s, Port &p, int64_t atMs);
+void bringCountersNearWrap(Sim &s, Port &p, int64_t secondsLeft, int64_t atMs);
+void setPortTraffic(Sim &s, Port &p, const TrafficChange &t, int64_t atMs);
+void removeTransceiver(Sim &s, Port &p, int64_t atMs);
+void insertTransceiver(Sim &s, Port &p, const std::string &media, int64_t atMs);
 // A cause's place in the switch's cause table by its API or CLI name; -1
 // for none.
 int causeIndex(const std::string &name);
 int disableReasonOf(const std::string &cause);  // 0 for no cause
 void trimHistory(Sim &s);  // to the maximum of samples
 int causeOf(uint32_t disableReason);            // -1 for none
-void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs);
+void tripDDisable(Sim &s, Port &p, const std::string &cause, int64_t atMs);
 void recoverDDisabled(Sim &s, int64_t uptoMs);
 // The earliest moment a shut port comes back, or -1 when none will.
 int64_t nextRecoveryMs(const Sim &s);
-void recordPmlViolation(Sim &s, const TimelineEvent &e);
+void recordPmlViolation(Sim &s, Port &p, const TimelineEvent &e);
 bool hasPowerEstimate(const Sim &s, uint32_t ifNum);
-void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs);
+void setPortPower(Sim &s, Port &p, int64_t milliwatts, int64_t savedMwh, int64_t atMs);
 // Power-saving samples due up to `uptoMs`.
 void takeLpiSamples(Sim &s, int64_t uptoMs);
 
 // In time order: what the switch will do by itself at a known moment.
 std::vector<PendingTimer> pendingTimers(const Sim &s);
-// Whether the switch has this VLAN configured.
 bool vlanExists(const Sim &s, uint32_t vlan);
 
 bool loadScenario(Sim &s, const std::string &json, std::string *error);
@@ -334,6 +330,9 @@ std::string scenarioFor(const SwitchLayout &layout);
 // The switch of this shape as it stands at load, every fact seeded.
 void seedSwitch(Sim &s, const SwitchLayout &layout);
 
+// The switch is a stack of one: calls about a unit know only this one.
+inline constexpr uint32_t kStackUnit = 1;
+
 // The port of the default switch that a protection feature shut down
 // before load; its cable, partner and counters stay as they were.
 inline constexpr uint32_t kGuardedPort = 7;
@@ -349,6 +348,24 @@ extern const RuleGroup kSystemGroup, kInterfaceGroup, kAttributeGroup, kPmlGroup
 template <class T>
 using PortField = T &(*)(Port &);
 #define SIM_PORT_FIELD(expr) (+[](::sim::Port &p) -> auto & { return p.expr; })
+// A port's field as a setting; what follows the field bounds the values set.
+#define SIM_PORT_SETTING(getter, setter, expr, ...)        \
+  SIM_SETTING(getter, portGet<SIM_PORT_FIELD(expr)>, setter, \
+              (portSet<SIM_PORT_FIELD(expr) __VA_OPT__(, ) __VA_ARGS__>))
+
+// A call about one port, answered from it.
+template <int (*Answer)(Sim &, Call &, Port &)>
+int onPort(Sim &s, Call &c) {
+  Port *p = findPort(s, c.port());
+  return p ? Answer(s, c, *p) : OPEN_E_NOT_FOUND;
+}
+
+// A port's one output, derived from its facts.
+template <uint64_t (*Answer)(const Sim &, const Port &)>
+int derived(Sim &s, Call &c, Port &p) {
+  c.outLast(Answer(s, p));
+  return OPEN_E_NONE;
+}
 
 template <PortField<uint32_t> F>
 int portGet(Sim &s, Call &c) {
@@ -365,6 +382,14 @@ int portSet(Sim &s, Call &c) {
   uint64_t v = c.last().num;
   if (v < Min || v > Max) return OPEN_E_PARAM;
   F(*p) = static_cast<uint32_t>(v);
+  return OPEN_E_NONE;
+}
+
+// A switch-wide value: the whole model is the accessor's to choose from.
+#define SIM_SWITCH_FIELD(expr) (+[](::sim::Model &m) -> uint32_t & { return m.expr; })
+template <uint32_t &(*F)(Model &)>
+int switchGet(Sim &s, Call &c) {
+  c.outLast(F(s.model));
   return OPEN_E_NONE;
 }
 

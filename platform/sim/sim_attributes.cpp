@@ -89,15 +89,6 @@ const SpeedMode &runningSpeed(const Sim &s, const Port &p) {
   return m ? *m : *speedModeOf(negotiatedSpeed(s, p));
 }
 
-// Per port, derived from its facts.
-template <uint64_t (*Answer)(const Sim &, const Port &)>
-int portDerived(Sim &s, Call &c) {
-  const Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.outLast(Answer(s, *p));
-  return OPEN_E_NONE;
-}
-
 // The speed-mode call answers the configured speed, up or down: "auto"
 // on a port that negotiates it.
 uint64_t configuredSpeedOf(const Sim &, const Port &p) { return p.speedMode; }
@@ -123,11 +114,9 @@ int activeMediaCall(Sim &s, Call &c) {
 }
 
 // Pause frames are negotiated on a copper link that is up.
-int pauseStatusCall(Sim &s, Call &c) {
+int pauseStatusCall(Sim &, Call &c, Port &p) {
   using enum args::rpcclt_openapiIfPauseStatusGet::Param;
-  const Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  bool pause = isUp(*p) && p->medium == facts::codeOf(facts::kMedia, "copper");
+  bool pause = isUp(p) && p.medium == facts::codeOf(facts::kMedia, "copper");
   c.out(rxPauseAllowed, pause);
   c.out(txPauseAllowed, pause);
   return OPEN_E_NONE;
@@ -135,8 +124,13 @@ int pauseStatusCall(Sim &s, Call &c) {
 
 bool inCage(const Sim &s, uint64_t ifNum) { return s.model.layout.inCage(ifNum); }
 
-// Copper ports have no cage: what only the cage knows is unsupported there.
-int unsupportedOnCopper(Sim &s, Call &c) { return findInterface(s, c.port()) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND; }
+// A call about a port of the cage. Copper ports have no cage: what only
+// the cage knows is unsupported there.
+template <int (*Answer)(Sim &, Call &, Port &)>
+int onCage(Sim &s, Call &c) {
+  if (!inCage(s, c.port())) return findInterface(s, c.port()) ? OPEN_E_UNAVAIL : OPEN_E_NOT_FOUND;
+  return Answer(s, c, *findPort(s, c.port()));
+}
 
 // The other ports of the cage, first to last.
 std::vector<uint32_t> peersOf(const Sim &s, uint64_t ifNum) {
@@ -147,32 +141,22 @@ std::vector<uint32_t> peersOf(const Sim &s, uint64_t ifNum) {
   return peers;
 }
 
-int fecModeGet(Sim &s, Call &c) {
+int fecModeGet(Sim &, Call &c, Port &p) {
   using enum args::rpcclt_openapiIntfFECModeGet::Param;
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  const Port &p = *findPort(s, c.port());
   c.out(configMode, p.settings.fecConfig);
   c.out(operMode, p.settings.fecOper);
   return OPEN_E_NONE;
 }
 
-int rootPortGet(Sim &s, Call &c) {
+int rootPortGet(Sim &s, Call &c, Port &) {
   using enum args::rpcclt_openapiIfExpPortRootPortGet::Param;
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
   c.out(rootSlot, kRootSlot);
   c.out(rootPort, s.model.layout.firstFibre());
   return OPEN_E_NONE;
 }
 
-int laneCountGet(Sim &s, Call &c) {
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
-  c.outLast(1);
-  return OPEN_E_NONE;
-}
-
-int firstPeerGet(Sim &s, Call &c) {
+int firstPeerGet(Sim &s, Call &c, Port &) {
   using enum args::rpcclt_openapiIfExpPortFirstPeerGet::Param;
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
   c.out(peerIfNum, peersOf(s, c.port()).front());
   return OPEN_E_NONE;
 }
@@ -180,29 +164,25 @@ int firstPeerGet(Sim &s, Call &c) {
 // The speed and negotiation are one setting: a fixed speed turns
 // negotiation off, and the half duplex speeds set the duplex with them. A
 // speed the port's capabilities lack is the platform's failure.
-int speedSet(Sim &s, Call &c) {
+int speedSet(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiIfSpeedSet::Param;
-  Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
   const SpeedMode *m = speedModeOf(c.in(speed));
   if (!m) return OPEN_E_PARAM;
-  if (!(capabilitiesOf(s, *p) & m->capability)) return OPEN_E_FAIL;
-  settleCounters(s, *p, clockNowMs(s.clock));
-  p->speedMode = m->value;
+  if (!(capabilitiesOf(s, p) & m->capability)) return OPEN_E_FAIL;
+  settleCounters(s, p, clockNowMs(s.clock));
+  p.speedMode = m->value;
   return OPEN_E_NONE;
 }
 
 // Negotiation turned off on a port that negotiates fixes the speed it
 // negotiates, so that a port up without negotiation runs at a known speed.
-int autoNegSet(Sim &s, Call &c) {
+int autoNegSet(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiIfAutoNegSet::Param;
-  Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
   bool on = c.in(autoNeg) == kAutoNegOn;
-  if (on && !(capabilitiesOf(s, *p) & kAutoNegBit)) return OPEN_E_FAIL;
-  settleCounters(s, *p, clockNowMs(s.clock));
-  if (on) p->speedMode = kSpeedAuto;
-  else if (p->speedMode == kSpeedAuto) p->speedMode = negotiatedSpeed(s, *p);
+  if (on && !(capabilitiesOf(s, p) & kAutoNegBit)) return OPEN_E_FAIL;
+  settleCounters(s, p, clockNowMs(s.clock));
+  if (on) p.speedMode = kSpeedAuto;
+  else if (p.speedMode == kSpeedAuto) p.speedMode = negotiatedSpeed(s, p);
   return OPEN_E_NONE;
 }
 
@@ -221,18 +201,15 @@ int maxFrameSizeSet(Sim &s, Call &c) {
   return frameSizeSet(s, c.port(), c.in(maxFrameSize));
 }
 
-int adminStateSet(Sim &s, Call &c) {
+int adminStateSet(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiIfAdminStateSet::Param;
-  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  setAdminState(s, c.port(), c.in(adminState) == 1, clockNowMs(s.clock));
+  setAdminState(s, p, c.in(adminState) == 1, clockNowMs(s.clock));
   return OPEN_E_NONE;
 }
 
-int descriptionSet(Sim &s, Call &c) {
+int descriptionSet(Sim &, Call &c, Port &p) {
   using enum args::rpcclt_openapiIfDescrSet::Param;
-  Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  p->settings.description = c.text(descr);
+  p.settings.description = c.text(descr);
   return OPEN_E_NONE;
 }
 
@@ -255,35 +232,32 @@ int modeSupported(Sim &, Call &c) {
 
 // A new split is configured at once and runs after the next reload, so
 // only the configured mode changes.
-int expandModeSet(Sim &s, Call &c) {
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
+int expandModeSet(Sim &, Call &c, Port &p) {
   uint64_t mode = c.last().num;
   if (!contains(kSupportedModes, mode)) return OPEN_E_PARAM;
-  findPort(s, c.port())->settings.expandConfigMode = static_cast<uint32_t>(mode);
+  p.settings.expandConfigMode = static_cast<uint32_t>(mode);
   return OPEN_E_NONE;
 }
 
-int peersByMode(Sim &s, Call &c) {
+int peersByMode(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiIntfExpandableModePeersGetByModeGet::Param;
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
   std::string list;
   std::vector<uint32_t> peerList = peersOf(s, c.port());
   for (uint32_t p : peerList) {
     if (!list.empty()) list += ',';
     list += std::to_string(p);
   }
-  c.out(mode, findPort(s, c.port())->settings.expandConfigMode);
+  c.out(mode, p.settings.expandConfigMode);
   c.outText(peers, list);
   c.out(peerCount, peerList.size());
   return OPEN_E_NONE;
 }
 
 // "Auto" settles on RS FEC with the 25G optics fitted.
-int fecModeSet(Sim &s, Call &c) {
-  if (!inCage(s, c.port())) return unsupportedOnCopper(s, c);
+int fecModeSet(Sim &, Call &c, Port &p) {
   uint64_t mode = c.last().num;
   if (mode >= kFecLast) return OPEN_E_PARAM;
-  PortSettings &set = findPort(s, c.port())->settings;
+  PortSettings &set = p.settings;
   set.fecConfig = static_cast<uint32_t>(mode);
   set.fecOper = mode == kFecAuto ? kFecRs : set.fecConfig;
   return OPEN_E_NONE;
@@ -294,23 +268,13 @@ int fecModeSet(Sim &s, Call &c) {
 uint64_t lineOctetsPerSec(const Sim &s, const Port &p) { return runningSpeed(s, p).mbps * 125000ULL; }
 bool halfDuplex(const Sim &s, const Port &p) { return runningSpeed(s, p).half; }
 
-bool knownMedia(const std::string &media) {
-  for (const facts::Code &m : facts::kMedia)
-    if (media == m.api) return true;
-  return false;
-}
-
-void removeTransceiver(Sim &s, uint32_t ifNum, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  changePort(s, *p, atMs, [](Port &q) { q.medium = 0; });
+void removeTransceiver(Sim &s, Port &p, int64_t atMs) {
+  changePort(s, p, atMs, [](Port &q) { q.medium = 0; });
 }
 
 // A new module comes up on its medium, with a partner at the far end.
-void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  changePort(s, *p, atMs, [&](Port &q) {
+void insertTransceiver(Sim &s, Port &p, const std::string &media, int64_t atMs) {
+  changePort(s, p, atMs, [&](Port &q) {
     for (const facts::Code &m : facts::kMedia)
       if (media == m.api) q.medium = m.value;
     q.partner = true;
@@ -318,42 +282,41 @@ void insertTransceiver(Sim &s, uint32_t ifNum, const std::string &media, int64_t
 }
 
 const CallRule kAttributeRules[] = {
-    SIM_RULE(rpcclt_openapiIfSpeedModeGet, portDerived<configuredSpeedOf>),
-    SIM_RULE(rpcclt_openapiIfDuplexModeGet, portDerived<duplexModeOf>),
-    SIM_RULE(rpcclt_openapiIfEthernetHeaderSizeGet, portDerived<headerSizeOf>),
-    SIM_RULE(rpcclt_openapiIfSoftShutdownStateGet, portGet<SIM_PORT_FIELD(settings.softShutdown)>),
-    SIM_RULE(rpcclt_openapiIfLinkTrapGet, portGet<SIM_PORT_FIELD(settings.linkTrap)>),
-    SIM_RULE(rpcclt_openapiIntfFECModeGet, fecModeGet),
+    SIM_RULE(rpcclt_openapiIfSpeedModeGet, onPort<derived<configuredSpeedOf>>),
+    SIM_RULE(rpcclt_openapiIfDuplexModeGet, onPort<derived<duplexModeOf>>),
+    SIM_RULE(rpcclt_openapiIfEthernetHeaderSizeGet, onPort<derived<headerSizeOf>>),
+    SIM_PORT_SETTING(rpcclt_openapiIfSoftShutdownStateGet, rpcclt_openapiIfSoftShutdownStateSet,
+                     settings.softShutdown),
+    SIM_PORT_SETTING(rpcclt_openapiIfLinkTrapGet, rpcclt_openapiIfLinkTrapSet, settings.linkTrap),
+    SIM_RULE(rpcclt_openapiIntfFECModeGet, onCage<fecModeGet>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortConfigModeGet, portGet<SIM_PORT_FIELD(settings.expandConfigMode)>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortOperModeGet, portGet<SIM_PORT_FIELD(settings.expandOperMode)>),
-    SIM_RULE(openapiIfDuplexGet, portDerived<operDuplexOf>),
-    SIM_RULE(openapiIfAutoNegGet, portDerived<autoNegOf>),
+    SIM_RULE(openapiIfDuplexGet, onPort<derived<operDuplexOf>>),
+    SIM_RULE(openapiIfAutoNegGet, onPort<derived<autoNegOf>>),
     SIM_RULE(openapiIfMaxFrameSizeGet, portGet<SIM_PORT_FIELD(settings.maxFrame)>),
-    SIM_RULE(openapiIfAdminStateGet, portDerived<adminStateOf>),
-    SIM_RULE(rpcclt_openapiIfCapabilitiesGet, portDerived<capabilitiesOf>),
+    SIM_RULE(openapiIfAdminStateGet, onPort<derived<adminStateOf>>),
+    SIM_RULE(rpcclt_openapiIfCapabilitiesGet, onPort<derived<capabilitiesOf>>),
     SIM_RULE(rpcclt_openapiIfDisableReasonGet, portGet<SIM_PORT_FIELD(disableReason)>),
     SIM_RULE(rpcclt_openapiIfActiveMediaTypeGet, activeMediaCall),
-    SIM_RULE(rpcclt_openapiIfPauseStatusGet, pauseStatusCall),
-    SIM_RULE(rpcclt_openapiIfSpecialPortTypeGet, portDerived<specialTypeOf>),
-    SIM_RULE(rpcclt_openapiIfExpPortRootPortGet, rootPortGet),
-    SIM_RULE(rpcclt_openapiIfExpPortOperModeLaneCountGet, laneCountGet),
-    SIM_RULE(rpcclt_openapiIfExpPortFirstPeerGet, firstPeerGet),
-    SIM_RULE(rpcclt_openapiIfPortSpeedLaneCountGet, portDerived<laneCountOf>),
-    SIM_SETTER(rpcclt_openapiIfSpeedSet, rpcclt_openapiIfSpeedModeGet, speedSet),
-    SIM_SETTER(rpcclt_openapiIfAutoNegSet, openapiIfAutoNegGet, autoNegSet),
+    SIM_RULE(rpcclt_openapiIfPauseStatusGet, onPort<pauseStatusCall>),
+    SIM_RULE(rpcclt_openapiIfSpecialPortTypeGet, onPort<derived<specialTypeOf>>),
+    SIM_RULE(rpcclt_openapiIfExpPortRootPortGet, onCage<rootPortGet>),
+    SIM_RULE(rpcclt_openapiIfExpPortOperModeLaneCountGet, onCage<derived<laneCountOf>>),
+    SIM_RULE(rpcclt_openapiIfExpPortFirstPeerGet, onCage<firstPeerGet>),
+    SIM_RULE(rpcclt_openapiIfPortSpeedLaneCountGet, onPort<derived<laneCountOf>>),
+    SIM_SETTER(rpcclt_openapiIfSpeedSet, rpcclt_openapiIfSpeedModeGet, onPort<speedSet>),
+    SIM_SETTER(rpcclt_openapiIfAutoNegSet, openapiIfAutoNegGet, onPort<autoNegSet>),
     SIM_SETTER(rpcclt_openapiIfMtuSizeSet, openapiIfMaxFrameSizeGet, mtuSet),
     SIM_SETTER(rpcclt_openapiIfMtuSizeSetV2, openapiIfMaxFrameSizeGet, mtuSet),
     SIM_SETTER(rpcclt_openapiIfMaxFrameSizeSet, openapiIfMaxFrameSizeGet, maxFrameSizeSet),
-    SIM_SETTER(rpcclt_openapiIfSoftShutdownStateSet, rpcclt_openapiIfSoftShutdownStateGet,
-               portSet<SIM_PORT_FIELD(settings.softShutdown)>),
-    SIM_SETTER(rpcclt_openapiIfAdminStateSet, openapiIfAdminStateGet, adminStateSet),
-    SIM_SETTER(rpcclt_openapiIfLinkTrapSet, rpcclt_openapiIfLinkTrapGet, portSet<SIM_PORT_FIELD(settings.linkTrap)>),
-    SIM_SETTER(rpcclt_openapiIfDescrSet, rpcclt_openapiIfDescrGet, descriptionSet),
+    SIM_SETTER(rpcclt_openapiIfAdminStateSet, openapiIfAdminStateGet, onPort<adminStateSet>),
+    SIM_SETTER(rpcclt_openapiIfDescrSet, rpcclt_openapiIfDescrGet, onPort<descriptionSet>),
     SIM_RULE(rpcclt_openapiIntfExpandablePortNextGet, nextExpandablePort),
     SIM_RULE(rpcclt_openapiIntfExpandablePortModeSupportedGet, modeSupported),
-    SIM_SETTER(rpcclt_openapiIntfExpandablePortModeSet, rpcclt_openapiIntfExpandablePortConfigModeGet, expandModeSet),
-    SIM_RULE(rpcclt_openapiIntfExpandableModePeersGetByModeGet, peersByMode),
-    SIM_SETTER(rpcclt_openapiIntfFECModeSet, rpcclt_openapiIntfFECModeGet, fecModeSet),
+    SIM_SETTER(rpcclt_openapiIntfExpandablePortModeSet, rpcclt_openapiIntfExpandablePortConfigModeGet,
+               onCage<expandModeSet>),
+    SIM_RULE(rpcclt_openapiIntfExpandableModePeersGetByModeGet, onCage<peersByMode>),
+    SIM_SETTER(rpcclt_openapiIntfFECModeSet, rpcclt_openapiIntfFECModeGet, onCage<fecModeSet>),
 };
 
 // Copper ports negotiate; fibre ports run fixed at 25G in the cage, 10G

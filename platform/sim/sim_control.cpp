@@ -159,8 +159,6 @@ static bool knownCall(const std::string &call, std::string *out) {
 }
 
 // "CALL N [COUNT]": N within the bounds, COUNT 1 or more (-1 without it).
-// A call the simulator does not answer cannot be set, failed or delayed:
-// the command would take, and a dump holding it would not load.
 static int callNumberCount(const Words &w, long long least, long long most, long long *n, long long *count,
                            std::string *out) {
   *count = -1;

@@ -8,18 +8,9 @@
 
 namespace sim {
 
-Value num(int64_t n) {
-  Value v;
-  v.num = n;
-  return v;
-}
+Value num(int64_t n) { return {.isText = false, .num = n, .text = {}}; }
 
-Value text(std::string t) {
-  Value v;
-  v.isText = true;
-  v.text = std::move(t);
-  return v;
-}
+Value text(std::string t) { return {.isText = true, .num = 0, .text = std::move(t)}; }
 
 std::string Call::textOf(const Arg &a) { return a.kind == wire::kInNum ? std::to_string(a.num) : a.text; }
 

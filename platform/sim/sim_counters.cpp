@@ -71,6 +71,11 @@ TrafficRates carried(const Sim &s, const Port &p) {
   return r;
 }
 
+// All the port counted up to `atMs`, unwrapped.
+uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
+  return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
+}
+
 // A LAG counts what its members count.
 template <class F>
 void forEachCounted(Sim &s, uint32_t ifNum, F f) {
@@ -91,19 +96,18 @@ int counterCall(Sim &s, Call &c) {
 // A LAG's clear clears its members.
 int resetOneCall(Sim &s, Call &c) {
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
-  forEachCounted(s, c.port(), [&](const Port &p) { resetPortCounters(s, p.ifNum, clockNowMs(s.clock)); });
+  forEachCounted(s, c.port(), [&](Port &p) { resetPortCounters(s, p, clockNowMs(s.clock)); });
   return OPEN_E_NONE;
 }
 
 int resetAllCall(Sim &s, Call &) {
-  for (auto &[n, p] : s.model.ports) resetPortCounters(s, n, clockNowMs(s.clock));
+  for (auto &[n, p] : s.model.ports) resetPortCounters(s, p, clockNowMs(s.clock));
   return OPEN_E_NONE;
 }
 
-int unitSlotPortCall(Sim &s, Call &c) {
+int unitSlotPortCall(Sim &, Call &c, Port &) {
   using enum args::rpcclt_openapiHashIntfUnitSlotPortGet::Param;
-  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
-  c.out(unit, 1);
+  c.out(unit, kStackUnit);
   c.out(slot, 0);
   c.out(port, c.port());
   return OPEN_E_NONE;
@@ -116,25 +120,19 @@ constexpr uint32_t kCableOpen = facts::codeOf(facts::kCableStatuses, "open");
 constexpr uint32_t kNoCable = facts::codeOf(facts::kCableStatuses, "nocable");
 constexpr uint32_t kCableSpreadM = 5;
 
-int cableTestCall(Sim &s, Call &c) {
+int cableTestCall(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiCableStatusGet::Param;
-  const Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  if (isFibre(s, *p)) return OPEN_E_UNAVAIL;
-  bool live = p->cableM && p->partner;
-  c.out(status, !p->cableM ? kNoCable : live ? kCableNormal : kCableOpen);
+  if (isFibre(s, p)) return OPEN_E_UNAVAIL;
+  bool live = p.cableM && p.partner;
+  c.out(status, !p.cableM ? kNoCable : live ? kCableNormal : kCableOpen);
   c.out(lengthKnown, live ? 1 : 0);
-  c.out(shortestLength, live ? p->cableM : 0);
-  c.out(longestLength, live ? p->cableM + kCableSpreadM : 0);
-  c.out(cableFailureLength, p->cableM && !live ? p->cableM : 0);
+  c.out(shortestLength, live ? p.cableM : 0);
+  c.out(longestLength, live ? p.cableM + kCableSpreadM : 0);
+  c.out(cableFailureLength, p.cableM && !live ? p.cableM : 0);
   return OPEN_E_NONE;
 }
 
 }  // namespace
-
-uint64_t countedAt(const Sim &s, const Port &p, Counter which, int64_t atMs) {
-  return p.counters[which] + (isUp(p) ? grown(carried(s, p), which, atMs - p.settledMs) : 0);
-}
 
 // When the announced wrap comes, as the port counts now; -1 once it came
 // or while the port does not count.
@@ -163,36 +161,30 @@ uint64_t savedMwhAt(const Sim &s, const Port &p, int64_t atMs) {
   return p.savedMwh + (p.savedMwMs + static_cast<uint64_t>(savingMw(s, p)) * ms) / kMwMsPerMwh;
 }
 
-void resetPortCounters(Sim &s, uint32_t ifNum, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  settleCounters(s, *p, atMs);
-  p->counters.fill(0);
-  p->wrapAtOctets = 0;
+void resetPortCounters(Sim &s, Port &p, int64_t atMs) {
+  settleCounters(s, p, atMs);
+  p.counters.fill(0);
+  p.wrapAtOctets = 0;
 }
 
 // Only the received octets move: they stand `secondsLeft` seconds of the
 // port's traffic below the 32-bit wrap, so that they wrap exactly then
 // while the link stays up.
-void bringCountersNearWrap(Sim &s, uint32_t ifNum, int64_t secondsLeft, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  settleCounters(s, *p, atMs);
-  uint64_t rate = carried(s, *p).inOctetsPerSec;
+void bringCountersNearWrap(Sim &s, Port &p, int64_t secondsLeft, int64_t atMs) {
+  settleCounters(s, p, atMs);
+  uint64_t rate = carried(s, p).inOctetsPerSec;
   uint64_t before = rate * static_cast<uint64_t>(secondsLeft) % kCounterWrap;
   uint64_t target = (kCounterWrap - before) % kCounterWrap;
-  p->counters[kInOctets] += (target + kCounterWrap - p->counters[kInOctets] % kCounterWrap) % kCounterWrap;
-  p->wrapAtOctets = p->counters[kInOctets] + rate * static_cast<uint64_t>(secondsLeft);
+  p.counters[kInOctets] += (target + kCounterWrap - p.counters[kInOctets] % kCounterWrap) % kCounterWrap;
+  p.wrapAtOctets = p.counters[kInOctets] + rate * static_cast<uint64_t>(secondsLeft);
 }
 
-void setPortTraffic(Sim &s, uint32_t ifNum, const TrafficChange &t, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  settleCounters(s, *p, atMs);
-  if (t.inOctetsPerSec >= 0) p->rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
-  if (t.outOctetsPerSec >= 0) p->rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
+void setPortTraffic(Sim &s, Port &p, const TrafficChange &t, int64_t atMs) {
+  settleCounters(s, p, atMs);
+  if (t.inOctetsPerSec >= 0) p.rates.inOctetsPerSec = static_cast<uint64_t>(t.inOctetsPerSec);
+  if (t.outOctetsPerSec >= 0) p.rates.outOctetsPerSec = static_cast<uint64_t>(t.outOctetsPerSec);
   // A port without a link receives nothing, damaged or not.
-  if (isUp(*p)) p->counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
+  if (isUp(p)) p.counters[kInErrors] += static_cast<uint64_t>(t.inErrors);
 }
 
 const CallRule kCounterRules[] = {
@@ -207,8 +199,8 @@ const CallRule kCounterRules[] = {
     SIM_RULE(rpcclt_openapiIfOutErrorsGet, counterCall<kOutErrors>),
     SIM_RULE(rpcclt_openapiInterfaceStatsReset, resetOneCall),
     SIM_RULE(rpcclt_openapiResetAllInterfacesStats, resetAllCall),
-    SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, unitSlotPortCall),
-    SIM_RULE(rpcclt_openapiCableStatusGet, cableTestCall),
+    SIM_RULE(rpcclt_openapiHashIntfUnitSlotPortGet, onPort<unitSlotPortCall>),
+    SIM_RULE(rpcclt_openapiCableStatusGet, onPort<cableTestCall>),
 };
 
 // Every port carries quiet traffic once linked; the profiled ones what

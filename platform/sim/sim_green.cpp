@@ -13,7 +13,6 @@ namespace sim {
 
 namespace {
 
-constexpr uint32_t kStackUnit = 1;
 constexpr uint32_t kRemoteIndex = 1;  // the one LLDP neighbour of each linked port
 
 // 1000BASE-T wake times in microseconds, ours and a partner's.
@@ -43,23 +42,38 @@ bool energyDetectOn(const Sim &s, const Port &p) {
   return isGreen(s, p) && p.green.energyDetect == 1 && s.model.green.energyDetect == 1;
 }
 
+// EEE runs on the link with both ends: the link sleeps between frames.
+bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
+
+int64_t drawMw(const Sim &s, const Port &p) {
+  if (!isUp(p)) return p.drawDownMw;
+  return p.drawUpMw + (isGreen(s, p) && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
+}
+
 Port *greenPort(Sim &s, uint64_t ifNum) {
   Port *p = findPort(s, ifNum);
   return p && isGreen(s, *p) ? p : nullptr;
 }
 
-// The green ports ascend, so "next" is the first number above `after`.
-int walkGreen(Sim &s, uint64_t after, Call &c) {
-  for (auto it = s.model.ports.upper_bound(static_cast<uint32_t>(after)); it != s.model.ports.end(); ++it) {
+// A call about one green port, answered from it.
+template <int (*Answer)(Sim &, Call &, Port &)>
+int onGreen(Sim &s, Call &c) {
+  Port *p = greenPort(s, c.port());
+  return p ? Answer(s, c, *p) : lacking(s, c.port());
+}
+
+// The green ports ascend, so "next" is the first number above the one
+// given.
+template <bool Next>
+int walkGreen(Sim &s, Call &c) {
+  uint32_t after = Next ? c.port() : 0;
+  for (auto it = s.model.ports.upper_bound(after); it != s.model.ports.end(); ++it) {
     if (!isGreen(s, it->second)) continue;
     c.outLast(it->first);
     return OPEN_E_NONE;
   }
   return OPEN_E_NOT_FOUND;
 }
-
-int greenFirst(Sim &s, Call &c) { return walkGreen(s, 0, c); }
-int greenNext(Sim &s, Call &c) { return walkGreen(s, c.first(), c); }
 
 // Questions about an interface the switch does not have find nothing.
 int isGreenIntf(Sim &s, Call &c) {
@@ -82,20 +96,20 @@ int greenSet(Sim &s, Call &c) {
   return portSet<F>(s, c);
 }
 
-// Switch-wide values: the whole model is the accessor's to choose from.
-template <uint32_t &(*F)(Model &)>
-int switchGet(Sim &s, Call &c) {
-  c.outLast(F(s.model));
-  return OPEN_E_NONE;
-}
-
+// A switch-wide saving that changes rate counts what every port saved
+// until now first.
 template <uint32_t &(*F)(Model &)>
 int switchSet(Sim &s, Call &c) {
   for (auto &[n, p] : s.model.ports) settleCounters(s, p, clockNowMs(s.clock));
   F(s.model) = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
-#define SIM_SWITCH_FIELD(expr) (+[](::sim::Model &m) -> uint32_t & { return m.expr; })
+
+// Settings of a green port, and of the switch.
+#define SIM_GREEN_SETTING(getter, setter, expr) \
+  SIM_SETTING(getter, greenGet<SIM_PORT_FIELD(expr)>, setter, greenSet<SIM_PORT_FIELD(expr)>)
+#define SIM_SWITCH_SETTING(getter, setter, expr) \
+  SIM_SETTING(getter, switchGet<SIM_SWITCH_FIELD(expr)>, setter, switchSet<SIM_SWITCH_FIELD(expr)>)
 
 // Reasons, as the switch's table numbers them.
 enum Reason : uint32_t {
@@ -145,7 +159,8 @@ static_assert(samePlace(args::rpcclt_openapiGreenEthrShrtRchOprStatusStrGet::rea
               samePlace(args::rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet::reason, statusArgs::reason) &&
               samePlace(args::rpcclt_openapiGreenEthrShrtRchOprStatusGet::reason, statusArgs::reason));
 
-int answerStatus(Sim &s, Call &c, OprStatus (*statusOf)(Sim &, const Port &), bool asText) {
+template <OprStatus (*statusOf)(Sim &, const Port &), bool asText>
+int answerStatus(Sim &s, Call &c) {
   using enum statusArgs::Param;
   if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
   const Port *p = findPort(s, c.port());
@@ -156,29 +171,13 @@ int answerStatus(Sim &s, Call &c, OprStatus (*statusOf)(Sim &, const Port &), bo
   return OPEN_E_NONE;
 }
 
-int energyDetectOpr(Sim &s, Call &c) { return answerStatus(s, c, energyDetectStatus, false); }
-int energyDetectOprText(Sim &s, Call &c) { return answerStatus(s, c, energyDetectStatus, true); }
-int shortReachOpr(Sim &s, Call &c) { return answerStatus(s, c, shortReachStatus, false); }
-int shortReachOprText(Sim &s, Call &c) { return answerStatus(s, c, shortReachStatus, true); }
-
-int64_t statsAge(const Sim &s, const Port &p) { return clockNowSeconds(s.clock) - p.green.statsClearedS; }
-
-// A green port's one output, derived from its facts.
-template <uint64_t (*Answer)(const Sim &, const Port &)>
-int greenDerived(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  c.outLast(Answer(s, *p));
-  return OPEN_E_NONE;
+uint64_t secondsSinceReset(const Sim &s, const Port &p) {
+  return static_cast<uint64_t>(clockNowSeconds(s.clock) - p.green.statsClearedS);
 }
 
-uint64_t secondsSinceReset(const Sim &s, const Port &p) { return static_cast<uint64_t>(statsAge(s, p)); }
-
-int timeSinceResetSplit(Sim &s, Call &c) {
+int timeSinceResetSplit(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet::Param;
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  uint64_t t = static_cast<uint64_t>(statsAge(s, *p));
+  uint64_t t = secondsSinceReset(s, p);
   c.out(days, t / 86400);
   c.out(hours, t % 86400 / 3600);
   c.out(minutes, t % 3600 / 60);
@@ -186,11 +185,9 @@ int timeSinceResetSplit(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-int eeeStatisticsClear(Sim &s, Call &c) {
-  Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  settleCounters(s, *p, clockNowMs(s.clock));
-  GreenPort &g = p->green;
+int eeeStatisticsClear(Sim &s, Call &, Port &p) {
+  settleCounters(s, p, clockNowMs(s.clock));
+  GreenPort &g = p.green;
   g.txEvents = g.rxEvents = 0;
   g.txDuration[0] = g.txDuration[1] = g.rxDuration[0] = g.rxDuration[1] = 0;
   g.lpiMsAtClear = g.lpiMs;
@@ -213,13 +210,11 @@ uint64_t eeeEvents(const Sim &s, const Port &p) {
 }
 
 template <uint64_t (GreenPort::*Duration)[2], uint64_t UsPerMs>
-int eeeDuration(Sim &s, Call &c) {
+int eeeDuration(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiGreenEthrEeeTxDurationGet::Param;
   static_assert(samePlace(args::rpcclt_openapiGreenEthrEeeRxDurationGet::low, low));
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  const uint64_t(&base)[2] = p->green.*Duration;
-  uint64_t us = (base[0] << 32) + base[1] + lpiMsSinceClear(s, *p) * UsPerMs;
+  const uint64_t(&base)[2] = p.green.*Duration;
+  uint64_t us = (base[0] << 32) + base[1] + lpiMsSinceClear(s, p) * UsPerMs;
   c.out(high, us >> 32);
   c.out(low, us & 0xFFFFFFFFu);
   return OPEN_E_NONE;
@@ -240,20 +235,16 @@ uint64_t echoTwsys(const Sim &s, const Port &p) { return lowPowerIdle(s, p) ? kP
 
 // A partner's value for its one LLDP record, whatever the time mark.
 template <bool Echo>
-int remoteValue(Sim &s, Call &c) {
+int remoteValue(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiGreenEthrEeeRemTxTwsysGet::Param;
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  if (!lowPowerIdle(s, *p) || c.in(remIndex) != kRemoteIndex) return OPEN_E_NOT_FOUND;
+  if (!lowPowerIdle(s, p) || c.in(remIndex) != kRemoteIndex) return OPEN_E_NOT_FOUND;
   c.out(twsys, Echo ? kLocalTwsys : kPartnerTwsys);
   return OPEN_E_NONE;
 }
 
-int localSummary(Sim &s, Call &c) {
+int localSummary(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiGreenEthrEeeLocalSummaryGet::Param;
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  bool enabled = eeeActive(s, *p), ready = lowPowerIdle(s, *p);
+  bool enabled = eeeActive(s, p), ready = lowPowerIdle(s, p);
   uint32_t echo = ready ? kPartnerTwsys : 0;
   c.out(twSysTx, kLocalTwsys);
   c.out(twSysTxEcho, echo);
@@ -267,11 +258,9 @@ int localSummary(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-int remoteSummary(Sim &s, Call &c) {
+int remoteSummary(Sim &s, Call &c, Port &p) {
   using enum args::rpcclt_openapiGreenEthrEeeRemoteSummaryGet::Param;
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  if (!lowPowerIdle(s, *p)) return OPEN_E_NOT_FOUND;
+  if (!lowPowerIdle(s, p)) return OPEN_E_NOT_FOUND;
   c.out(twSysTx, kPartnerTwsys);
   c.out(twSysTxEcho, kLocalTwsys);
   c.out(twSysRx, kPartnerTwsys);
@@ -318,12 +307,10 @@ int globalCumulativeSaving(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-int intfStatisticsClear(Sim &s, Call &c) {
-  Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  settleCounters(s, *p, clockNowMs(s.clock));
-  p->savedMwh = 0;
-  p->savedMwMs = 0;
+int intfStatisticsClear(Sim &s, Call &, Port &p) {
+  settleCounters(s, p, clockNowMs(s.clock));
+  p.savedMwh = 0;
+  p.savedMwMs = 0;
   return OPEN_E_NONE;
 }
 
@@ -459,11 +446,7 @@ int answerSample(Call &c, const Port &p, uint64_t index) {
   return OPEN_E_NONE;
 }
 
-int historyFirst(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  return answerSample(c, *p, 0);
-}
+int historyFirst(Sim &, Call &c, Port &p) { return answerSample(c, p, 0); }
 
 int historyNext(Sim &s, Call &c) {
   Arg &a = c.arg(args::rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet::sample);
@@ -477,21 +460,17 @@ int historyNext(Sim &s, Call &c) {
 
 // The sample after the one numbered `curSample` (numbers run on in 16
 // bits); 0 asks for the first.
-int historyNextSample(Sim &s, Call &c) {
-  const Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
+int historyNextSample(Sim &, Call &c, Port &p) {
   uint64_t cur = c.in(args::rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet::curSample);
-  if (cur == 0 || p->green.history.empty()) return answerSample(c, *p, 0);
-  uint16_t firstNumber = static_cast<uint16_t>(p->green.history.front().place + 1);
+  if (cur == 0 || p.green.history.empty()) return answerSample(c, p, 0);
+  uint16_t firstNumber = static_cast<uint16_t>(p.green.history.front().place + 1);
   if (cur > UINT16_MAX) return OPEN_E_NOT_FOUND;
-  return answerSample(c, *p, static_cast<uint16_t>(cur - firstNumber) + 1u);
+  return answerSample(c, p, static_cast<uint16_t>(cur - firstNumber) + 1u);
 }
 
 // Counted from now: the samples taken so far are gone.
-int historyClear(Sim &s, Call &c) {
-  Port *p = greenPort(s, c.port());
-  if (!p) return lacking(s, c.port());
-  p->green.history.clear();
+int historyClear(Sim &, Call &, Port &p) {
+  p.green.history.clear();
   return OPEN_E_NONE;
 }
 
@@ -538,15 +517,8 @@ void trimHistory(Sim &s) {
   for (auto &[n, p] : s.model.ports) trimHistory(p.green, n, s.model.green.maxSamples);
 }
 
-bool lowPowerIdle(const Sim &s, const Port &p) { return eeeActive(s, p) && p.green.partnerEee; }
-
 uint64_t lpiMsAt(const Sim &s, const Port &p, int64_t atMs) {
   return p.green.lpiMs + (lowPowerIdle(s, p) && atMs > p.settledMs ? static_cast<uint64_t>(atMs - p.settledMs) : 0);
-}
-
-int64_t drawMw(const Sim &s, const Port &p) {
-  if (!isUp(p)) return p.drawDownMw;
-  return p.drawUpMw + (isGreen(s, p) && !lowPowerIdle(s, p) ? kEeeSavingMw : 0);
 }
 
 int64_t savingMw(const Sim &s, const Port &p) {
@@ -561,15 +533,13 @@ bool hasPowerEstimate(const Sim &s, uint32_t ifNum) {
 }
 
 // A reading of the port's draw in the state it is in now.
-void setPortPower(Sim &s, uint32_t ifNum, int64_t milliwatts, int64_t savedMwh, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  settleCounters(s, *p, atMs);
-  int64_t eee = isUp(*p) && isGreen(s, *p) && !lowPowerIdle(s, *p) ? kEeeSavingMw : 0;
-  (isUp(*p) ? p->drawUpMw : p->drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
+void setPortPower(Sim &s, Port &p, int64_t milliwatts, int64_t savedMwh, int64_t atMs) {
+  settleCounters(s, p, atMs);
+  int64_t eee = isUp(p) && isGreen(s, p) && !lowPowerIdle(s, p) ? kEeeSavingMw : 0;
+  (isUp(p) ? p.drawUpMw : p.drawDownMw) = std::max<int64_t>(0, milliwatts - eee);
   if (savedMwh < 0) return;
-  p->savedMwh = static_cast<uint64_t>(savedMwh);
-  p->savedMwMs = 0;
+  p.savedMwh = static_cast<uint64_t>(savedMwh);
+  p.savedMwMs = 0;
 }
 
 // Every EEE port takes a sample each interval (none with an interval of
@@ -588,88 +558,76 @@ void takeLpiSamples(Sim &s, int64_t uptoMs) {
 }
 
 const CallRule kGreenRules[] = {
-    SIM_RULE(rpcclt_openapiGreenEthrValidIntfFirstGet, greenFirst),
-    SIM_RULE(rpcclt_openapiGreenEthrValidIntfNextGet, greenNext),
+    SIM_RULE(rpcclt_openapiGreenEthrValidIntfFirstGet, walkGreen<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrValidIntfNextGet, walkGreen<true>),
     SIM_RULE(rpcclt_openapiGreenEthrIsValidIntfType, isGreenIntf),
     SIM_RULE(rpcclt_openapiGreenEthrIsIntfEEECapable, isGreenIntf),
-    SIM_SETTER(rpcclt_openapiGreenEthrEnergyDetectModeSet, rpcclt_openapiGreenEthrEnergyDetectAdminModeGet,
-               greenSet<SIM_PORT_FIELD(green.energyDetect)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrShrtRchAutoModeSet, rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet,
-               greenSet<SIM_PORT_FIELD(green.shortReachAuto)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrShrtRchForceModeSet, rpcclt_openapiGreenEthrShrtRchForceAdminModeGet,
-               greenSet<SIM_PORT_FIELD(green.shortReachForced)>),
-    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, greenGet<SIM_PORT_FIELD(green.energyDetect)>),
-    SIM_RULE(rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, greenGet<SIM_PORT_FIELD(green.shortReachAuto)>),
-    SIM_RULE(rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, greenGet<SIM_PORT_FIELD(green.shortReachForced)>),
-    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, energyDetectOpr),
-    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusGet, shortReachOpr),
-    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, energyDetectOprText),
-    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, shortReachOprText),
-    SIM_RULE(rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet, switchGet<SIM_SWITCH_FIELD(green.energyDetect)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet,
-               switchSet<SIM_SWITCH_FIELD(green.energyDetect)>),
-    SIM_RULE(rpcclt_openapiGreenEthrGlobalShortReachModeGet, switchGet<SIM_SWITCH_FIELD(green.shortReach)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrGlobalShortReachModeSet, rpcclt_openapiGreenEthrGlobalShortReachModeGet,
-               switchSet<SIM_SWITCH_FIELD(green.shortReach)>),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrEnergyDetectAdminModeGet, rpcclt_openapiGreenEthrEnergyDetectModeSet,
+                      green.energyDetect),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrShrtRchAutoAdminModeGet, rpcclt_openapiGreenEthrShrtRchAutoModeSet,
+                      green.shortReachAuto),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrShrtRchForceAdminModeGet, rpcclt_openapiGreenEthrShrtRchForceModeSet,
+                      green.shortReachForced),
+    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusGet, (answerStatus<energyDetectStatus, false>)),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusGet, (answerStatus<shortReachStatus, false>)),
+    SIM_RULE(rpcclt_openapiGreenEthrEnergyDetectOprStatusStrGet, (answerStatus<energyDetectStatus, true>)),
+    SIM_RULE(rpcclt_openapiGreenEthrShrtRchOprStatusStrGet, (answerStatus<shortReachStatus, true>)),
+    SIM_SWITCH_SETTING(rpcclt_openapiGreenEthrGlobalEnergyDetectModeGet,
+                       rpcclt_openapiGreenEthrGlobalEnergyDetectModeSet, green.energyDetect),
+    SIM_SWITCH_SETTING(rpcclt_openapiGreenEthrGlobalShortReachModeGet, rpcclt_openapiGreenEthrGlobalShortReachModeSet,
+                       green.shortReach),
 
     SIM_RULE(rpcclt_openapiGreenEthrEeeIsValidIntf, isGreenIntf),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfFirstGet, greenFirst),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfNextGet, greenNext),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeAdminModeGet, greenGet<SIM_PORT_FIELD(green.eeeAdmin)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrEeeAdminModeSet, rpcclt_openapiGreenEthrEeeAdminModeGet,
-               greenSet<SIM_PORT_FIELD(green.eeeAdmin)>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxIdleTimeGet, greenGet<SIM_PORT_FIELD(green.txIdleTime)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrEeeTxIdleTimeSet, rpcclt_openapiGreenEthrEeeTxIdleTimeGet,
-               greenSet<SIM_PORT_FIELD(green.txIdleTime)>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxWakeTimeGet, greenGet<SIM_PORT_FIELD(green.txWakeTime)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrEeeTxWakeTimeSet, rpcclt_openapiGreenEthrEeeTxWakeTimeGet,
-               greenSet<SIM_PORT_FIELD(green.txWakeTime)>),
-    SIM_RULE(rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, switchGet<SIM_SWITCH_FIELD(green.eee)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrGlobalEeeAdminModeSet, rpcclt_openapiGreenEthrGlobalEeeAdminModeGet,
-               switchSet<SIM_SWITCH_FIELD(green.eee)>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, eeeStatisticsClear),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, greenDerived<eeeEvents<&GreenPort::txEvents>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, greenDerived<eeeEvents<&GreenPort::rxEvents>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>)),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, greenDerived<secondsSinceReset>),
-    SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, timeSinceResetSplit),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfFirstGet, walkGreen<false>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeValidIntfNextGet, walkGreen<true>),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrEeeAdminModeGet, rpcclt_openapiGreenEthrEeeAdminModeSet, green.eeeAdmin),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrEeeTxIdleTimeGet, rpcclt_openapiGreenEthrEeeTxIdleTimeSet,
+                      green.txIdleTime),
+    SIM_GREEN_SETTING(rpcclt_openapiGreenEthrEeeTxWakeTimeGet, rpcclt_openapiGreenEthrEeeTxWakeTimeSet,
+                      green.txWakeTime),
+    SIM_SWITCH_SETTING(rpcclt_openapiGreenEthrGlobalEeeAdminModeGet, rpcclt_openapiGreenEthrGlobalEeeAdminModeSet,
+                       green.eee),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeStatisticsClear, onGreen<eeeStatisticsClear>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxEventsGet, onGreen<derived<eeeEvents<&GreenPort::txEvents>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDurationGet, (onGreen<eeeDuration<&GreenPort::txDuration, kTxSleepUsPerMs>>)),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxEventsGet, onGreen<derived<eeeEvents<&GreenPort::rxEvents>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDurationGet, (onGreen<eeeDuration<&GreenPort::rxDuration, kRxSleepUsPerMs>>)),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTimeSinceLastStatsResetGet, onGreen<derived<secondsSinceReset>>),
+    SIM_RULE(rpcclt_openapixGreenEthrEeeTimeSinceLastStatsResetGet, onGreen<timeSinceResetSplit>),
     SIM_RULE(rpcclt_openapiGreenEthrEeeTotalLpiTimeGet, totalLpiTime),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, greenDerived<dllState<false>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, greenDerived<dllState<true>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, greenDerived<dllState<false>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, greenDerived<dllState<true>>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, greenDerived<localTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, greenDerived<echoTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, greenDerived<echoTwsys>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, remoteValue<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, remoteValue<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, remoteValue<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, remoteValue<true>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemFbTwsysGet, remoteValue<false>),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeLocalSummaryGet, localSummary),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, remoteSummary),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllEnableGet, onGreen<derived<dllState<false>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxDllReadyGet, onGreen<derived<dllState<true>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllEnableGet, onGreen<derived<dllState<false>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxDllReadyGet, onGreen<derived<dllState<true>>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeTxTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRxTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeFbTwsysGet, onGreen<derived<localTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoTxTwsysGet, onGreen<derived<echoTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeEchoRxTwsysGet, onGreen<derived<echoTwsys>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysGet, onGreen<remoteValue<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemTxTwsysEchoGet, onGreen<remoteValue<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysGet, onGreen<remoteValue<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemRxTwsysEchoGet, onGreen<remoteValue<true>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemFbTwsysGet, onGreen<remoteValue<false>>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeLocalSummaryGet, onGreen<localSummary>),
+    SIM_RULE(rpcclt_openapiGreenEthrEeeRemoteSummaryGet, onGreen<remoteSummary>),
     SIM_RULE(rpcclt_openapiGreenEthrFeaturesSupportedGet, featuresSupported),
 
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, greenDerived<currentPower>),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCurPwrGet, onGreen<derived<currentPower>>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCurPwrGet, globalCurrentPower),
-    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, greenDerived<cumulativeSaving>),
+    SIM_RULE(rpcclt_openapiGreenPwrEstIntfCumSavingGet, onGreen<derived<cumulativeSaving>>),
     SIM_RULE(rpcclt_openapiGreenPwrEstGlobalCumSavingGet, globalCumulativeSaving),
     SIM_RULE(rpcclt_openapiGreenEthrPwrEstGlobalPwrSavingGet, switchGet<SIM_SWITCH_FIELD(green.savingPercent)>),
-    SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, intfStatisticsClear),
-    SIM_SETTER(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet,
-               rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet, sampleIntervalSet),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
-             switchGet<SIM_SWITCH_FIELD(green.sampleIntervalMin)>),
-    SIM_SETTER(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet,
-               rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, maxSamplesSet),
-    SIM_RULE(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, switchGet<SIM_SWITCH_FIELD(green.maxSamples)>),
-    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet, historyFirst),
+    SIM_RULE(rpcclt_openapiGreenEthrIntfStatisticsClear, onGreen<intfStatisticsClear>),
+    SIM_SETTING(rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalGet,
+                switchGet<SIM_SWITCH_FIELD(green.sampleIntervalMin)>,
+                rpcclt_openapiGreenEthrEeeLpiHistoryIntfSampleIntervalSet, sampleIntervalSet),
+    SIM_SETTING(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesGet, switchGet<SIM_SWITCH_FIELD(green.maxSamples)>,
+                rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet, maxSamplesSet),
+    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfFirstEntryGet, onGreen<historyFirst>),
     SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextEntryGet, historyNext),
-    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, historyNextSample),
-    SIM_RULE(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, historyClear),
+    SIM_RULE(rpcclt_openapix2GreenEthrPwrSavHistoryIntfNextSampleGet, onGreen<historyNextSample>),
+    SIM_RULE(rpcclt_openapiGreenEthrPwrSavHistoryIntfStatisticsClear, onGreen<historyClear>),
 };
 
 static void seedGreen(Sim &s) {

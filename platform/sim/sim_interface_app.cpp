@@ -7,7 +7,6 @@ namespace sim {
 namespace {
 
 constexpr uint32_t kLedPorts = 12;
-constexpr uint32_t kStackUnit = 1;
 constexpr size_t kTimeRangeNameMax = 31;
 constexpr uint32_t kLedColorMax = 7;  // 0 off, then red, green, blue, yellow, cyan, magenta, white
 constexpr uint32_t kBrightnessMax = 100;
@@ -15,19 +14,16 @@ constexpr uint32_t kBrightnessMax = 100;
 bool hasLed(uint32_t ifNum) { return ifNum <= kLedPorts; }
 
 // Names longer than the switch keeps are refused, not cut.
-int timeRangeSet(Sim &s, Call &c) {
+int timeRangeSet(Sim &, Call &c, Port &p) {
   using enum args::rpcclt_openapiInterfaceAppTimeRangeSet::Param;
-  Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
   std::string name = c.text(timeRange);
   if (name.size() > kTimeRangeNameMax) return OPEN_E_PARAM;
-  p->settings.timeRange = name;
+  p.settings.timeRange = name;
   return OPEN_E_NONE;
 }
 
-int ledSupport(Sim &s, Call &c) {
+int ledSupport(Sim &, Call &c, Port &) {
   using enum args::rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet::Param;
-  if (!findPort(s, c.port())) return OPEN_E_NOT_FOUND;
   c.out(supported, hasLed(c.port()) ? 1 : 0);
   return OPEN_E_NONE;
 }
@@ -60,17 +56,16 @@ int ledModeSet(Sim &s, Call &c) {
 
 const CallRule kInterfaceAppRules[] = {
     SIM_RULE(rpcclt_openapiInterfaceAppTimeRangeGet, portTextGet<SIM_PORT_FIELD(settings.timeRange)>),
-    SIM_SETTER(rpcclt_openapiInterfaceAppTimeRangeSet, rpcclt_openapiInterfaceAppTimeRangeGet, timeRangeSet),
-    SIM_SETTER(rpcclt_openapiInterfaceAppRGBLedColorModeSet, rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeSet),
-    SIM_RULE(rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeGet),
-    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, ledSupport),
-    SIM_SETTER(rpcclt_openapiInterfaceAppPortRGBLedColorSet, rpcclt_openapiInterfaceAppPortRGBLedColorGet,
-               (ledSet<SIM_PORT_FIELD(settings.ledColor), kLedColorMax>)),
-    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorGet, ledGet<SIM_PORT_FIELD(settings.ledColor)>),
-    SIM_SETTER(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet,
-               rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet,
-               (ledSet<SIM_PORT_FIELD(settings.ledBrightness), kBrightnessMax>)),
-    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet, ledGet<SIM_PORT_FIELD(settings.ledBrightness)>),
+    SIM_SETTER(rpcclt_openapiInterfaceAppTimeRangeSet, rpcclt_openapiInterfaceAppTimeRangeGet, onPort<timeRangeSet>),
+    SIM_SETTING(rpcclt_openapiInterfaceAppRGBLedColorModeGet, ledModeGet, rpcclt_openapiInterfaceAppRGBLedColorModeSet,
+                ledModeSet),
+    SIM_RULE(rpcclt_openapiInterfaceAppPortRGBLedColorSupportGet, onPort<ledSupport>),
+    SIM_SETTING(rpcclt_openapiInterfaceAppPortRGBLedColorGet, ledGet<SIM_PORT_FIELD(settings.ledColor)>,
+                rpcclt_openapiInterfaceAppPortRGBLedColorSet,
+                (ledSet<SIM_PORT_FIELD(settings.ledColor), kLedColorMax>)),
+    SIM_SETTING(rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessGet, ledGet<SIM_PORT_FIELD(settings.ledBrightness)>,
+                rpcclt_openapiInterfaceAppPortRGBLedColorBrightnessSet,
+                (ledSet<SIM_PORT_FIELD(settings.ledBrightness), kBrightnessMax>)),
 };
 
 // The guest-room ports follow the office-hours schedule.

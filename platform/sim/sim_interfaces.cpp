@@ -63,19 +63,16 @@ std::optional<Interface> interfaceAbove(const Sim &s, uint32_t after) {
   return std::nullopt;
 }
 
-int firstOfTypeCall(Sim &s, Call &c) {
-  using enum args::openapiIfFirstGet::Param;
-  std::optional<Interface> i = nextOfType(s, static_cast<uint32_t>(c.in(ifType)), 0);
-  if (!i) return OPEN_E_NOT_FOUND;
-  c.out(ifNum, i->ifNum);
-  return OPEN_E_NONE;
-}
-
-int nextOfTypeCall(Sim &s, Call &c) {
+// The walk by type from the start, or on from the interface given; the
+// interface found is the last argument of both.
+template <bool Next>
+int ofTypeCall(Sim &s, Call &c) {
   using enum args::openapiIfNextGet::Param;
-  std::optional<Interface> i = nextOfType(s, static_cast<uint32_t>(c.in(ifType)), static_cast<uint32_t>(c.in(ifNum)));
+  static_assert(samePlace(args::openapiIfFirstGet::ifType, ifType));
+  uint32_t after = static_cast<uint32_t>(Next ? c.in(ifNum) : 0);
+  std::optional<Interface> i = nextOfType(s, static_cast<uint32_t>(c.in(ifType)), after);
   if (!i) return OPEN_E_NOT_FOUND;
-  c.out(nextIfNum, i->ifNum);
+  c.outLast(i->ifNum);
   return OPEN_E_NONE;
 }
 
@@ -89,7 +86,7 @@ int nextChangedCall(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-std::string ifName(const Interface &i) {
+std::string ifName(const Sim &, const Interface &i) {
   char name[32];
   if (i.type == OPEN_INTF_TYPE_PHY) snprintf(name, sizeof name, "0/%u", i.ifNum);
   else if (i.type == OPEN_INTF_TYPE_LAG) snprintf(name, sizeof name, "lag%u", i.ifNum - kFirstLag + 1);
@@ -98,12 +95,20 @@ std::string ifName(const Interface &i) {
   return name;
 }
 
-// Every interface answers these; `answer` fills the named output.
+// Every interface answers these; `Answer` fills the one output.
 template <uint64_t (*Answer)(const Sim &, const Interface &)>
 int identityNum(Sim &s, Call &c) {
   std::optional<Interface> i = findInterface(s, c.port());
   if (!i) return OPEN_E_NOT_FOUND;
   c.outLast(Answer(s, *i));
+  return OPEN_E_NONE;
+}
+
+template <std::string (*Answer)(const Sim &, const Interface &)>
+int identityText(Sim &s, Call &c) {
+  std::optional<Interface> i = findInterface(s, c.port());
+  if (!i) return OPEN_E_NOT_FOUND;
+  Call::writeText(c.last(), Answer(s, *i));
   return OPEN_E_NONE;
 }
 
@@ -131,38 +136,23 @@ uint64_t statusOf(const Sim &s, const Interface &i) {
   return 0;
 }
 
-int nameCall(Sim &s, Call &c) {
-  using enum args::openapiIfNameGet::Param;
-  std::optional<Interface> i = findInterface(s, c.port());
-  if (!i) return OPEN_E_NOT_FOUND;
-  c.outText(name, ifName(*i));
-  return OPEN_E_NONE;
-}
-
-int macCall(Sim &s, Call &c) {
-  using enum args::rpcclt_openapiIfMacAddrGet::Param;
-  std::optional<Interface> i = findInterface(s, c.port());
-  if (!i) return OPEN_E_NOT_FOUND;
+std::string macOf(const Sim &, const Interface &i) {
   char mac[32];
-  snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i->ifNum >> 8, i->ifNum & 0xFF);
-  c.outText(macAddr, mac);
-  return OPEN_E_NONE;
+  snprintf(mac, sizeof mac, "02:5A:10:00:%02X:%02X", i.ifNum >> 8, i.ifNum & 0xFF);
+  return mac;
 }
 
 // Only ports carry a description; the others have none to show.
-int descrCall(Sim &s, Call &c) {
-  using enum args::rpcclt_openapiIfDescrGet::Param;
-  if (!findInterface(s, c.port())) return OPEN_E_NOT_FOUND;
-  const Port *p = findPort(s, c.port());
-  c.outText(descr, p ? p->settings.description : "");
-  return OPEN_E_NONE;
+std::string descrOf(const Sim &s, const Interface &i) {
+  const Port *p = findPort(s, i.ifNum);
+  return p ? p->settings.description : "";
 }
 
 int numByNameCall(Sim &s, Call &c) {
   using enum args::rpcclt_openapiIfNumGet::Param;
   std::string wanted = c.text(name);
   for (std::optional<Interface> i = interfaceAbove(s, 0); i; i = interfaceAbove(s, i->ifNum)) {
-    if (ifName(*i) != wanted) continue;
+    if (ifName(s, *i) != wanted) continue;
     c.out(ifNum, i->ifNum);
     return OPEN_E_NONE;
   }
@@ -180,10 +170,10 @@ int routingInterfaceCall(Sim &s, Call &c) {
 }  // namespace
 
 const CallRule kInterfaceRules[] = {
-    SIM_RULE(openapiIfFirstGet, firstOfTypeCall),
-    SIM_RULE(openapiIfNextGet, nextOfTypeCall),
+    SIM_RULE(openapiIfFirstGet, ofTypeCall<false>),
+    SIM_RULE(openapiIfNextGet, ofTypeCall<true>),
     SIM_RULE(openapiIfNextChangedGet, nextChangedCall),
-    SIM_RULE(openapiIfNameGet, nameCall),
+    SIM_RULE(openapiIfNameGet, identityText<ifName>),
     SIM_RULE(openapiIfTypeGet, identityNum<typeOf>),
     SIM_RULE(openapiIfLinkStateGet, identityNum<linkStateOf>),
     SIM_RULE(openapiIfOprStateGet, identityNum<oprStateOf>),
@@ -192,9 +182,9 @@ const CallRule kInterfaceRules[] = {
     SIM_RULE(rpcclt_openapiusmDbIfIndexGet, identityNum<ifIndexOf>),
     SIM_RULE(rpcclt_openapiConfigIdMaskOffsetGet, identityNum<maskOffsetOf>),
     SIM_RULE(rpcclt_openapiIfMacAddrSizeGet, identityNum<macSizeOf>),
-    SIM_RULE(rpcclt_openapiIfMacAddrGet, macCall),
+    SIM_RULE(rpcclt_openapiIfMacAddrGet, identityText<macOf>),
     SIM_RULE(rpcclt_openapiIfDescrSizeGet, identityNum<descrSizeOf>),
-    SIM_RULE(rpcclt_openapiIfDescrGet, descrCall),
+    SIM_RULE(rpcclt_openapiIfDescrGet, identityText<descrOf>),
     SIM_RULE(rpcclt_openapiIfStatusGet, identityNum<statusOf>),
     SIM_RULE(rpcclt_openapiIfNumGet, numByNameCall),
     SIM_RULE(rpcclt_openapiRtrVlanIntfIfNumGet, routingInterfaceCall),
@@ -221,20 +211,16 @@ void changePort(Sim &s, Port &p, int64_t atMs, const std::function<void(Port &)>
 
 // The partner comes or goes; whether the link follows is the port's to say.
 // A partner on a copper port without a cable came with a patch cable.
-void setLinkState(Sim &s, uint32_t ifNum, bool up, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  changePort(s, *p, atMs, [&](Port &q) {
+void setLinkState(Sim &s, Port &p, bool up, int64_t atMs) {
+  changePort(s, p, atMs, [&](Port &q) {
     q.partner = up;
     if (up && !isFibre(s, q) && !q.cableM) q.cableM = kPatchCableM;
   });
 }
 
 // Disabling and enabling a port again is the manual way out of D-Disable.
-void setAdminState(Sim &s, uint32_t ifNum, bool enabled, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p) return;
-  changePort(s, *p, atMs, [&](Port &q) {
+void setAdminState(Sim &s, Port &p, bool enabled, int64_t atMs) {
+  changePort(s, p, atMs, [&](Port &q) {
     if (enabled && !q.adminEnabled) q.disableReason = 0;
     q.adminEnabled = enabled;
   });

@@ -27,6 +27,12 @@ bool wellFormedMac(const std::string &t) {
   return true;
 }
 
+bool unicastMac(const std::string &t) {
+  unsigned char second = static_cast<unsigned char>(t[1]);
+  int low = isdigit(second) ? second - '0' : toupper(second) - 'A' + 10;
+  return (low & 1) == 0;
+}
+
 namespace {
 
 // --- the fields of each struct ----------------------------------------------
@@ -440,7 +446,7 @@ const char *portFault(const Sim &s, uint32_t n, const Port &p) {
 // unicast address as the model keeps it, bound to a stream or none.
 const char *entryFault(const Sim &s, const PmlEntry &e) {
   if (!s.model.ports.count(e.ifNum)) return "\"ifNum\" is no port of the switch";
-  if (!canonicalMac(e.mac) || (isdigit(static_cast<unsigned char>(e.mac[1])) ? e.mac[1] - '0' : e.mac[1] - 'A' + 10) & 1)
+  if (!canonicalMac(e.mac) || !unicastMac(e.mac))
     return "\"macAddr\" is no unicast MAC address (upper-case pairs joined by \":\")";
   if (!vlanExists(s, e.vlan)) return "\"vlanId\" is no VLAN of the switch";
   if (e.stream && (e.stream < facts::kStreamId.least || e.stream > facts::kStreamId.most))

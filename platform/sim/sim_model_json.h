@@ -34,6 +34,9 @@ inline constexpr Bounds kMilliwatts{0, 4294967295.0};  // a power reading
 // 17 characters: six pairs of hex digits, each pair after the first
 // behind ":" or "-".
 bool wellFormedMac(const std::string &t);
+// Whether a well-formed address is unicast: its first octet's lowest bit
+// is clear.
+bool unicastMac(const std::string &t);
 
 // Every fact of the model, as a dump shows it.
 cJSON *modelToJson(const Model &m);

@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "sim/sim.h"
+#include "sim/sim_model_json.h"
 #include "switch_facts.h"
 
 namespace sim {
@@ -19,7 +20,6 @@ namespace {
 // The limits the switch holds its settings to.
 constexpr uint32_t kDynamicMax = facts::kLockDynamicLimit.most;
 constexpr uint32_t kStaticMax = facts::kLockStaticLimit.most;
-constexpr uint32_t kStaticDefault = 20;
 constexpr uint32_t kTrapIntervalMax = facts::kLockTrapInterval.most;
 constexpr uint32_t kAgeTimeMax = facts::kLockAgeTime.most;
 constexpr uint32_t kVlanModeMax = facts::kLockVlanMode.most;  // 0 off, 1 VLAN-based locking
@@ -32,6 +32,10 @@ using Table = std::vector<Entry>;
 
 // --- addresses, ports, VLANs ------------------------------------------------
 
+Entry entry(uint32_t ifNum, const std::string &mac, uint32_t vlan, bool sticky = false, bool learned = false) {
+  return {.ifNum = ifNum, .mac = mac, .vlan = vlan, .sticky = sticky, .learned = learned, .stream = 0};
+}
+
 // Upper-case, "-" read as ":"; used for walk keys, which need not be valid.
 std::string walkKey(std::string mac) {
   for (char &ch : mac) ch = ch == '-' ? ':' : static_cast<char>(toupper(static_cast<unsigned char>(ch)));
@@ -40,14 +44,9 @@ std::string walkKey(std::string mac) {
 
 // A unicast address as six hex pairs separated by ":" or "-".
 bool canonicalMac(const std::string &text, std::string *out) {
-  if (text.size() != 17) return false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    bool separator = i % 3 == 2;
-    if (separator ? text[i] != ':' && text[i] != '-' : !isxdigit(static_cast<unsigned char>(text[i]))) return false;
-  }
+  if (!wellFormedMac(text)) return false;
   *out = walkKey(text);
-  int low = isdigit(static_cast<unsigned char>((*out)[1])) ? (*out)[1] - '0' : (*out)[1] - 'A' + 10;
-  return (low & 1) == 0;
+  return unicastMac(*out);
 }
 
 bool lockable(const Sim &s, uint64_t ifNum) { return findPort(s, ifNum) != nullptr; }
@@ -95,64 +94,66 @@ int nextValidIntf(Sim &s, Call &c) {
   return OPEN_E_NONE;
 }
 
-template <uint32_t &(*F)(Pml &)>
-int pmlGet(Sim &s, Call &c) {
-  c.outLast(F(s.model.pml));
-  return OPEN_E_NONE;
-}
-
-template <uint32_t &(*F)(Pml &)>
+// A switch-wide locking setting changes no rate: nothing to settle first.
+template <uint32_t &(*F)(Model &)>
 int pmlSet(Sim &s, Call &c) {
-  F(s.model.pml) = static_cast<uint32_t>(c.last().num);
+  F(s.model) = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
-#define SIM_PML_FIELD(expr) (+[](::sim::Pml &m) -> uint32_t & { return m.expr; })
 
-// A VLAN's setting, the VLAN first; the VLANs are those the switch has.
+// A VLAN's settings, the VLAN first; the VLANs are those the switch has.
+PmlVlan *pmlVlan(Sim &s, Call &c) {
+  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
+  return v == s.model.pml.vlans.end() ? nullptr : &v->second;
+}
+
 template <uint32_t PmlVlan::*F>
 int vlanGet(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
-  if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
-  c.outLast(v->second.*F);
+  PmlVlan *v = pmlVlan(s, c);
+  if (!v) return OPEN_E_NOT_FOUND;
+  c.outLast(v->*F);
   return OPEN_E_NONE;
 }
 
 template <uint32_t PmlVlan::*F, uint32_t Max = UINT32_MAX>
 int vlanSet(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
-  if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
+  PmlVlan *v = pmlVlan(s, c);
+  if (!v) return OPEN_E_NOT_FOUND;
   if (c.last().num > Max) return OPEN_E_PARAM;
-  v->second.*F = static_cast<uint32_t>(c.last().num);
+  v->*F = static_cast<uint32_t>(c.last().num);
   return OPEN_E_NONE;
 }
 
-int intfVlanLimitGet(Sim &s, Call &c) {
-  using enum args::rpcclt_openapiPmlIntfVlanDynamicLimitGet::Param;
+// A port's limit in one VLAN; the get and the set share their layout.
+namespace vlanLimitArgs = args::rpcclt_openapiPmlIntfVlanDynamicLimitGet;
+static_assert(samePlace(args::rpcclt_openapiPmlIntfVlanDynamicLimitSet::limit, vlanLimitArgs::limit));
+
+uint32_t *intfVlanLimit(Sim &s, Call &c) {
   Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  auto found = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in(vlanId)));
-  if (found == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
-  c.out(limit, found->second);
+  if (!p) return nullptr;
+  auto found = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in(vlanLimitArgs::vlanId)));
+  return found == p->pml.vlanDynamicLimit.end() ? nullptr : &found->second;
+}
+
+int intfVlanLimitGet(Sim &s, Call &c) {
+  uint32_t *limit = intfVlanLimit(s, c);
+  if (!limit) return OPEN_E_NOT_FOUND;
+  c.out(vlanLimitArgs::limit, *limit);
   return OPEN_E_NONE;
 }
 
 int intfVlanLimitSet(Sim &s, Call &c) {
-  using enum args::rpcclt_openapiPmlIntfVlanDynamicLimitSet::Param;
-  Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  auto found = p->pml.vlanDynamicLimit.find(static_cast<uint32_t>(c.in(vlanId)));
-  if (found == p->pml.vlanDynamicLimit.end()) return OPEN_E_NOT_FOUND;
-  if (c.in(limit) > kDynamicMax) return OPEN_E_PARAM;
-  found->second = static_cast<uint32_t>(c.in(limit));
+  uint32_t *limit = intfVlanLimit(s, c);
+  if (!limit) return OPEN_E_NOT_FOUND;
+  if (c.in(vlanLimitArgs::limit) > kDynamicMax) return OPEN_E_PARAM;
+  *limit = static_cast<uint32_t>(c.in(vlanLimitArgs::limit));
   return OPEN_E_NONE;
 }
 
-int lastViolation(Sim &s, Call &c) {
+int lastViolation(Sim &, Call &c, Port &p) {
   using enum args::rpcclt_openapiPmlIntfLastViolationAddrGet::Param;
-  const Port *p = findPort(s, c.port());
-  if (!p) return OPEN_E_NOT_FOUND;
-  c.outText(macAddr, p->pml.lastViolationMac);
-  c.out(vlanId, p->pml.lastViolationVlan);
+  c.outText(macAddr, p.pml.lastViolationMac);
+  c.out(vlanId, p.pml.lastViolationVlan);
   return OPEN_E_NONE;
 }
 
@@ -189,10 +190,10 @@ int intfVlanDynamicCount(Sim &s, Call &c) {
 // The configured limit is in force only while VLAN-based locking is on,
 // both switch-wide and on the VLAN.
 int vlanOperationalLimit(Sim &s, Call &c) {
-  auto v = s.model.pml.vlans.find(static_cast<uint32_t>(c.first()));
-  if (v == s.model.pml.vlans.end()) return OPEN_E_NOT_FOUND;
-  bool active = s.model.pml.vlanAdmin == 1 && v->second.mode == 1;
-  c.outLast(active ? v->second.dynamicLimit : 0);
+  PmlVlan *v = pmlVlan(s, c);
+  if (!v) return OPEN_E_NOT_FOUND;
+  bool active = s.model.pml.vlanAdmin == 1 && v->mode == 1;
+  c.outLast(active ? v->dynamicLimit : 0);
   return OPEN_E_NONE;
 }
 
@@ -207,7 +208,8 @@ static_assert(samePlace(args::rpcclt_openapiPmlIntfDynamicEntryGetFirst::vlanId,
               samePlace(args::rpcclt_openapiPmlVlanDynamicEntryGetFirst::vlanId, firstArgs::vlanId) &&
               samePlace(args::rpcclt_openapiPmlIntfDynamicEntryGetNext::nextVlanId, nextArgs::nextVlanId));
 
-int walkFirst(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
+template <Table Pml::*table, bool withSticky>
+int walkFirst(Sim &s, Call &c) {
   using enum firstArgs::Param;
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
   std::vector<Entry> entries = portEntries(s.model.pml.*table, c.port());
@@ -219,7 +221,8 @@ int walkFirst(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
 }
 
 // The entry after (address, VLAN) on the port.
-int walkNext(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
+template <Table Pml::*table, bool withSticky>
+int walkNext(Sim &s, Call &c) {
   using enum nextArgs::Param;
   if (!lockable(s, c.port())) return OPEN_E_NOT_FOUND;
   std::string mac = walkKey(c.text(macAddr));
@@ -233,11 +236,6 @@ int walkNext(Sim &s, Call &c, Table Pml::*table, bool withSticky) {
   }
   return OPEN_E_NOT_FOUND;
 }
-
-int staticFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::statics, true); }
-int staticNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::statics, true); }
-int dynamicFirst(Sim &s, Call &c) { return walkFirst(s, c, &Pml::dynamics, false); }
-int dynamicNext(Sim &s, Call &c) { return walkNext(s, c, &Pml::dynamics, false); }
 
 // The VLAN-based walk goes over the port's learned addresses keyed by the
 // address alone: the same address learned in a second VLAN is not visited.
@@ -283,12 +281,7 @@ int staticAdd(Sim &s, Call &c) {
   if (countIf(t.statics, [&](const Entry &e) { return e.mac == mac && e.vlan == vlan; })) return OPEN_E_EXISTS;
   if (countIf(t.statics, [&](const Entry &e) { return e.ifNum == port; }) >= staticLimit(s, port)) return OPEN_E_FAIL;
   std::erase_if(t.dynamics, [&](const Entry &e) { return e.mac == mac && e.vlan == vlan; });
-  Entry e;
-  e.ifNum = static_cast<uint32_t>(port);
-  e.mac = mac;
-  e.vlan = static_cast<uint32_t>(vlan);
-  e.sticky = c.in(sticky) == 1;
-  t.statics.push_back(e);
+  t.statics.push_back(entry(static_cast<uint32_t>(port), mac, static_cast<uint32_t>(vlan), c.in(sticky) == 1));
   return OPEN_E_NONE;
 }
 
@@ -336,14 +329,7 @@ int streamSet(Sim &s, Call &c) {
   Pml &t = s.model.pml;
   if (!findEntry(t.statics, c.port(), mac, vlan) && !findEntry(t.dynamics, c.port(), mac, vlan)) return OPEN_E_NOT_FOUND;
   Entry *bound = findEntry(t.streams, c.port(), mac, vlan);
-  if (!bound) {
-    Entry e;
-    e.ifNum = c.port();
-    e.mac = mac;
-    e.vlan = static_cast<uint32_t>(vlan);
-    t.streams.push_back(e);
-    bound = &t.streams.back();
-  }
+  if (!bound) bound = &t.streams.emplace_back(entry(c.port(), mac, static_cast<uint32_t>(vlan)));
   bound->stream = static_cast<uint32_t>(stream);
   return OPEN_E_NONE;
 }
@@ -407,16 +393,6 @@ void seedVlan(Sim &s, uint32_t vlan) {
   v.mode = vlan == 10 ? 1 : 0;
 }
 
-Entry entry(uint32_t ifNum, const char *mac, uint32_t vlan, bool sticky = false, bool learned = false) {
-  Entry e;
-  e.ifNum = ifNum;
-  e.mac = mac;
-  e.vlan = vlan;
-  e.sticky = sticky;
-  e.learned = learned;
-  return e;
-}
-
 // The storage array learnt on the first fibre port, wherever it is.
 void seedTables(Pml &t, uint32_t storagePort) {
   t.dynamics = {
@@ -442,76 +418,60 @@ void seedTables(Pml &t, uint32_t storagePort) {
 // address seen is the one the port reports, the frames from the foreign
 // addresses are discarded, and a port set to D-Disable on a violation is
 // shut as the feature shuts it.
-void recordPmlViolation(Sim &s, const TimelineEvent &e) {
-  Port *p = findPort(s, e.port);
-  if (!p || !isUp(*p) || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p->pml.mode != 1)
-    return;
-  p->pml.lastViolationMac = walkKey(e.macs.back());
-  p->pml.lastViolationVlan = e.vlan;
-  settleCounters(s, *p, e.atMs);
-  p->counters[kInDiscards] += e.macs.size();
-  if (p->pml.ddisableMode == 1) tripDDisable(s, e.port, "pml", e.atMs);
+void recordPmlViolation(Sim &s, Port &p, const TimelineEvent &e) {
+  if (!isUp(p) || e.macs.empty() || !vlanExists(s, e.vlan) || s.model.pml.globalAdmin != 1 || p.pml.mode != 1) return;
+  p.pml.lastViolationMac = walkKey(e.macs.back());
+  p.pml.lastViolationVlan = e.vlan;
+  settleCounters(s, p, e.atMs);
+  p.counters[kInDiscards] += e.macs.size();
+  if (p.pml.ddisableMode == 1) tripDDisable(s, p, "pml", e.atMs);
 }
 
 const CallRule kPmlRules[] = {
-    SIM_RULE(rpcclt_openapiPmlGlobalAdminModeGet, pmlGet<SIM_PML_FIELD(globalAdmin)>),
-    SIM_SETTER(rpcclt_openapiPmlGlobalAdminModeSet, rpcclt_openapiPmlGlobalAdminModeGet,
-               pmlSet<SIM_PML_FIELD(globalAdmin)>),
+    SIM_SETTING(rpcclt_openapiPmlGlobalAdminModeGet, switchGet<SIM_SWITCH_FIELD(pml.globalAdmin)>,
+                rpcclt_openapiPmlGlobalAdminModeSet, pmlSet<SIM_SWITCH_FIELD(pml.globalAdmin)>),
     SIM_RULE(rpcclt_openapiPmlStaticAddrGlobalCountGet, staticGlobalCount),
-    SIM_RULE(rpcclt_openapiPmlVlanAdminModeGet, pmlGet<SIM_PML_FIELD(vlanAdmin)>),
-    SIM_SETTER(rpcclt_openapiPmlVlanAdminModeSet, rpcclt_openapiPmlVlanAdminModeGet, pmlSet<SIM_PML_FIELD(vlanAdmin)>),
+    SIM_SETTING(rpcclt_openapiPmlVlanAdminModeGet, switchGet<SIM_SWITCH_FIELD(pml.vlanAdmin)>,
+                rpcclt_openapiPmlVlanAdminModeSet, pmlSet<SIM_SWITCH_FIELD(pml.vlanAdmin)>),
     SIM_RULE(rpcclt_openapiPmlNextValidIntfGet, nextValidIntf),
     SIM_RULE(rpcclt_openapiPmlIntfIsValid, isValidIntf),
-    SIM_RULE(rpcclt_openapiPmlIntfModeGet, portGet<SIM_PORT_FIELD(pml.mode)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfModeSet, rpcclt_openapiPmlIntfModeGet, portSet<SIM_PORT_FIELD(pml.mode)>),
-    SIM_RULE(rpcclt_openapiPmlIntfDynamicLimitGet, portGet<SIM_PORT_FIELD(pml.dynamicLimit)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfDynamicLimitSet, rpcclt_openapiPmlIntfDynamicLimitGet,
-               (portSet<SIM_PORT_FIELD(pml.dynamicLimit), 0, kDynamicMax>)),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticLimitGet, portGet<SIM_PORT_FIELD(pml.staticLimit)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfStaticLimitSet, rpcclt_openapiPmlIntfStaticLimitGet,
-               (portSet<SIM_PORT_FIELD(pml.staticLimit), 0, kStaticMax>)),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfModeGet, rpcclt_openapiPmlIntfModeSet, pml.mode),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfDynamicLimitGet, rpcclt_openapiPmlIntfDynamicLimitSet, pml.dynamicLimit, 0,
+                     kDynamicMax),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfStaticLimitGet, rpcclt_openapiPmlIntfStaticLimitSet, pml.staticLimit, 0,
+                     kStaticMax),
     SIM_RULE(rpcclt_openapiPmlIntfDynamicMaxLimitGet, portGet<SIM_PORT_FIELD(pml.dynamicMaxLimit)>),
     SIM_RULE(rpcclt_openapiPmlIntfStaticMaxLimitGet, portGet<SIM_PORT_FIELD(pml.staticMaxLimit)>),
     SIM_RULE(rpcclt_openapiPmlIntfStaticCountGet, portCount<&Pml::statics>),
-    SIM_RULE(rpcclt_openapiPmlIntfViolationTrapModeGet, portGet<SIM_PORT_FIELD(pml.trapMode)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfViolationTrapModeSet, rpcclt_openapiPmlIntfViolationTrapModeGet,
-               portSet<SIM_PORT_FIELD(pml.trapMode)>),
-    SIM_RULE(rpcclt_openapiPmlIntfViolationDDisableModeGet, portGet<SIM_PORT_FIELD(pml.ddisableMode)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfViolationDDisableModeSet, rpcclt_openapiPmlIntfViolationDDisableModeGet,
-               portSet<SIM_PORT_FIELD(pml.ddisableMode)>),
-    SIM_RULE(rpcclt_openapiPmlIntfStickyModeGet, portGet<SIM_PORT_FIELD(pml.stickyMode)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfStickyModeSet, rpcclt_openapiPmlIntfStickyModeGet,
-               portSet<SIM_PORT_FIELD(pml.stickyMode)>),
-    SIM_RULE(rpcclt_openapiPmlIntfTrapFrequencyGet, portGet<SIM_PORT_FIELD(pml.trapFrequency)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfTrapFrequencySet, rpcclt_openapiPmlIntfTrapFrequencyGet,
-               (portSet<SIM_PORT_FIELD(pml.trapFrequency), 0, kTrapIntervalMax>)),
-    SIM_RULE(rpcclt_openapiPmlIntfAgeTimeGet, portGet<SIM_PORT_FIELD(pml.ageTime)>),
-    SIM_SETTER(rpcclt_openapiPmlIntfAgeTimeSet, rpcclt_openapiPmlIntfAgeTimeGet,
-               (portSet<SIM_PORT_FIELD(pml.ageTime), 0, kAgeTimeMax>)),
-    SIM_RULE(rpcclt_openapiPmlIntfLastViolationAddrGet, lastViolation),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfViolationTrapModeGet, rpcclt_openapiPmlIntfViolationTrapModeSet,
+                     pml.trapMode),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfViolationDDisableModeGet, rpcclt_openapiPmlIntfViolationDDisableModeSet,
+                     pml.ddisableMode),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfStickyModeGet, rpcclt_openapiPmlIntfStickyModeSet, pml.stickyMode),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfTrapFrequencyGet, rpcclt_openapiPmlIntfTrapFrequencySet, pml.trapFrequency,
+                     0, kTrapIntervalMax),
+    SIM_PORT_SETTING(rpcclt_openapiPmlIntfAgeTimeGet, rpcclt_openapiPmlIntfAgeTimeSet, pml.ageTime, 0, kAgeTimeMax),
+    SIM_RULE(rpcclt_openapiPmlIntfLastViolationAddrGet, onPort<lastViolation>),
     SIM_RULE(rpcclt_openapiPmlIntfDynamicLearnedAddrCountGet, portCount<&Pml::dynamics>),
     SIM_RULE(rpcclt_openapiPmlIntfStaticLearnedAddrCountGet, (portCount<&Pml::statics, true>)),
     SIM_RULE(rpcclt_openapiPmlStaticAddrCountByVlanGet, staticCountByVlan),
-    SIM_RULE(rpcclt_openapiPmlVlanDynamicLimitGet, vlanGet<&PmlVlan::dynamicLimit>),
-    SIM_SETTER(rpcclt_openapiPmlVlanDynamicLimitSet, rpcclt_openapiPmlVlanDynamicLimitGet,
-               (vlanSet<&PmlVlan::dynamicLimit, kDynamicMax>)),
+    SIM_SETTING(rpcclt_openapiPmlVlanDynamicLimitGet, vlanGet<&PmlVlan::dynamicLimit>,
+                rpcclt_openapiPmlVlanDynamicLimitSet, (vlanSet<&PmlVlan::dynamicLimit, kDynamicMax>)),
     SIM_RULE(rpcclt_openapiPmlVlanOperationalLimitGet, vlanOperationalLimit),
-    SIM_RULE(rpcclt_openapiPmlVlanViolationDDisableModeGet, vlanGet<&PmlVlan::ddisableMode>),
-    SIM_SETTER(rpcclt_openapiPmlVlanViolationDDisableModeSet, rpcclt_openapiPmlVlanViolationDDisableModeGet,
-               vlanSet<&PmlVlan::ddisableMode>),
-    SIM_RULE(rpcclt_openapiPmlVlanViolationTrapModeGet, vlanGet<&PmlVlan::trapMode>),
-    SIM_SETTER(rpcclt_openapiPmlVlanViolationTrapModeSet, rpcclt_openapiPmlVlanViolationTrapModeGet,
-               vlanSet<&PmlVlan::trapMode>),
-    SIM_RULE(rpcclt_openapiPmlVlanModeGet, vlanGet<&PmlVlan::mode>),
-    SIM_SETTER(rpcclt_openapiPmlVlanModeSet, rpcclt_openapiPmlVlanModeGet, (vlanSet<&PmlVlan::mode, kVlanModeMax>)),
-    SIM_RULE(rpcclt_openapiPmlIntfVlanDynamicLimitGet, intfVlanLimitGet),
-    SIM_SETTER(rpcclt_openapiPmlIntfVlanDynamicLimitSet, rpcclt_openapiPmlIntfVlanDynamicLimitGet, intfVlanLimitSet),
+    SIM_SETTING(rpcclt_openapiPmlVlanViolationDDisableModeGet, vlanGet<&PmlVlan::ddisableMode>,
+                rpcclt_openapiPmlVlanViolationDDisableModeSet, vlanSet<&PmlVlan::ddisableMode>),
+    SIM_SETTING(rpcclt_openapiPmlVlanViolationTrapModeGet, vlanGet<&PmlVlan::trapMode>,
+                rpcclt_openapiPmlVlanViolationTrapModeSet, vlanSet<&PmlVlan::trapMode>),
+    SIM_SETTING(rpcclt_openapiPmlVlanModeGet, vlanGet<&PmlVlan::mode>, rpcclt_openapiPmlVlanModeSet,
+                (vlanSet<&PmlVlan::mode, kVlanModeMax>)),
+    SIM_SETTING(rpcclt_openapiPmlIntfVlanDynamicLimitGet, intfVlanLimitGet, rpcclt_openapiPmlIntfVlanDynamicLimitSet,
+                intfVlanLimitSet),
     SIM_RULE(rpcclt_openapiPmlIntfVlanDynamicLearnedAddrCountGet, intfVlanDynamicCount),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticEntryGetFirst, staticFirst),
-    SIM_RULE(rpcclt_openapiPmlIntfStaticEntryGetNext, staticNext),
-    SIM_RULE(rpcclt_openapiPmlIntfDynamicEntryGetFirst, dynamicFirst),
-    SIM_RULE(rpcclt_openapiPmlIntfDynamicEntryGetNext, dynamicNext),
-    SIM_RULE(rpcclt_openapiPmlVlanDynamicEntryGetFirst, dynamicFirst),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticEntryGetFirst, (walkFirst<&Pml::statics, true>)),
+    SIM_RULE(rpcclt_openapiPmlIntfStaticEntryGetNext, (walkNext<&Pml::statics, true>)),
+    SIM_RULE(rpcclt_openapiPmlIntfDynamicEntryGetFirst, (walkFirst<&Pml::dynamics, false>)),
+    SIM_RULE(rpcclt_openapiPmlIntfDynamicEntryGetNext, (walkNext<&Pml::dynamics, false>)),
+    SIM_RULE(rpcclt_openapiPmlVlanDynamicEntryGetFirst, (walkFirst<&Pml::dynamics, false>)),
     SIM_RULE(rpcclt_openapiPmlVlanDynamicEntryGetNext, vlanDynamicNext),
     SIM_RULE(rpcclt_openapiPmlIntfStaticEntryAdd, staticAdd),
     SIM_RULE(rpcclt_openapiPmlIntfStaticEntryDelete, staticDelete),

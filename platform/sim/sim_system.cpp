@@ -223,10 +223,9 @@ int disableReasonOf(const std::string &cause) {
 }
 
 // Every trip shuts the port anew and restarts its countdown.
-void tripDDisable(Sim &s, uint32_t ifNum, const std::string &cause, int64_t atMs) {
-  Port *p = findPort(s, ifNum);
-  if (!p || causeIndex(cause) < 0) return;
-  changePort(s, *p, atMs, [&](Port &q) {
+void tripDDisable(Sim &s, Port &p, const std::string &cause, int64_t atMs) {
+  if (causeIndex(cause) < 0) return;
+  changePort(s, p, atMs, [&](Port &q) {
     q.disableReason = static_cast<uint32_t>(disableReasonOf(cause));
     q.tripAtMs = atMs;
   });

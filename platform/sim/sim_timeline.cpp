@@ -23,7 +23,7 @@ constexpr double kMostNumber = 4294967295.0;
 constexpr int kMostFields = 3;
 
 using Check = bool (*)(const Sim &, const cJSON *, TimelineEvent *, std::string *);
-using Apply = void (*)(Sim &, const TimelineEvent &);
+using Apply = void (*)(Sim &, Port &, const TimelineEvent &);
 
 const cJSON *member(const cJSON *o, const char *name) { return cJSON_GetObjectItemCaseSensitive(o, name); }
 
@@ -119,24 +119,23 @@ struct EventKind {
   Apply apply;
 };
 
-#define APPLY(...) [](Sim &s, const TimelineEvent &e) { __VA_ARGS__; }
+#define APPLY(...) [](Sim &s, Port &p, const TimelineEvent &e) { __VA_ARGS__; }
 const EventKind kEventKinds[] = {
-    {"link-down", {}, nullptr, APPLY(setLinkState(s, e.port, false, e.atMs))},
-    {"link-up", {}, nullptr, APPLY(setLinkState(s, e.port, true, e.atMs))},
+    {"link-down", {}, nullptr, APPLY(setLinkState(s, p, false, e.atMs))},
+    {"link-up", {}, nullptr, APPLY(setLinkState(s, p, true, e.atMs))},
     // A pulled module takes the link with it; a new one brings it up on its medium.
-    {"transceiver-removed", {}, checkModuleSlot, APPLY(removeTransceiver(s, e.port, e.atMs))},
-    {"transceiver-inserted", {"media"}, checkMedia, APPLY(insertTransceiver(s, e.port, e.media, e.atMs))},
-    {"ddisable", {"cause"}, checkCause, APPLY(tripDDisable(s, e.port, e.cause, e.atMs))},
+    {"transceiver-removed", {}, checkModuleSlot, APPLY(removeTransceiver(s, p, e.atMs))},
+    {"transceiver-inserted", {"media"}, checkMedia, APPLY(insertTransceiver(s, p, e.media, e.atMs))},
+    {"ddisable", {"cause"}, checkCause, APPLY(tripDDisable(s, p, e.cause, e.atMs))},
     {"pml-violation", {"macs", "vlan"}, checkMacs, recordPmlViolation},
-    {"counters-reset", {}, nullptr, APPLY(resetPortCounters(s, e.port, e.atMs))},
-    {"counters-wrap", {"inSeconds"}, checkWrap, APPLY(bringCountersNearWrap(s, e.port, e.seconds, e.atMs))},
-    {"power", {"milliwatts", "savedMwh"}, checkPower, APPLY(setPortPower(s, e.port, e.milliwatts, e.savedMwh, e.atMs))},
-    {"admin", {"state"}, checkAdmin, APPLY(setAdminState(s, e.port, e.enable, e.atMs))},
+    {"counters-reset", {}, nullptr, APPLY(resetPortCounters(s, p, e.atMs))},
+    {"counters-wrap", {"inSeconds"}, checkWrap, APPLY(bringCountersNearWrap(s, p, e.seconds, e.atMs))},
+    {"power", {"milliwatts", "savedMwh"}, checkPower, APPLY(setPortPower(s, p, e.milliwatts, e.savedMwh, e.atMs))},
+    {"admin", {"state"}, checkAdmin, APPLY(setAdminState(s, p, e.enable, e.atMs))},
     {"traffic", {"inOctetsPerSec", "outOctetsPerSec", "inErrors"}, checkTraffic,
-     APPLY(setPortTraffic(s, e.port, e.traffic, e.atMs))},
+     APPLY(setPortTraffic(s, p, e.traffic, e.atMs))},
 };
 #undef APPLY
-
 
 const EventKind *kindNamed(const std::string &name) {
   for (const EventKind &k : kEventKinds)
@@ -263,7 +262,7 @@ void catchUp(Sim &s) {
       recoverDDisabled(s, recovery);
     } else if (eventAt != INT64_MAX) {
       takeLpiSamples(s, eventAt);
-      kindNamed(e->kind)->apply(s, *e);
+      kindNamed(e->kind)->apply(s, *findPort(s, e->port), *e);
       ++s.nextEvent;
     } else {
       break;

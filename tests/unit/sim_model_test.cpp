@@ -109,7 +109,7 @@ constexpr sim::CallId kCounterCalls[] = {
 View look(sim::Sim &s) {
   View w;
   w.nowMs = sim::clockNowMs(s.clock);
-  for (uint32_t n = 0; std::optional<sim::Interface> at = sim::nextOfType(s, 8, n); n = at->ifNum) {
+  for (std::optional<sim::Interface> at = sim::nextOfType(s, 8, 0); at; at = sim::nextOfType(s, 8, at->ifNum)) {
     const sim::Interface &i = *at;
     if (i.type == OPEN_INTF_TYPE_LAG) {
       w.lagStatus.push_back(read1(s, CALL(rpcclt_openapiIfStatusGet), i.ifNum));

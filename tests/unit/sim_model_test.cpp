@@ -96,6 +96,7 @@ struct View {
   std::vector<int64_t> lagStatus;
   std::map<uint32_t, std::array<int64_t, 9>> lagCounters;  // by LAG, then the sum of its members'
   std::map<uint32_t, std::array<uint64_t, 9>> memberSums;
+  std::map<uint32_t, std::pair<int64_t, bool>> lagLink;  // by LAG: its link state, whether a member is up
   std::map<uint32_t, int64_t> staticByVlan;
   std::map<uint32_t, uint64_t> inRate;  // configured traffic, to know which ports must count
 };
@@ -106,6 +107,8 @@ constexpr sim::CallId kCounterCalls[] = {
     CALL(rpcclt_openapiIfOutUcastPktsGet), CALL(rpcclt_openapiIfOutDiscardsGet),   CALL(rpcclt_openapiIfOutErrorsGet),
 };
 
+constexpr int64_t kUp = 0;
+
 View look(sim::Sim &s) {
   View w;
   w.nowMs = sim::clockNowMs(s.clock);
@@ -113,6 +116,7 @@ View look(sim::Sim &s) {
     const sim::Interface &i = *at;
     if (i.type == OPEN_INTF_TYPE_LAG) {
       w.lagStatus.push_back(read1(s, CALL(rpcclt_openapiIfStatusGet), i.ifNum));
+      w.lagLink[i.ifNum].first = read1(s, CALL(openapiIfLinkStateGet), i.ifNum);
       for (size_t c = 0; c < std::size(kCounterCalls); ++c) w.lagCounters[i.ifNum][c] = read1(s, kCounterCalls[c], i.ifNum);
     }
     if (i.type != OPEN_INTF_TYPE_PHY) continue;
@@ -131,8 +135,10 @@ View look(sim::Sim &s) {
     v.media = read1(s, CALL(rpcclt_openapiIfActiveMediaTypeGet), i.ifNum);
     v.pauseRx = read1(s, CALL(rpcclt_openapiIfPauseStatusGet), i.ifNum);
     for (size_t c = 0; c < std::size(kCounterCalls); ++c) v.counters[c] = read1(s, kCounterCalls[c], i.ifNum);
-    if (uint32_t lag = sim::findPort(s, i.ifNum)->lagMember)
+    if (uint32_t lag = sim::findPort(s, i.ifNum)->lagMember) {
+      w.lagLink[lag].second |= v.link == kUp;
       for (size_t c = 0; c < std::size(kCounterCalls); ++c) w.memberSums[lag][c] += static_cast<uint64_t>(v.counters[c]);
+    }
     v.cable = ask(s, CALL(rpcclt_openapiCableStatusGet), {i.ifNum}).num["status"];
     v.duplexMode = read1(s, CALL(rpcclt_openapiIfDuplexModeGet), i.ifNum);
     v.staticCount = read1(s, CALL(rpcclt_openapiPmlIntfStaticCountGet), i.ifNum);
@@ -166,7 +172,6 @@ View look(sim::Sim &s) {
   return w;
 }
 
-constexpr int64_t kUp = 0;
 constexpr int64_t kFibreDrawUp = 1150, kFibreDrawDown = 300;
 
 // Adds the name of an invariant that does not hold to the faults found.
@@ -240,6 +245,7 @@ std::string switchFaults(const View &w) {
     for (size_t c = 0; c < counters.size(); ++c)
       must(f, static_cast<uint64_t>(counters[c]) == w.memberSums.at(lag)[c] % (1ULL << 32),
              "a LAG counts what its members count");
+  for (const auto &[lag, link] : w.lagLink) must(f, (link.first == kUp) == link.second, "a LAG is up exactly while a member is");
   return f;
 }
 
@@ -448,6 +454,11 @@ const Consequence kConsequences[] = {
        std::string last = ask(s, CALL(rpcclt_openapiPmlIntfLastViolationAddrGet), {4}).text["macAddr"];
        return read1(s, CALL(rpcclt_openapiIfInDiscardsGet), 4) + read1(s, CALL(rpcclt_openapiIfInErrorsGet), 4) +
               read1(s, CALL(rpcclt_openapiIfDisableReasonGet), 4) + static_cast<int64_t>(strlen(last.c_str()));
+     }},
+    {"a LAG goes down with its last member (ports 21 and 22 of LAG 650)", nullptr, 1, [](sim::Sim &s) {
+       play(s, R"({"at": 0, "event": "link-down", "port": 21}, {"at": 0, "event": "link-down", "port": 22})");
+       advance(s, 0);
+       return read1(s, CALL(openapiIfLinkStateGet), 650);
      }},
     {"a full history drops its oldest sample", nullptr, 2, [](sim::Sim &s) {
        ask(s, CALL(rpcclt_openapiGreenEthrEeeLpiHistoryIntfMaxSamplesSet), {36});

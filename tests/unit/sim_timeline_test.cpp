@@ -104,6 +104,7 @@ TEST(SimTimeline, EachBadInputIsRefusedInOneLineAndChangesNothing) {
       model(R"("ports": {"1": {"pml": {"vlanDynamicLimit": {"-1": 5}}}})",
           R"(."ports"."1"."pml"."vlanDynamicLimit": "-1" is not a number)"),
       model(R"("ports": {"25": {"lagMember": 650}})", R"(."ports"."25": "lagMember" is for copper ports)"),
+      model(R"("ports": {"3": {"lagMember": 652}})", R"(."ports"."3": "lagMember" is no LAG of the switch)"),
       model(R"("pml": {"vlans": {"5": {}}})", R"(."pml"."vlans": VLAN 5 is no VLAN of the switch)"),
       model(R"("pml": {"dynamic": [{"ifNum": 1, "macAddr": "01:11:22:33:44:55", "vlanId": 1}]})",
           R"(."pml"."dynamic"[0]: "macAddr" is no unicast MAC address (upper-case pairs joined by ":"))"),

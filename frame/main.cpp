@@ -4,6 +4,7 @@
 #include "frame/fastcgi.h"
 #include "frame/log.h"
 #include "frame/route_table.h"
+#include "frame/session.h"
 
 namespace {
 // Held until exit rather than freed: the process ends right after the
@@ -33,6 +34,7 @@ int serveRequests() {
   gRoutes = routeTableCreate();
   if (!gRoutes) return 1;
   registerRoutes(gRoutes);
+  sessionKeepBetweenRequests(true);
   int status = fastcgiServe(serveOne);
   if (gConnected) programDisconnect();
   logClose();

@@ -1,13 +1,17 @@
 #include "frame/session.h"
 
+#include <errno.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/file.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/sysinfo.h>
 #include <unistd.h>
+
+#include <iterator>
 
 #include "frame/log.h"
 #include "frame/own_file.h"
@@ -85,6 +89,8 @@ bool stillTheHeldFolder(const char *name) {
          st.st_ino == gFolder.ino && !untrustedBecause(st, S_IFDIR);
 }
 
+void watchFolder(int fd);
+
 int sessionFolder(const char *dir) {
   char name[kPathBuf];
   joinCut(name, sizeof name, dir, "");
@@ -97,7 +103,86 @@ int sessionFolder(const char *dir) {
   memcpy(gFolder.name, name, sizeof name);
   gFolder.dev = st.st_dev;
   gFolder.ino = st.st_ino;
+  watchFolder(gFolder.fd);
   return gFolder.fd;
+}
+
+// What a responder read or wrote last for a few tokens, used only while the
+// kernel reports no change at all in the checked folder since then: nothing
+// written, chmodded, created, deleted or renamed there, the folder itself
+// neither moved nor deleted. Such a file holds what was read, so the answer
+// is the one reading it under its lock would give, without the open, fstat,
+// lock, read, unlock and close on every request. Whatever the queue says,
+// even an overflow, forgets everything: the next check reads the file as a
+// CGI process would, and one whose text must change is always rewritten so.
+struct Remembered {
+  char token[kPathBuf];
+  char bytes[1024];
+  size_t length;
+};
+struct SessionMemory {
+  bool wanted = false;
+  int changes = -1;  // the inotify queue on the held folder
+  char dir[kPathBuf] = {};
+  Remembered known[4];
+  size_t used = 0, next = 0;
+};
+SessionMemory gMemory;
+
+// Not IN_CLOSE_WRITE: every check's own close of the file it opened for
+// writing would raise it; a write raises IN_MODIFY anyway.
+constexpr uint32_t kFolderChanges =
+    IN_MODIFY | IN_ATTRIB | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
+
+void forgetSessions() { gMemory.used = gMemory.next = 0; }
+
+void watchFolder(int fd) {
+  forgetSessions();
+  if (gMemory.changes >= 0) close(gMemory.changes);
+  gMemory.changes = -1;
+  if (!gMemory.wanted || fd < 0) return;
+  // The folder as opened and checked, not whatever its name leads to now.
+  char self[32];
+  snprintf(self, sizeof self, "/proc/self/fd/%d", fd);
+  gMemory.changes = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  if (gMemory.changes >= 0 && inotify_add_watch(gMemory.changes, self, kFolderChanges) < 0) {
+    close(gMemory.changes);
+    gMemory.changes = -1;
+  }
+}
+
+bool folderUnchanged() {
+  if (gMemory.changes < 0) return false;
+  alignas(struct inotify_event) char events[4096];
+  bool quiet = true;
+  ssize_t n;
+  while ((n = read(gMemory.changes, events, sizeof events)) > 0) quiet = false;
+  if (n < 0 && errno != EAGAIN) quiet = false;
+  if (!quiet) forgetSessions();
+  return quiet;
+}
+
+const Remembered *recall(const char *dir, const char *token) {
+  if (!folderUnchanged() || strcmp(gMemory.dir, dir) != 0) return nullptr;
+  for (size_t i = 0; i < gMemory.used; ++i)
+    if (strcmp(gMemory.known[i].token, token) == 0) return &gMemory.known[i];
+  return nullptr;
+}
+
+void remember(const char *dir, const char *token, const char *bytes, size_t length) {
+  if (gMemory.changes < 0 || length >= sizeof gMemory.known[0].bytes) return;
+  if (strcmp(gMemory.dir, dir) != 0) {
+    forgetSessions();
+    joinCut(gMemory.dir, sizeof gMemory.dir, dir, "");
+  }
+  Remembered *slot = nullptr;
+  for (size_t i = 0; i < gMemory.used && !slot; ++i)
+    if (strcmp(gMemory.known[i].token, token) == 0) slot = &gMemory.known[i];
+  if (!slot && gMemory.used < std::size(gMemory.known)) slot = &gMemory.known[gMemory.used++];
+  if (!slot) slot = &gMemory.known[gMemory.next++ % std::size(gMemory.known)];
+  joinCut(slot->token, sizeof slot->token, token, "");
+  memcpy(slot->bytes, bytes, length);
+  slot->length = length;
 }
 
 // Opens the token's file for reading and writing, only inside a folder of
@@ -140,13 +225,12 @@ void refreshedText(char *text, const char *user, long now, const char *privilege
 // disk (a quarter of a millisecond each time). A file that holds the text
 // already (another request in the same second) is not written at all.
 // Readers hold the same lock, so nobody sees the file between the steps.
-void rewriteSession(const SessionFile &f, const char *text) {
+// False when the file may not hold the text.
+bool rewriteSession(const SessionFile &f, const char *text) {
   size_t length = strlen(text);
-  if (f.whole && f.length == length && memcmp(f.bytes, text, length) == 0) return;
-  if (pwrite(f.fd, text, length, 0) != static_cast<ssize_t>(length)) return;
-  if (!f.whole || f.length > length) {
-    if (ftruncate(f.fd, static_cast<off_t>(length)) != 0) return;
-  }
+  if (f.whole && f.length == length && memcmp(f.bytes, text, length) == 0) return true;
+  if (pwrite(f.fd, text, length, 0) != static_cast<ssize_t>(length)) return false;
+  return (f.whole && f.length <= length) || ftruncate(f.fd, static_cast<off_t>(length)) == 0;
 }
 
 }  // namespace
@@ -187,22 +271,35 @@ void escapeControls(const char *text, char *out, size_t size) {
   if (size) out[used] = 0;
 }
 
+// A remembered session whose check would change its file (a refresh with a
+// new stamp, or a time-out that deletes it) is checked again from the file.
+static int checkAgainFromTheFile(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
+  forgetSessions();
+  return checkSessionIn(env, token, refresh, route);
+}
+
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route) {
   char path[kPathBuf];
   joinCut(path, sizeof path, env.dir, token ? token : "(null)");
   int folder = -1;
   SessionFile f;
-  if (!sessionTokenUsable(token, env.dir) || !openSession(env.dir, token, path, &folder, &f)) {
+  bool usable = sessionTokenUsable(token, env.dir);
+  const Remembered *known = usable ? recall(env.dir, token) : nullptr;
+  if (known) {
+    memcpy(f.bytes, known->bytes, known->length);
+    f.length = known->length;
+    f.whole = true;
+  } else if (!usable || !openSession(env.dir, token, path, &folder, &f)) {
     char shown[4 * kPathBuf];
     escapeControls(path, shown, sizeof shown);
     LOG_AT(7, "checkSessionX", 45, "%s file not exsits, ignore\n", shown);
     return -1;
-  }
-  if (flock(f.fd, LOCK_EX) != 0) {
+  } else if (flock(f.fd, LOCK_EX) != 0) {
     LOG_AT(3, "checkSessionX", 50, "File lock failed\n");
     return -1;
+  } else {
+    readAll(&f);
   }
-  readAll(&f);
   char user[kUserLine] = {}, stamp[kStampLine] = {}, privilege[kPrivilegeLine] = {};
   readLine(&f, user, sizeof user);
   readLine(&f, stamp, sizeof stamp);
@@ -226,22 +323,34 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   }
   long stored = strtol(stamp, nullptr, 10);
   if (sessionExpired(now, stored)) {
+    if (known) return checkAgainFromTheFile(env, token, refresh, route);
     LOG_AT(6, "checkSessionX", 86, "Token timeout(%ld - %ld).please login again. (userName: %s timestamp: %s)\r\n", now,
            stored, user, stamp);
     unlinkat(folder, token, 0);
     return -1;
   }
+  char text[kRefreshText];
+  bool written = true;
   if (!refresh) {
-    char text[kRefreshText];
     refreshedText(text, user, now, admin ? "" : privilege, token);
-    rewriteSession(f, text);
+    if (known && (strlen(text) != f.length || memcmp(text, f.bytes, f.length) != 0))
+      return checkAgainFromTheFile(env, token, refresh, route);
+    if (!known) written = rewriteSession(f, text);
     LOG_AT(7, "checkSessionX", 103, "Token update to file. (%s)\r\n", text);
   }
+  if (known) return 0;
   if (flock(f.fd, LOCK_UN) != 0) {
     LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
     return -1;
   }
+  if (refresh) remember(env.dir, token, f.bytes, f.whole ? f.length : sizeof f.bytes);
+  else if (written) remember(env.dir, token, text, strlen(text));
   return 0;
+}
+
+void sessionKeepBetweenRequests(bool keep) {
+  gMemory.wanted = keep;
+  watchFolder(keep ? gFolder.fd : -1);
 }
 
 int checkSessionX(const char *token, const char *refresh, const Route *route) {

@@ -20,6 +20,11 @@ struct SessionEnv {
 extern const SessionEnv kSessionEnv;
 int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh, const Route *route);
 
+// A responder, serving one request after another, answers a session it
+// checked before from what it read or wrote then, while the kernel reports
+// no change in the session folder since (inotify). Off in a CGI process.
+void sessionKeepBetweenRequests(bool keep);
+
 // The decisions, apart from the file handling.
 constexpr long kSessionLifetime = 7200;
 enum class Privilege { Allowed, Denied, Invalid };

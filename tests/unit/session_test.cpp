@@ -109,6 +109,55 @@ TEST_F(SessionFiles, TheCheckAgesOutRefreshesOrLeavesTheFile) {
   ASSERT_EQ(chmod(dir.path.c_str(), 0700), 0);
 }
 
+// A responder that remembers sessions between requests answers each check
+// as reading the file would: every change another program makes to the file
+// or to the folder shows on the next check, and a stamp or time-out that
+// changes the file still changes it.
+TEST_F(SessionFiles, ARememberedSessionFollowsEveryChangeToItsFileAndFolder) {
+  enum Op { Keep, Write, Share, Unshare, Remove, Replace };
+  struct Step { Op op; const char *text; long now; uint32_t method; const char *refresh; int result; const char *after; };
+  const Step steps[] = {
+      {Write, "bob\n4990\nrw\n", 5000, METHOD_PUT, nullptr, 0, "bob\n5000\nrw\nt"},
+      {Keep, nullptr, 5000, METHOD_PUT, nullptr, 0, "bob\n5000\nrw\nt"},
+      {Keep, nullptr, 5000, METHOD_PUT, "1", 0, "bob\n5000\nrw\nt"},
+      {Write, "bob\n5000\nro\nt", 5000, METHOD_PUT, nullptr, -1, "bob\n5000\nro\nt"},
+      {Keep, nullptr, 5000, METHOD_GET, nullptr, 0, "bob\n5000\nro\nt"},
+      {Keep, nullptr, 5000, METHOD_PUT, nullptr, -1, "bob\n5000\nro\nt"},
+      {Keep, nullptr, 5001, METHOD_GET, nullptr, 0, "bob\n5001\nro\nt"},
+      {Keep, nullptr, 5001, METHOD_GET, nullptr, 0, "bob\n5001\nro\nt"},
+      {Keep, nullptr, 12202, METHOD_GET, "1", -1, nullptr},
+      {Write, "admin\n12202\n", 12202, METHOD_PUT, nullptr, 0, "admin\n12202\nt"},
+      {Keep, nullptr, 12202, METHOD_PUT, nullptr, 0, "admin\n12202\nt"},
+      {Share, nullptr, 12202, METHOD_PUT, nullptr, -1, "admin\n12202\nt"},
+      {Unshare, nullptr, 12202, METHOD_PUT, nullptr, 0, "admin\n12202\nt"},
+      {Keep, nullptr, 12202, METHOD_PUT, nullptr, 0, "admin\n12202\nt"},
+      {Replace, "bob\n12202\nro\nt", 12202, METHOD_PUT, nullptr, -1, "bob\n12202\nro\nt"},
+      {Keep, nullptr, 12202, METHOD_GET, nullptr, 0, "bob\n12202\nro\nt"},
+      {Remove, nullptr, 12202, METHOD_GET, nullptr, -1, nullptr},
+  };
+  std::string folder = dir.path.substr(0, dir.path.size() - 1), old = folder + "-old";
+  sessionKeepBetweenRequests(true);
+  testing::internal::CaptureStderr();
+  for (size_t n = 0; n < std::size(steps); ++n) {
+    const Step &s = steps[n];
+    if (s.op == Write) writeText(dir.file("t"), s.text);
+    if (s.op == Share || s.op == Unshare) chmod(dir.file("t").c_str(), s.op == Share ? 0666 : 0600);
+    if (s.op == Remove) unlink(dir.file("t").c_str());
+    if (s.op == Replace) {
+      ASSERT_EQ(rename(folder.c_str(), old.c_str()), 0);
+      ASSERT_EQ(mkdir(folder.c_str(), 0700), 0);
+      writeText(dir.file("t"), s.text);
+    }
+    gNow = s.now;
+    EXPECT_EQ(check("t", s.refresh, s.method), s.result) << "step " << n;
+    EXPECT_EQ(readText(dir.file("t")), s.after ? s.after : "") << "step " << n;
+    EXPECT_EQ(access(dir.file("t").c_str(), F_OK) == 0, s.after != nullptr) << "step " << n;
+  }
+  testing::internal::GetCapturedStderr();
+  sessionKeepBetweenRequests(false);
+  std::system(("rm -rf " + old).c_str());
+}
+
 // A token that is no usable name is refused as a missing file is, even
 // when a file of that name exists.
 TEST_F(SessionFiles, UnusableTokensAreRefusedLikeMissingFiles) {

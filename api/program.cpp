@@ -6,4 +6,9 @@ bool programConnect(void) { return initHandler("interfaces_v2.cgi", &gOpenClient
 
 void programDisconnect(void) { openapiClientTearDown(&gOpenClient); }
 
-bool programConnectionLost(void) { return openapiClientConnectionLost(&gOpenClient) != 0; }
+bool programConnectionLost(int watched, bool *watchedReadable) {
+  int readable = 1;
+  bool lost = openapiClientConnectionLost(&gOpenClient, watched, &readable) != 0;
+  *watchedReadable = readable != 0;
+  return lost;
+}

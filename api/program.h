@@ -11,7 +11,8 @@ bool programConnect(void);
 void programDisconnect(void);
 // Whether the registration's connection to the service is lost; a
 // program serving many requests then disconnects and connects again.
-bool programConnectionLost(void);
+// Asked in the same poll: whether `watched` (when not negative) is readable.
+bool programConnectionLost(int watched, bool *watchedReadable);
 
 // Registers every route with a required session, in order.
 void registerRoutes(RouteTable *table);

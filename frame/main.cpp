@@ -18,10 +18,15 @@ bool gConnected = false;
 // cannot be reached gets what a CGI process gets, the connectivity wait and
 // no reply.
 int serveOne() {
-  if (gConnected && programConnectionLost()) {
+  // The session folder's change queue rides on the same poll, so that an
+  // unchanged folder costs no system call of its own.
+  bool folderChanged = true;
+  if (gConnected && programConnectionLost(sessionChangesFd(), &folderChanged)) {
     programDisconnect();
     gConnected = false;
+    folderChanged = true;  // the registration to come may take seconds
   }
+  sessionChangesPolled(folderChanged);
   if (!gConnected && !(gConnected = programConnect())) {
     programDisconnect();  // the connection a failed registration may hold
     return -1;

@@ -123,6 +123,7 @@ struct Remembered {
 struct SessionMemory {
   bool wanted = false;
   int changes = -1;  // the inotify queue on the held folder
+  bool polledQuiet = false;  // for the next check only
   char dir[kPathBuf] = {};
   Remembered known[4];
   size_t used = 0, next = 0;
@@ -153,6 +154,10 @@ void watchFolder(int fd) {
 
 bool folderUnchanged() {
   if (gMemory.changes < 0) return false;
+  if (gMemory.polledQuiet) {
+    gMemory.polledQuiet = false;
+    return true;
+  }
   alignas(struct inotify_event) char events[4096];
   bool quiet = true;
   ssize_t n;
@@ -347,6 +352,10 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
   else if (written) remember(env.dir, token, text, strlen(text));
   return 0;
 }
+
+int sessionChangesFd(void) { return gMemory.changes; }
+
+void sessionChangesPolled(bool readable) { gMemory.polledQuiet = !readable; }
 
 void sessionKeepBetweenRequests(bool keep) {
   gMemory.wanted = keep;

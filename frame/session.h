@@ -24,6 +24,11 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
 // checked before from what it read or wrote then, while the kernel reports
 // no change in the session folder since (inotify). Off in a CGI process.
 void sessionKeepBetweenRequests(bool keep);
+// The folder's change queue (-1 when none), for a caller that polls it
+// along with its own descriptors just before the request's check, and
+// what that poll found: readable, or not polled, means it is read.
+int sessionChangesFd(void);
+void sessionChangesPolled(bool readable);
 
 // The decisions, apart from the file handling.
 constexpr long kSessionLifetime = 7200;

@@ -73,10 +73,15 @@ int l7proc_crashlog_register(const char *processName, uint32_t flags);
  * that finds the connection broken leaves `connected` 0; a later call that
  * connects again by itself, unregistered, leaves it 2; a service gone
  * between calls leaves its end of the socket readable, as nothing else
- * arrives unasked. The check costs one poll of the socket. */
-static inline int openapiClientConnectionLost(const openapiClientHandle_t *client) {
-  struct pollfd link = {client->sock, POLLIN, 0};
-  return client->connected != 1 || poll(&link, 1, 0) != 0;
+ * arrives unasked. The check costs one poll of the socket, which also
+ * looks at a descriptor of the caller's own (`other`, ignored when
+ * negative): `*otherReadable` is set when it has something to read, or when
+ * the poll failed and nothing is known. */
+static inline int openapiClientConnectionLost(const openapiClientHandle_t *client, int other, int *otherReadable) {
+  struct pollfd fds[2] = {{client->sock, POLLIN, 0}, {other, POLLIN, 0}};
+  int n = poll(fds, 2, 0);
+  *otherReadable = n < 0 || fds[1].revents != 0;
+  return client->connected != 1 || n < 0 || fds[0].revents != 0;
 }
 
 #define OPEN_CALL(name, params, args) int name params;

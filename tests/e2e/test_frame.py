@@ -97,6 +97,18 @@ class Frame(SimTestCase):
             calls = [e["call"] for e in self.sim.journal()]
             self.assertEqual((calls[0], calls[4]), ("openapiClientRegister", "openapiIfLinkStateGet"))
 
+    def test_a_session_changed_between_requests(self):
+        """One responder after another request sees every change the login program makes to a session."""
+        token = harness.new_session()
+        get = lambda: self.request("GET", IF + "/link-state", "ifNum=3", session=token)  # noqa: E731
+        for _ in range(3):  # read, written, then answered from what it read
+            self.assertReply(get(), UP)
+        harness.new_session("bob", "ro", token=token)
+        self.assertEqual(self.request("PUT", INTERVAL, None, INTERVAL_300, session=token).out, FORBIDDEN)
+        self.assertReply(get(), UP)
+        os.unlink(os.path.join(harness.SESSION_DIR, token))
+        self.assertEqual(get().out, FORBIDDEN)
+
 
 NOT_VALID = set_reply(10003)
 # (method, path, query, body, CGI variables, reply, calls made: names, or (name, inputs) pairs)

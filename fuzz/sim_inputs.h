@@ -1,5 +1,8 @@
-// Every input the simulated switch's daemon parses, on a switch paused at load; the families
-// (s, t, c, f) are described in README.md.
+// What the four inputs of the simulated switch's daemon share as fuzz targets: the default switch,
+// paused at load, and the properties a refusal keeps (README.md).
+#ifndef FUZZ_SIM_INPUTS_H
+#define FUZZ_SIM_INPUTS_H
+
 #include <stdlib.h>
 
 #include <sstream>
@@ -8,9 +11,9 @@
 #include "sim/sim.h"
 #include "sim/sim_files.h"
 
-namespace {
+namespace simfuzz {
 
-int control(sim::Sim &s, std::vector<std::string> words) {
+inline int control(sim::Sim &s, std::vector<std::string> words) {
   std::string out;
   int status = sim::handleControl(s, words, &out);
   fuzz::require(status >= 0 && status <= 2, "a control exits 0, 1 or 2");
@@ -19,19 +22,19 @@ int control(sim::Sim &s, std::vector<std::string> words) {
 }
 
 // After a file is taken, the clock moves over what it set going: an hour, then the next thing.
-void runOn(sim::Sim &s) {
+inline void runOn(sim::Sim &s) {
   control(s, {"clock", "advance", "3600"});
   control(s, {"clock", "next"});
 }
 
-void file(sim::Sim &s, const char *command, const std::string &text) {
+inline void file(sim::Sim &s, const char *command, const std::string &text) {
   std::string before = s.scenario;
   size_t events = s.timeline.size();
   if (control(s, {command, text}) == 0) return runOn(s);
   fuzz::require(s.scenario == before && s.timeline.size() == events, "a refused file changes nothing");
 }
 
-void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
+inline void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
   while (size) {
     std::string line = fuzz::takeLine(data, size);
     std::istringstream in(line);
@@ -42,7 +45,7 @@ void controlLines(sim::Sim &s, const uint8_t *data, size_t size) {
   }
 }
 
-void cliScript(sim::Sim &s, const uint8_t *data, size_t size) {
+inline void cliScript(sim::Sim &s, const uint8_t *data, size_t size) {
   std::string in = sim::cliDir() + "/script", out = sim::cliDir() + "/output", said;
   FILE *f = fopen(in.c_str(), "wb");
   fuzz::require(f && fwrite(data, 1, size, f) == size && fclose(f) == 0, "the script written");
@@ -55,10 +58,9 @@ void cliScript(sim::Sim &s, const uint8_t *data, size_t size) {
   runOn(s);
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  static const sim::Sim loaded = [] {
+// A copy of the default switch, loaded once per process, with a private CLI work folder.
+inline sim::Sim loaded() {
+  static const sim::Sim once = [] {
     static char dir[] = "/tmp/fuzz-cli-XXXXXX";
     fuzz::require(mkdtemp(dir) != nullptr, "a CLI work folder");
     sim::setCliDir(dir);
@@ -68,11 +70,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     fuzz::require(sim::loadScenario(s, sim::defaultScenario(), &error), "the default switch loads");
     return s;
   }();
-  size_t which = fuzz::family(data, size, "stcf");
-  sim::Sim s = loaded;
-  if (which == 0) file(s, "load", fuzz::text(data, size));
-  if (which == 1) file(s, "play", fuzz::text(data, size));
-  if (which == 2) controlLines(s, data, size);
-  if (which == 3) cliScript(s, data, size);
-  return 0;
+  return once;
 }
+
+}  // namespace simfuzz
+
+#endif

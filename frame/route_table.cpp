@@ -13,12 +13,6 @@ namespace {
 
 constexpr size_t kPathBuf = 1024;
 
-void copyCut(char *dst, const char *src, size_t size) {
-  size_t length = strnlen(src, size - 1);
-  memcpy(dst, src, length);
-  dst[length] = '\0';
-}
-
 RouteNode *newNode(const char *segment, size_t length) {
   RouteNode *node = static_cast<RouteNode *>(calloc(1, sizeof(RouteNode)));
   if (node) node->segment = strndup(segment, length);
@@ -164,14 +158,14 @@ void httpdProcessRequest(RouteTable *table) {
   const char *uri = getenv("REQUEST_URI");
   if (!uri) return;
   char path[kPathBuf];
-  copyCut(path, uri, sizeof path);
+  joinCut(path, sizeof path, uri, "");
   char *slash = strrchr(path, '/');
   if (!slash) {
     replyFormat("Invalid request path '%s'\n", path);
     return;
   }
   char name[kPathBuf];
-  copyCut(name, slash + 1, sizeof name);
+  joinCut(name, sizeof name, slash + 1, "");
   if (char *query = strchr(name, '?')) *query = '\0';
   if (slash == path) slash[1] = '\0';
   else *slash = '\0';

@@ -74,15 +74,6 @@ struct Folder {
 };
 Folder gFolder;
 
-// `a` and `b` one after the other, cut to fit `size`; no formatting, as
-// this runs on every request.
-void joinCut(char *out, size_t size, const char *a, const char *b) {
-  size_t na = strnlen(a, size - 1), nb = strnlen(b, size - 1 - na);
-  memcpy(out, a, na);
-  memcpy(out + na, b, nb);
-  out[na + nb] = '\0';
-}
-
 bool stillTheHeldFolder(const char *name) {
   struct stat st = {};
   return gFolder.fd >= 0 && strcmp(gFolder.name, name) == 0 && lstat(name, &st) == 0 && st.st_dev == gFolder.dev &&
@@ -274,6 +265,13 @@ void escapeControls(const char *text, char *out, size_t size) {
     used += n;
   }
   if (size) out[used] = 0;
+}
+
+void joinCut(char *out, size_t size, const char *a, const char *b) {
+  size_t na = strnlen(a, size - 1), nb = strnlen(b, size - 1 - na);
+  memcpy(out, a, na);
+  memcpy(out + na, b, nb);
+  out[na + nb] = '\0';
 }
 
 // A remembered session whose check would change its file (a refresh with a

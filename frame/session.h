@@ -44,5 +44,8 @@ bool sessionTokenUsable(const char *token, const char *dir);
 // "\xHH"), cut to fit `out`: a token is the caller's, and one holding a
 // line end must not forge a line of the log.
 void escapeControls(const char *text, char *out, size_t size);
+// `a` and then `b`, cut to fit `size` with the terminating zero; no
+// formatting, as every request's path and session file name are built so.
+void joinCut(char *out, size_t size, const char *a, const char *b);
 
 #endif

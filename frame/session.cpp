@@ -158,11 +158,14 @@ bool folderUnchanged() {
   return quiet;
 }
 
-const Remembered *recall(const char *dir, const char *token) {
-  if (!folderUnchanged() || strcmp(gMemory.dir, dir) != 0) return nullptr;
+Remembered *rememberedFor(const char *token) {
   for (size_t i = 0; i < gMemory.used; ++i)
     if (strcmp(gMemory.known[i].token, token) == 0) return &gMemory.known[i];
   return nullptr;
+}
+
+const Remembered *recall(const char *dir, const char *token) {
+  return folderUnchanged() && strcmp(gMemory.dir, dir) == 0 ? rememberedFor(token) : nullptr;
 }
 
 void remember(const char *dir, const char *token, const char *bytes, size_t length) {
@@ -171,9 +174,7 @@ void remember(const char *dir, const char *token, const char *bytes, size_t leng
     forgetSessions();
     joinCut(gMemory.dir, sizeof gMemory.dir, dir, "");
   }
-  Remembered *slot = nullptr;
-  for (size_t i = 0; i < gMemory.used && !slot; ++i)
-    if (strcmp(gMemory.known[i].token, token) == 0) slot = &gMemory.known[i];
+  Remembered *slot = rememberedFor(token);
   if (!slot && gMemory.used < std::size(gMemory.known)) slot = &gMemory.known[gMemory.used++];
   if (!slot) slot = &gMemory.known[gMemory.next++ % std::size(gMemory.known)];
   joinCut(slot->token, sizeof slot->token, token, "");
@@ -346,8 +347,8 @@ int checkSessionIn(const SessionEnv &env, const char *token, const char *refresh
     LOG_AT(3, "checkSessionX", 106, "File unlock failed\n");
     return -1;
   }
-  if (refresh) remember(env.dir, token, f.bytes, f.whole ? f.length : sizeof f.bytes);
-  else if (written) remember(env.dir, token, text, strlen(text));
+  if (refresh && f.whole) remember(env.dir, token, f.bytes, f.length);
+  if (!refresh && written) remember(env.dir, token, text, strlen(text));
   return 0;
 }
 
